@@ -1,0 +1,30 @@
+# SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+# SPDX-License-Identifier: MIT
+# What is installed of the library: headers, CMake package, pkg-config file.
+
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zyWebsocket)
+
+install(TARGETS zyWebsocket EXPORT zyWebsocketTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES ${public_headers} ${CMAKE_CURRENT_BINARY_DIR}/export/zywebsocket_export.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zyWebsocket)
+install(EXPORT zyWebsocketTargets NAMESPACE zyWebsocket:: DESTINATION ${package_dir})
+
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/zyWebsocketConfig.cmake.in
+    ${CMAKE_CURRENT_BINARY_DIR}/zyWebsocketConfig.cmake
+    INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/zyWebsocketConfigVersion.cmake
+    COMPATIBILITY SameMajorVersion)
+install(FILES
+    ${CMAKE_CURRENT_BINARY_DIR}/zyWebsocketConfig.cmake
+    ${CMAKE_CURRENT_BINARY_DIR}/zyWebsocketConfigVersion.cmake
+    DESTINATION ${package_dir})
+
+configure_file(${PROJECT_SOURCE_DIR}/cmake/zyWebsocket.pc.in
+    ${CMAKE_CURRENT_BINARY_DIR}/zyWebsocket.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zyWebsocket.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,141 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The client: construction, connection, close, keep-alive, destruction.
+
+#include "zysslechoclient.h"
+
+#include "clientlog.h"
+#include "deliveryline.h"
+#include "heldsocket.h"
+#include "linkoptions.h"
+
+#include <QPointer>
+#include <QTimer>
+
+Q_LOGGING_CATEGORY(lcZyClient, "zywebsocket.client", QtDebugMsg)
+
+namespace
+{
+
+constexpr int keepAliveInterval = 3000; // ms
+constexpr int unansweredTicks = 3;
+
+// A function of its own, so that a leak checker can be told about exactly this one.
+Q_NEVER_INLINE QTimer *newKeepAliveTimer()
+{
+    auto *timer = new QTimer;
+    timer->setInterval(keepAliveInterval);
+    return timer;
+}
+
+} // namespace
+
+ZySslEchoClient::ZySslEchoClient(const QUrl &url, QObject *parent)
+    : QObject(parent), m_heldSocket(std::make_unique<zyws::HeldSocket>()),
+      m_webSocket(m_heldSocket->socket()), m_deliveries(std::make_unique<zyws::DeliveryLine>(this))
+{
+    connect(&m_webSocket, &QWebSocket::connected, this, &ZySslEchoClient::onConnected);
+    m_webSocket.open(url);
+    m_url = url;
+    // Deliberate: never started and never deleted. Deployed hosts count on a connection that no
+    // keep-alive ends.
+    m_timer = newKeepAliveTimer();
+    connect(m_timer, SIGNAL(timeout()), this, SLOT(trying()));
+    connect(&m_webSocket, &QWebSocket::pong, this, &ZySslEchoClient::onPong);
+    connect(&m_webSocket, &QWebSocket::stateChanged, this, &ZySslEchoClient::onStateChanged);
+}
+
+ZySslEchoClient::~ZySslEchoClient()
+{
+    m_webSocket.disconnect(this);
+    m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
+}
+
+void ZySslEchoClient::openWithUrl(const QUrl &url)
+{
+    m_url = url;
+    m_webSocket.open(url);
+}
+
+void ZySslEchoClient::close()
+{
+    m_isSending = false;
+    m_isActiveClose = true;
+    m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
+}
+
+QAbstractSocket::SocketState ZySslEchoClient::socketConnectStatus() const
+{
+    return m_webSocket.state();
+}
+
+void ZySslEchoClient::onConnected()
+{
+    const zyws::HeldSocket::Emission emission(*m_heldSocket);
+    zyws::setLinkOptions(m_webSocket);
+    // Exactly one connection of each, however often the socket connects.
+    disconnect(m_textConnection);
+    disconnect(m_disconnectConnection);
+    m_textConnection = connect(
+        &m_webSocket, &QWebSocket::textMessageReceived, this, [this](const QString &text) {
+            m_deliveries->append([this, text] { onTextMessageReceived(text); });
+        });
+    m_disconnectConnection = connect(&m_webSocket, &QWebSocket::disconnected, this, [this] {
+        const zyws::HeldSocket::Emission ending(*m_heldSocket);
+        // Behind the messages that came before it; at once when none waits, since hosts expect
+        // pauseSuccess() inside close().
+        if (m_deliveries->isEmpty())
+            onDisConnected();
+        else
+            m_deliveries->append([this] { onDisConnected(); });
+    });
+    Q_EMIT connected();
+}
+
+void ZySslEchoClient::onDisConnected()
+{
+    const QPointer<ZySslEchoClient> self(this);
+    if (m_isActiveClose)
+        Q_EMIT pauseSuccess(); // deliberate name: hosts wait for it after close()
+    else
+        Q_EMIT disconnected();
+    if (self)
+        m_isActiveClose = false;
+}
+
+void ZySslEchoClient::onStateChanged(QAbstractSocket::SocketState state)
+{
+    const zyws::HeldSocket::Emission emission(*m_heldSocket);
+    qCDebug(lcZyClient) << "onStateChanged(QAbstractSocket::SocketState state) =" << state;
+    if (state == QAbstractSocket::ClosingState && !m_isActiveClose)
+        m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
+}
+
+void ZySslEchoClient::trying()
+{
+    const int previousCount = m_pingCount++;
+    if (!m_isPingPending) {
+        m_webSocket.ping(QByteArrayLiteral("ping"));
+        m_isPingPending = true;
+        return;
+    }
+    if (!m_isActiveClose && previousCount >= unansweredTicks) {
+        m_timer->stop();
+        Q_EMIT disconnected();
+    }
+}
+
+void ZySslEchoClient::onPong(qulonglong elapsedTime, const QByteArray &payload)
+{
+    Q_UNUSED(elapsedTime)
+    Q_UNUSED(payload)
+    m_isPingPending = false;
+    m_pingCount = 0;
+}
+
+void ZySslEchoClient::onSslErrors(const QList<QSslError> &errors)
+{
+    Q_UNUSED(errors)
+    qCDebug(lcZyClient) << "ssl Error!";
+    m_webSocket.ignoreSslErrors();
+}

@@ -1,0 +1,191 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The slicer's end: sends commands and files to a printer and turns its replies into signals.
+
+#ifndef ZYSSLECHOCLIENT_H
+#define ZYSSLECHOCLIENT_H
+
+#include <QAbstractSocket>
+#include <QJsonObject>
+#include <QList>
+#include <QMap>
+#include <QMetaObject>
+#include <QObject>
+#include <QSslError>
+#include <QString>
+#include <QUrl>
+
+#include <memory>
+
+#include "zywebsocket_export.h"
+
+class QFile;
+class QTimer;
+class QWebSocket;
+
+namespace zyws
+{
+class DeliveryLine;
+class HeldSocket;
+} // namespace zyws
+
+/**
+ * One connection to a printer.
+ *
+ * Everything runs in the thread that created the client, on its event loop. No operation returns an
+ * error or throws: failures arrive as signals, or show in socketConnectStatus(). Nothing re-opens a
+ * dropped connection by itself.
+ *
+ * While a file is being sent, its send loop spins the event loop: every slot of the application may
+ * run nested inside it. Two clients that send at the same time belong in two threads, since the
+ * outer loop in one thread waits for the inner one to end.
+ *
+ * The client may be deleted at any time, inside a slot connected to its own signals as well; a
+ * transfer under way ends at once.
+ */
+class ZYWEBSOCKET_EXPORT ZySslEchoClient : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Opens the connection to @p url ("ws://host:port") at once. A first attempt that fails emits
+    /// nothing; it shows in socketConnectStatus().
+    explicit ZySslEchoClient(const QUrl &url, QObject *parent = nullptr);
+    /// Closes the connection (code 1000).
+    ~ZySslEchoClient() override;
+
+    /// Opens a connection to @p url and remembers it. Neither closes a current connection first
+    /// nor resets a transfer's state.
+    void openWithUrl(const QUrl &url);
+    /// Ends a transfer under way and closes the connection (code 1000); answered by pauseSuccess().
+    void close();
+    /// The socket's state.
+    QAbstractSocket::SocketState socketConnectStatus() const;
+
+    /// Sends VERSION_CHECK; a printer of version "1" is answered by checkVersion().
+    void versionCheckCmd();
+    /// Sends START_PRINT for a file on the printer; answered by printErrorCode(), twice when the
+    /// file is checked.
+    void printStartCmd(QString filename, QString token);
+    /// Sends PRINT_PAUSE; the result is only in jsonMessageReceived().
+    void printPauseCmd(QString token);
+    /// Sends PRINT_STOP; the result is only in jsonMessageReceived().
+    void printStopCmd(QString token);
+    /// Sends GET_PRINT_STATUS; answered by getPrinterStatusInfo().
+    void getPrintStatusCmd(QString token);
+    /// Sends PRINT_WORKING_LIFE. Deliberate: the server of this library never answers it.
+    void getPrintworkingLife(QString token);
+    /// Sends PRINT_PARA_SET with the keys of @p para as they are, "token" and "cmd" excepted. The
+    /// printer reads "initExposure", "delayLight", "printExposure", "printHeight", "eleSpeed" and
+    /// "bottomExposureNum", each as a JSON string.
+    void setPrintParaCmd(QJsonObject para, QString token);
+
+    /// Sends one message as compact JSON; silently lost while not connected.
+    void sendJsonMessage(QJsonObject message);
+    /// The object in a text message; empty for anything that is not one JSON object.
+    QJsonObject messageToJson(QString message) const;
+
+    /**
+     * Offers the local file @p filePath to the printer under the name @p fileName.
+     *
+     * Returns once START_FILE is sent. The transfer then runs by itself: fileTransProgress() for
+     * each chunk, finish() at the end. A file of which the printer already holds a part goes on
+     * from there. transError(-1) when the file is missing or cannot be read, transError(-2) when
+     * it cannot be opened once the printer has accepted it (the client then starts no further
+     * transfer), transError() with the printer's code when it refuses.
+     *
+     * An empty file never completes on the printer; do not send one. A dropped connection is not
+     * noticed by the transfer: call close() on disconnected() or on a stall, then openWithUrl()
+     * and sendFile() again to resume.
+     */
+    void sendFile(QString filePath, QString fileName);
+    /// Computes the key of @p file and sends START_FILE; false when there is no key.
+    bool sendFileStart(QFile &file, QString fileName);
+    /// The file key from the last four bytes of @p file; empty when it cannot be read.
+    QString getFileKey(QFile &file);
+    /// Sends the file that @p reply accepts; returns when the transfer has ended.
+    void beginTransFile(QJsonObject reply);
+    /// Cancels the transfer on the printer, answered by cancelFinished(). While unconnected it
+    /// sends nothing and re-opens the last URL.
+    void cancel();
+
+Q_SIGNALS:
+    /// The connection has ended without close() having been called.
+    void disconnected();
+    /// The connection is open.
+    void connected();
+    /// Every reply, whole, after the signals it caused; empty for text that is not a JSON object.
+    /// Only a START_FILE reply that arrives during a transfer is dropped.
+    void jsonMessageReceived(QJsonObject message);
+    /// START_DATA: the printer holds @p received of @p total bytes. @p filePath is the local path,
+    /// empty when the printer names an unknown key.
+    void fileTransProgress(QString filePath, qlonglong total, qlonglong received);
+    /// CHECK_DATA: the printer has the whole file; @p checkstate is its host's verdict.
+    void finish(QString filePath, int checkstate);
+    /// A transfer could not start: 1 printer busy or unwilling, 2 its temporary file failed, 4
+    /// token rejected, -1 and -2 the local file; @p message is always empty.
+    void transError(int code, QString message);
+    /// CANCEL_FILE: the printer has cancelled.
+    void cancelFinished();
+    /// The connection has ended after close(). Deliberate name: it has nothing to do with pausing
+    /// a print, but hosts connect to it.
+    void pauseSuccess();
+    /// START_PRINT: 0 started, 1 busy, 2 checking, 3 check failed, 4 token rejected. Deliberate:
+    /// not the numbers of STAET_PRINT_STATUS; hosts interpret these.
+    void printErrorCode(int errorcode, QString filename);
+    void printBusy(QString filename); ///< Never emitted; see printErrorCode().
+    void printFileChecking(QString filename); ///< Never emitted; see printErrorCode().
+    void printFileCheckFailed(QString filename); ///< Never emitted; see printErrorCode().
+    void startPrintSuccess(QString filename); ///< Never emitted; see printErrorCode().
+    /// Some reply carried "version" "1".
+    void checkVersion();
+    /// GET_PRINT_STATUS: the whole reply.
+    void getPrinterStatusInfo(QJsonObject infoJsn);
+    /// PRINT_WORKING_LIFE: the whole reply.
+    void slotGetPrinterWorkingLife(QJsonObject infoJsn);
+
+private Q_SLOTS:
+    void onConnected();
+    void onDisConnected();
+    void onTextMessageReceived(QString message);
+    void onSslErrors(const QList<QSslError> &errors);
+    void trying();
+    void onPong(qulonglong elapsedTime, const QByteArray &payload);
+    void onStateChanged(QAbstractSocket::SocketState state);
+
+private:
+    struct ReplyRow;
+
+    void onStartFileReply(const QJsonObject &reply);
+    void onStartDataReply(const QJsonObject &reply);
+    void onCheckDataReply(const QJsonObject &reply);
+    void onCancelFileReply(const QJsonObject &reply);
+    void onStartPrintReply(const QJsonObject &reply);
+    void onPrintPauseReply(const QJsonObject &reply);
+    void onPrintStopReply(const QJsonObject &reply);
+    void onPrintStatusReply(const QJsonObject &reply);
+    void onPrintParaReply(const QJsonObject &reply);
+    void onWorkingLifeReply(const QJsonObject &reply);
+
+    void sendFrom(QFile &file, qint64 offset, bool compress);
+    bool awaitDataReply();
+
+    std::unique_ptr<zyws::HeldSocket> m_heldSocket;
+    QWebSocket &m_webSocket;
+    QMap<QString, QString> m_keyFileMap;
+    bool m_isSending = false;
+    bool m_isActiveClose = false;
+    bool m_isCanceling = false;
+    QUrl m_url;
+    bool m_hasDataReply = false;
+    bool m_isTransferring = false;
+    QTimer *m_timer;
+    bool m_isPingPending = false;
+    int m_pingCount = 0;
+
+    std::unique_ptr<zyws::DeliveryLine> m_deliveries;
+    QMetaObject::Connection m_textConnection;
+    QMetaObject::Connection m_disconnectConnection;
+};
+
+#endif // ZYSSLECHOCLIENT_H

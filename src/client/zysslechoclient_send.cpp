@@ -1,0 +1,151 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// File sending: the file key, START_FILE, the send loop, cancel.
+
+#include "clientlog.h"
+#include "datachunk.h"
+#include "envelope.h"
+#include "filekey.h"
+#include "heldsocket.h"
+#include "messagekeys.h"
+#include "resumerecord.h"
+#include "vocabulary.h"
+#include "zysslechoclient.h"
+
+#include <QCoreApplication>
+#include <QDataStream>
+#include <QFile>
+#include <QFileInfo>
+#include <QPointer>
+
+#include <exception>
+
+namespace keys = zyws::keys;
+using zyws::Command;
+
+void ZySslEchoClient::sendFile(QString filePath, QString fileName)
+{
+    try {
+        QFile file(filePath);
+        if (!sendFileStart(file, fileName))
+            Q_EMIT transError(-1, QString());
+    } catch (const std::exception &) {
+        // Deliberate: hosts know failures as signals only.
+    }
+}
+
+bool ZySslEchoClient::sendFileStart(QFile &file, QString fileName)
+{
+    const QString key = getFileKey(file);
+    if (key.isEmpty())
+        return false;
+    m_keyFileMap.insert(key, file.fileName());
+    sendJsonMessage({
+        {keys::cmd, zyws::wireWord(Command::StartFile)},
+        {keys::filename, fileName},
+        {keys::size, zyws::decimal(QFileInfo(file.fileName()).size())},
+        {keys::offset, zyws::decimal(0)},
+        {keys::key, key},
+    });
+    return true;
+}
+
+QString ZySslEchoClient::getFileKey(QFile &file)
+{
+    if (!file.exists() || !file.open(QIODevice::ReadOnly))
+        return {};
+    const qint64 tailStart = file.size() - zyws::fileKeyTail;
+    if (tailStart > 0)
+        file.seek(tailStart);
+    const QByteArray tail = file.read(zyws::fileKeyTail);
+    file.close();
+    return zyws::fileKey(tail);
+}
+
+void ZySslEchoClient::beginTransFile(QJsonObject reply)
+{
+    try {
+        const QString key = reply.value(keys::key).toString();
+        const QString filePath = m_keyFileMap.value(key);
+        QFile file(filePath);
+        m_hasDataReply = true;
+        m_isTransferring = true;
+        if (!file.open(QIODevice::ReadOnly)) {
+            Q_EMIT transError(-2, QString());
+            qCDebug(lcZyClient) << "Can't open file for read" << filePath << key;
+            // Deliberate: m_isTransferring stays set, so this client starts no further transfer.
+            return;
+        }
+        sendFrom(file, zyws::decimalValue(reply.value(keys::offset)),
+                 reply.value(keys::compress).toBool(false));
+    } catch (const std::exception &) {
+        // Deliberate: hosts know failures as signals only.
+    }
+}
+
+/// The send loop: one chunk, then its acknowledgement. The client may be deleted in any event pump.
+void ZySslEchoClient::sendFrom(QFile &file, qint64 offset, bool compress)
+{
+    const QPointer<ZySslEchoClient> self(this);
+    const qint64 totalBytes = file.size();
+    QByteArray buffer(zyws::chunkSize, Qt::Uninitialized);
+    qCDebug(lcZyClient) << "start send";
+    qCDebug(lcZyClient) << "_totalBytes = " << totalBytes;
+    file.seek(offset);
+    QDataStream stream(&file);
+    stream.setVersion(zyws::fileStreamVersion);
+    m_isSending = true;
+    qint64 sentBytes = offset;
+    for (;;) {
+        if (!awaitDataReply())
+            break;
+        if (m_isCanceling) {
+            sendJsonMessage({{keys::cmd, zyws::wireWord(Command::CancelFile)}});
+            if (self)
+                m_isSending = false;
+            break;
+        }
+        m_hasDataReply = false;
+        const int count = stream.readRawData(buffer.data(), zyws::chunkSize);
+        if (count > 0) {
+            sentBytes = zyws::advanced(sentBytes, count);
+            qCDebug(lcZyClient) << "sendBytes=" << sentBytes << " _totalBytes=" << totalBytes;
+            m_webSocket.sendBinaryMessage(zyws::packChunk(buffer.constData(), count, compress));
+        }
+        if (self)
+            QCoreApplication::processEvents();
+        if (!self || count < 1 || !m_isSending)
+            break;
+    }
+    if (!self)
+        return;
+    qCDebug(lcZyClient) << "send end";
+    m_isCanceling = false;
+    m_isSending = false;
+    m_isTransferring = false;
+}
+
+/// Waits for the acknowledgement of the last chunk; false when the transfer is to end instead.
+bool ZySslEchoClient::awaitDataReply()
+{
+    const QPointer<ZySslEchoClient> self(this);
+    while (!m_hasDataReply) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+        if (!self || !m_isSending)
+            return false;
+    }
+    return true;
+}
+
+void ZySslEchoClient::cancel()
+{
+    m_isCanceling = true;
+    if (m_webSocket.state() == QAbstractSocket::UnconnectedState) {
+        m_webSocket.open(m_url);
+        return;
+    }
+    const QPointer<ZySslEchoClient> self(this);
+    sendJsonMessage({{keys::cmd, zyws::wireWord(Command::CancelFile)}});
+    if (self)
+        m_isSending = false;
+}

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The message envelope: one JSON object per text message, sizes and offsets as decimal strings.
+
+#include "envelope.h"
+
+#include <QJsonDocument>
+#include <QJsonParseError>
+
+namespace zyws
+{
+
+QJsonObject parseMessage(const QString &message)
+{
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(message.toUtf8(), &error);
+    if (error.error != QJsonParseError::NoError || !document.isObject())
+        return {};
+    return document.object();
+}
+
+QString messageText(const QJsonObject &message)
+{
+    const QByteArray text = QJsonDocument(message).toJson(QJsonDocument::Compact);
+    // From the pointer, so that the text ends at the first NUL byte.
+    return QString::fromUtf8(text.constData());
+}
+
+QString decimal(qint64 value)
+{
+    return QString::number(value, 10);
+}
+
+qint64 decimalValue(const QJsonValue &value)
+{
+    return value.toString().toLongLong(nullptr, 10);
+}
+
+} // namespace zyws

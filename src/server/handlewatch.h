@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Tells a command handler whether it may go on after a call into the host.
+
+#ifndef HANDLEWATCH_H
+#define HANDLEWATCH_H
+
+#include "zywebhandle.h"
+
+#include <QPointer>
+
+/**
+ * Made before a host's slot runs and asked after it: the slot may have spun the event loop, in
+ * which the peer left, or deleted the server and the handle with it.
+ */
+class ZyWebHandle::Watch
+{
+public:
+    explicit Watch(const ZyWebHandle *handle) : m_handle(handle) { }
+
+    /// False when the peer or the server is gone: the handler must return without another word.
+    bool isServing() const { return m_handle && !m_handle->m_isAbandoned; }
+
+private:
+    QPointer<const ZyWebHandle> m_handle;
+};
+
+#endif // HANDLEWATCH_H

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The resume record on disk: behind the announced size, inside the temporary file.
+
+#include "envelope.h"
+#include "messagekeys.h"
+#include "resumerecord.h"
+#include "serverlog.h"
+#include "zyfiletranshandle.h"
+
+namespace keys = zyws::keys;
+
+void ZyFileTransHandle::saveKeyInfo()
+{
+    if (!m_file.isOpen() && !m_file.open(QIODevice::ReadWrite))
+        return;
+    m_file.seek(m_transFileSize);
+    m_file.write(zyws::packResumeRecord({m_transFileSize, m_transOffset, m_fileName, m_key}));
+    m_file.close();
+}
+
+QJsonObject ZyFileTransHandle::getKeyInfo()
+{
+    if (!m_file.isOpen() && !m_file.open(QIODevice::ReadOnly))
+        return {};
+    m_file.seek(m_transFileSize);
+    const zyws::ResumeRecord record
+        = zyws::unpackResumeRecord(m_file.read(zyws::resumeRecordLimit));
+    m_file.close();
+    m_transFileSize = record.size;
+    m_transOffset = record.received;
+    m_fileName = record.filename;
+    m_key = record.key;
+    // Deliberate: the label names the size, the number is the received count.
+    qCDebug(lcZyServer) << "m_transFileSize" << m_transOffset << m_key;
+    return {
+        {keys::cmd, commandWord(START_FILE)},
+        {keys::key, m_key},
+        {keys::filename, m_fileName},
+        {keys::size, zyws::decimal(m_transFileSize)},
+        {keys::offset, zyws::decimal(m_transOffset)},
+    };
+}

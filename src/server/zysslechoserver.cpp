@@ -1,0 +1,258 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The server: listening, the registry of connections, routing and replies.
+
+#include "zysslechoserver.h"
+
+#include "deliveryline.h"
+#include "envelope.h"
+#include "linkoptions.h"
+#include "serverlog.h"
+#include "serving.h"
+#include "zyfiletranshandle.h"
+
+#include <QFile>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QWebSocketServer>
+
+#include <utility>
+
+Q_LOGGING_CATEGORY(lcZyServer, "zywebsocket.server", QtDebugMsg)
+
+ZySslEchoServer::ZySslEchoServer(quint16 port, QString certFile, QString keyFile, QString fileDir,
+                                 WifiFileState *wifiFileState, QObject *parent)
+    : QObject(parent), m_wifiFileState(wifiFileState),
+      m_deliveries(std::make_unique<zyws::DeliveryLine>(this))
+{
+    qCDebug(lcZyServer) << "hh";
+    m_pWebSocketServer = new QWebSocketServer(QStringLiteral("SSL Echo Server"),
+                                              QWebSocketServer::NonSecureMode, this);
+    readUnusedTlsConfiguration(certFile, keyFile);
+    if (m_pWebSocketServer->listen(QHostAddress::Any, port)) {
+        zyws::setLinkOptions(*m_pWebSocketServer);
+        qCDebug(lcZyServer) << "SSL Echo Server listening on port" << port;
+        connect(m_pWebSocketServer, &QWebSocketServer::newConnection, this,
+                &ZySslEchoServer::onNewConnection);
+        connect(m_pWebSocketServer, &QWebSocketServer::sslErrors, this,
+                &ZySslEchoServer::onSslErrors);
+    }
+    qCDebug(lcZyServer) << "server start ";
+    m_fileDir = fileDir;
+}
+
+ZySslEchoServer::~ZySslEchoServer()
+{
+    qCDebug(lcZyServer) << "~";
+    m_pWebSocketServer->close();
+    QList<QPointer<QWebSocket>> sockets;
+    for (QWebSocket *socket : std::as_const(m_clients)) {
+        socket->disconnect(this);
+        sockets.append(socket);
+    }
+    // Ending a connection calls the host, whose slot may end others in a nested event loop.
+    for (const QPointer<QWebSocket> &socket : std::as_const(sockets)) {
+        if (!socket || !m_clients.contains(socket))
+            continue;
+        {
+            const Serving serving(this, socket);
+            socketDisconnected();
+        }
+        delete socket;
+    }
+}
+
+void ZySslEchoServer::readUnusedTlsConfiguration(const QString &certFile,
+                                                 const QString &keyFile) const
+{
+    // Deliberate: read and dropped. Deployed slicers connect with plain ws://.
+    QFile certificate(certFile);
+    QFile key(keyFile);
+    certificate.open(QIODevice::ReadOnly);
+    key.open(QIODevice::ReadOnly);
+    QSslConfiguration configuration;
+    configuration.setPeerVerifyMode(QSslSocket::VerifyNone);
+    configuration.setLocalCertificate(QSslCertificate(&certificate, QSsl::Pem));
+    configuration.setPrivateKey(QSslKey(&key, QSsl::Rsa, QSsl::Pem));
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    configuration.setProtocol(QSsl::TlsV1SslV3);
+#endif
+}
+
+bool ZySslEchoServer::isListening() const
+{
+    return m_pWebSocketServer->isListening();
+}
+
+quint16 ZySslEchoServer::serverPort() const
+{
+    return m_pWebSocketServer->serverPort();
+}
+
+void ZySslEchoServer::onNewConnection()
+{
+    QWebSocket *socket = m_pWebSocketServer->nextPendingConnection();
+    if (!socket)
+        return;
+    qCDebug(lcZyServer) << "Your new Client connected:" << socket->peerName() << socket->origin();
+    connectSocket(socket);
+    ZyWebHandle *handle = createHandle(socket);
+    m_clients.append(socket);
+    m_handles.append(handle);
+}
+
+void ZySslEchoServer::connectSocket(QWebSocket *socket)
+{
+    connect(socket, &QWebSocket::textMessageReceived, this, [this, socket](const QString &message) {
+        deliver(socket, [this, message] { processTextMessage(message); });
+    });
+    connect(socket, &QWebSocket::binaryMessageReceived, this,
+            [this, socket](const QByteArray &message) {
+                deliver(socket, [this, message] { processBinaryMessage(message); });
+            });
+    connect(socket, &QWebSocket::binaryFrameReceived, this, &ZySslEchoServer::binaryFrameReceived);
+    connect(socket, &QWebSocket::disconnected, this,
+            [this, socket] { deliver(socket, [this] { socketDisconnected(); }); });
+}
+
+ZyWebHandle *ZySslEchoServer::createHandle(QWebSocket *socket)
+{
+    auto *handle = new ZyFileTransHandle(this, socket);
+    handle->m_fileDir = m_fileDir;
+    connect(handle, &ZyFileTransHandle::finish, this, [this](const QString &path, int &checkState) {
+        const Serving relaying(this, nullptr);
+        onFinish(path, checkState);
+    });
+    connect(handle, &ZyFileTransHandle::checkFile, this,
+            [this](const QString &path, int &checkState) {
+                const Serving relaying(this, nullptr);
+                Q_EMIT checkFile(path, checkState);
+            });
+    connect(handle, &ZyFileTransHandle::cancle, this, [this] {
+        const Serving relaying(this, nullptr);
+        Q_EMIT cancle();
+    });
+    connect(handle, &ZyFileTransHandle::fileTranStart, this, [this] {
+        const Serving relaying(this, nullptr);
+        Q_EMIT fileTranStart();
+    });
+    return handle;
+}
+
+void ZySslEchoServer::deliver(QWebSocket *socket, std::function<void()> work)
+{
+    m_deliveries->append([this, peer = QPointer<QWebSocket>(socket), work = std::move(work)] {
+        if (!peer)
+            return;
+        const Serving serving(this, peer);
+        work();
+    });
+}
+
+QWebSocket *ZySslEchoServer::servedSocket() const
+{
+    // sender() is for a slot that somebody else's signal invokes; asking it costs a walk over all
+    // connections.
+    return m_serving ? m_serving->socket() : qobject_cast<QWebSocket *>(sender());
+}
+
+QList<QPointer<ZyWebHandle>> ZySslEchoServer::watchedHandles() const
+{
+    return {m_handles.begin(), m_handles.end()};
+}
+
+void ZySslEchoServer::processTextMessage(QString message)
+{
+    const QWebSocket *socket = servedSocket();
+    if (!socket)
+        return;
+    const QList<ZyWebHandle *> handles = m_handles;
+    for (ZyWebHandle *handle : handles) {
+        if (handle->m_socket == socket) {
+            handle->processJson(messageToJson(message));
+            return;
+        }
+    }
+}
+
+void ZySslEchoServer::processBinaryMessage(QByteArray message)
+{
+    const auto handles = watchedHandles();
+    for (const QPointer<ZyWebHandle> &handle : handles) {
+        if (handle)
+            handle->processBinary(message);
+    }
+}
+
+void ZySslEchoServer::onTextMessageReceived(QString message)
+{
+    const auto handles = watchedHandles();
+    for (const QPointer<ZyWebHandle> &handle : handles) {
+        if (handle)
+            handle->processJson(zyws::parseMessage(message));
+    }
+}
+
+void ZySslEchoServer::binaryFrameReceived(const QByteArray &frame, bool isLastFrame)
+{
+    Q_UNUSED(frame)
+    Q_UNUSED(isLastFrame)
+}
+
+void ZySslEchoServer::socketDisconnected()
+{
+    qCDebug(lcZyServer) << "Client disconnected";
+    const QPointer<QWebSocket> socket(servedSocket());
+    if (!socket)
+        return;
+    if (!endHandle(socket))
+        return;
+    m_clients.removeOne(socket);
+    if (socket)
+        socket->deleteLater();
+}
+
+/// Takes the socket's handle out of the registry; false when the server is gone afterwards.
+bool ZySslEchoServer::endHandle(QWebSocket *socket)
+{
+    const auto match = std::find_if(m_handles.cbegin(), m_handles.cend(), [=](ZyWebHandle *handle) {
+        return handle->m_socket == socket;
+    });
+    if (match == m_handles.cend())
+        return true;
+    ZyWebHandle *handle = *match;
+    const bool isAlreadyEnding = std::exchange(handle->m_isAbandoned, true);
+    if (handle->status() == ZyWebHandle::ReceivingFile && !isAlreadyEnding) {
+        const QPointer<ZySslEchoServer> self(this);
+        Q_EMIT fileTranDisconnet();
+        if (!self)
+            return false;
+    }
+    handle->onDisconnect();
+    m_handles.removeOne(handle);
+    handle->deleteLater();
+    return true;
+}
+
+void ZySslEchoServer::onSslErrors(const QList<QSslError> &errors)
+{
+    Q_UNUSED(errors)
+    qCDebug(lcZyServer) << "Ssl errors occurred";
+}
+
+void ZySslEchoServer::sendJsonMessage(const QJsonObject &json)
+{
+    if (QWebSocket *socket = servedSocket())
+        socket->sendTextMessage(JsonToString(json));
+}
+
+QJsonObject ZySslEchoServer::messageToJson(QString message) const
+{
+    return zyws::parseMessage(message);
+}
+
+QString ZySslEchoServer::JsonToString(const QJsonObject &json) const
+{
+    return zyws::messageText(json);
+}
