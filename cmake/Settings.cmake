@@ -16,6 +16,9 @@ target_compile_definitions(zySettings INTERFACE
 if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     target_compile_options(zySettings INTERFACE
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+    # Qt's qCDebug() leaves a macro's variable arguments empty.
+    target_compile_options(zySettings INTERFACE
+        $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>)
     if(ZYWEBSOCKET_WARNINGS_AS_ERRORS)
         target_compile_options(zySettings INTERFACE -Werror)
     endif()

@@ -18,7 +18,7 @@ inline constexpr int fileStreamVersion = 18;
  * How much of a file is ever read in search of a record: far more than a real record needs, and
  * little enough that a crafted string length costs nothing.
  */
-inline constexpr qint64 resumeRecordLimit = 1024 * 1024;
+inline constexpr qint64 resumeRecordLimit = Q_INT64_C(1024) * 1024;
 
 /// Lies in the temporary file right behind the announced size. No magic, no checksum.
 struct ResumeRecord {

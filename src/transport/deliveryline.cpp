@@ -16,19 +16,20 @@ DeliveryLine::DeliveryLine(QObject *context) : m_context(context) { }
 
 bool DeliveryLine::isEmpty() const
 {
-    return m_waiting.isEmpty();
+    return m_waiting.empty();
 }
 
 void DeliveryLine::append(Delivery delivery)
 {
-    m_waiting.enqueue(std::move(delivery));
+    m_waiting.push_back(std::move(delivery));
     QMetaObject::invokeMethod(
         m_context, [this] { deliverNext(); }, Qt::QueuedConnection);
 }
 
 void DeliveryLine::deliverNext()
 {
-    const Delivery delivery = m_waiting.dequeue();
+    const Delivery delivery = std::move(m_waiting.front());
+    m_waiting.pop_front();
     delivery(); // may delete the context, and this line with it
 }
 

@@ -5,8 +5,7 @@
 #ifndef DELIVERYLINE_H
 #define DELIVERYLINE_H
 
-#include <QQueue>
-
+#include <deque>
 #include <functional>
 
 class QObject;
@@ -41,7 +40,7 @@ private:
     void deliverNext();
 
     QObject *m_context;
-    QQueue<Delivery> m_waiting;
+    std::deque<Delivery> m_waiting;
 };
 
 } // namespace zyws
