@@ -8,6 +8,8 @@
 
 #include <QSysInfo>
 
+#include <cstdlib>
+
 namespace
 {
 
@@ -17,6 +19,18 @@ struct Arguments {
     std::string token;
     std::string name;
 };
+
+/// Unlike CLI::Range, also against "nan".
+auto between(double least, double most)
+{
+    return [least, most](const std::string &text) {
+        char *end = nullptr;
+        const double value = std::strtod(text.c_str(), &end);
+        return *end == '\0' && value >= least && value <= most ? std::string()
+                                                               : text + " is no number from "
+                + CLI::detail::to_string(least) + " to " + CLI::detail::to_string(most);
+    };
+}
 
 void addFaults(CLI::App &app, Options &options)
 {
@@ -29,7 +43,7 @@ void addFaults(CLI::App &app, Options &options)
            "--slow-check", options.slowCheck,
            "Take SECONDS for the check before a print; other connections are served meanwhile")
         ->type_name("SECONDS")
-        ->check(CLI::Range(0.0, 3600.0))
+        ->check(between(0, 3600))
         ->group(group);
     app.add_flag("--refuse", options.refuse, "Refuse every transfer, print, pause and stop")
         ->group(group);
@@ -52,7 +66,7 @@ void addOptions(CLI::App &app, Options &options, Arguments &arguments)
         ->envname("ZYPRINTER_TOKEN");
     app.add_option("--speed", options.speed, "Print X times as fast as a real machine")
         ->type_name("X")
-        ->check(CLI::Range(0.001, 1e6))
+        ->check(between(0.001, 1e6))
         ->capture_default_str();
     app.add_option("--name", arguments.name, "The printer's name; the host's name by default")
         ->type_name("NAME");
