@@ -339,8 +339,9 @@ void TestPrinter::saysItsVersionAndItsHelp()
     QVERIFY(version.output.startsWith("zyprinter "));
     const RunResult help = runPrinter({QStringLiteral("--help")});
     QCOMPARE(help.exitCode, 0);
-    for (const char *option : {"--dir", "--port", "--token", "--speed", "--name", "--fail-at",
-                               "--slow-check", "--refuse", "--version", "Exit codes"})
+    for (const char *option :
+         {"--dir", "--port", "--token", "--speed", "--name", "--fail-at", "--slow-check",
+          "--refuse", "--view", "--preview", "--version", "Exit codes"})
         QVERIFY2(help.output.contains(option), option);
 }
 
