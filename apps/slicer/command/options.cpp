@@ -4,25 +4,17 @@
 
 #include "options.h"
 
+#include "commandline.h"
 #include "wirewords.h"
-
-#include <QFile>
-
-#include <CLI/CLI.hpp>
 
 namespace
 {
-
-QString toText(const std::string &bytes)
-{
-    return QFile::decodeName(QByteArray::fromStdString(bytes));
-}
 
 QStringList toTexts(const std::vector<std::string> &values)
 {
     QStringList texts;
     for (const std::string &value : values)
-        texts.append(toText(value));
+        texts.append(zyapp::fromArgument(value));
     return texts;
 }
 
@@ -201,8 +193,9 @@ void addPrinters(CLI::App &app, OptionValues &values)
 void addCommands(CLI::App &app, OptionValues &values)
 {
     values.app = &app;
-    app.require_subcommand(1);
-    app.set_version_flag("--version", "zyslicer " ZYSLICER_VERSION);
+    // Not required here, so that a misspelt one is named in the error.
+    app.require_subcommand(0, 1);
+    zyapp::addVersionFlag(app, "zyslicer");
     app.add_flag("-v,--verbose", values.isVerbose, "Show the log on standard error");
     app.add_option("--settings", values.settingsFile, "File of the saved printers")
         ->envname("ZYSLICER_SETTINGS")
@@ -216,17 +209,19 @@ void addCommands(CLI::App &app, OptionValues &values)
 void OptionValues::fill(Request &request) const
 {
     const CLI::App *command = app;
+    if (app->get_subcommands().empty())
+        throw CLI::RequiredError("A command");
     while (!command->get_subcommands().empty())
         command = command->get_subcommands().front();
     request.command = commands.at(command);
     request.printers = toTexts(printers);
-    request.token = toText(token);
+    request.token = zyapp::fromArgument(token);
     request.files = toTexts(files);
     request.isPrinting = isPrinting;
     request.isWatching = isWatching;
-    request.savedName = toText(savedName);
-    request.savedUrl = toText(savedUrl);
-    request.settingsFile = toText(settingsFile);
+    request.savedName = zyapp::fromArgument(savedName);
+    request.savedUrl = zyapp::fromArgument(savedUrl);
+    request.settingsFile = zyapp::fromArgument(settingsFile);
     request.isJson = isJson;
     request.isQuiet = isQuiet;
     request.isVerbose = isVerbose;
@@ -242,9 +237,9 @@ void OptionValues::fill(Request &request) const
     const bool isSend = request.command == Request::Command::Send;
     const bool isNamed = isSend && command->count("--as") > 0;
     if (isSend)
-        request.remoteName = isNamed ? toText(asName) : QString();
+        request.remoteName = isNamed ? zyapp::fromArgument(asName) : QString();
     else
-        request.remoteName = toText(printName);
+        request.remoteName = zyapp::fromArgument(printName);
     if (isNamed && request.remoteName.isNull())
         request.remoteName = QLatin1String(""); // given, and empty
     if (request.files.size() > 1 && (isNamed || isPrinting))

@@ -14,6 +14,7 @@ constexpr QLatin1String cmd("cmd");
 constexpr QLatin1String status("status");
 constexpr QLatin1String errorcode("errorcode");
 constexpr QLatin1String wifistate("wifistate");
+constexpr QLatin1String compress("compress");
 constexpr QLatin1String filename("filename");
 constexpr QLatin1String version("version");
 constexpr QLatin1String printStatus("printStatus");

@@ -67,7 +67,7 @@ QString TextView::summary() const
         const bool hasSent = entry.sent > 0;
         const QString none = QStringLiteral("-");
         table.append({printers()[i].label, hasSent ? byteText(entry.sent) : none,
-                      hasSent ? durationText((entry.endTime - entry.startTime + 500) / 1000) : none,
+                      hasSent ? durationText(duration(entry)) : none,
                       hasSent ? rateText(meanRate(entry)) : none,
                       m_outcomes[i].isOk() ? QStringLiteral("ok") : m_outcomes[i].what});
     }
