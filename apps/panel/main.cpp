@@ -47,7 +47,7 @@ bool asksForText(QCommandLineParser &parser, int argc, char *argv[])
 
 void nameApplication()
 {
-    QCoreApplication::setOrganizationName(QStringLiteral("libzyWebsocket"));
+    QCoreApplication::setOrganizationName(QStringLiteral("zyWebsocket"));
     QCoreApplication::setApplicationName(QStringLiteral("zypanel"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ZYPANEL_VERSION));
 }

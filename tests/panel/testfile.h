@@ -10,7 +10,7 @@
 
 constexpr qint64 mebibyte = 1024 * 1024;
 
-/// Writes @p size random bytes to @p path and returns them.
+/// Writes @p size random bytes to @p path and returns them; nothing when that failed.
 QByteArray writeRandomFile(const QString &path, qint64 size);
 QByteArray contentOf(const QString &path);
 

@@ -9,7 +9,8 @@
 
 TestSettings::TestSettings()
 {
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_directory.path());
-    QCoreApplication::setOrganizationName(QStringLiteral("libzyWebsocket"));
+    for (QSettings::Format format : {QSettings::NativeFormat, QSettings::IniFormat})
+        QSettings::setPath(format, QSettings::UserScope, m_directory.path());
+    QCoreApplication::setOrganizationName(QStringLiteral("zyWebsocket"));
     QCoreApplication::setApplicationName(QStringLiteral("zypanel"));
 }

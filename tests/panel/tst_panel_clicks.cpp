@@ -182,7 +182,7 @@ void TestPanelClicks::cancelIsConfirmedFirst()
     PrinterProcess printer;
     WindowDriver user;
     QVERIFY(user.connectTo(printer.url().toString()));
-    QVERIFY(user.drop(randomFile(64 * mebibyte)));
+    QVERIFY(user.drop(randomFile(32 * mebibyte)));
     // Clicked in the middle of the transfer, so nested inside the client's send loop.
     const auto clicking
         = connect(&user.session(), &PrinterSession::transferProgress, this, [&](qint64 received) {
@@ -231,7 +231,7 @@ void TestPanelClicks::closingWhileSendingIsConfirmed()
     PrinterProcess printer;
     WindowDriver user;
     QVERIFY(user.connectTo(printer.url().toString()));
-    QVERIFY(user.drop(randomFile(64 * mebibyte)));
+    QVERIFY(user.drop(randomFile(32 * mebibyte)));
     bool isClosedAtOnce = true;
     connect(&user.session(), &PrinterSession::transferProgress, this, [&](qint64 received) {
         if (received == 2 * mebibyte) {

@@ -180,12 +180,12 @@ void TestPanelPictures::sending()
     printer.status.printStatus = 0;
     open(printer.url().toString());
     const QString path = m_directory.filePath(QStringLiteral("gyroid-sphere.zydlp"));
-    writeRandomFile(path, 48 * mebibyte);
+    writeRandomFile(path, 24 * mebibyte);
     m_window->panel()->setFile(path);
     int pictures = 0;
     connect(m_window->panel()->session(), &PrinterSession::transferProgress, this,
             [&](qint64 received) {
-                if (received == 29 * mebibyte) {
+                if (received == 14 * mebibyte) {
                     takePicture("sending");
                     ++pictures;
                 }
@@ -216,11 +216,11 @@ void TestPanelPictures::error()
     TestPrinter printer;
     open(printer.url().toString());
     const QString path = m_directory.filePath(QStringLiteral("gyroid-sphere.zydlp"));
-    writeRandomFile(path, 32 * mebibyte);
+    writeRandomFile(path, 16 * mebibyte);
     m_window->panel()->setFile(path);
     connect(m_window->panel()->session(), &PrinterSession::transferProgress, this,
             [&](qint64 received) {
-                if (received == 12 * mebibyte)
+                if (received == 6 * mebibyte)
                     printer.stop();
             });
     child<QPushButton>(*m_window, "send")->click();

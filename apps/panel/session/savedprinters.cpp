@@ -6,7 +6,7 @@
 
 #include "address.h"
 
-#include <QSettings>
+#include <QRegularExpression>
 
 namespace zypanel
 {
@@ -14,39 +14,47 @@ namespace zypanel
 namespace
 {
 
+constexpr int longestName = 64;
 const QLatin1String group{"printers"};
-const QLatin1String lastUsedKey{"lastPrinter"};
+const QLatin1String lastUsedKey{"printerPanel/lastPrinter"};
 
 } // namespace
 
+/// The file of the command-line client: a printer named there is known here, and the reverse.
+SavedPrinters::SavedPrinters()
+    : m_names(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("zyWebsocket"),
+              QStringLiteral("zyslicer"))
+{
+    m_names.beginGroup(group);
+}
+
+bool SavedPrinters::isName(const QString &text)
+{
+    static const QRegularExpression allowed(
+        QStringLiteral("\\A[\\p{L}\\p{N}_-]{1,%1}\\z").arg(longestName));
+    return allowed.match(text).hasMatch();
+}
+
 QStringList SavedPrinters::names() const
 {
-    QSettings settings;
-    settings.beginGroup(group);
-    QStringList all = settings.childKeys();
+    QStringList all = m_names.childKeys();
     all.sort(Qt::CaseInsensitive);
     return all;
 }
 
 QUrl SavedPrinters::url(const QString &name) const
 {
-    QSettings settings;
-    settings.beginGroup(group);
-    return name.isEmpty() ? QUrl() : settings.value(name).toUrl();
+    return isName(name) ? m_names.value(name).toUrl() : QUrl();
 }
 
 void SavedPrinters::save(const QString &name, const QUrl &url)
 {
-    QSettings settings;
-    settings.beginGroup(group);
-    settings.setValue(name, url.toString());
+    m_names.setValue(name, url.toString());
 }
 
 void SavedPrinters::remove(const QString &name)
 {
-    QSettings settings;
-    settings.beginGroup(group);
-    settings.remove(name);
+    m_names.remove(name);
 }
 
 QUrl SavedPrinters::resolve(const QString &nameOrAddress) const

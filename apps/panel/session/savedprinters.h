@@ -5,6 +5,7 @@
 #ifndef PANEL_SAVEDPRINTERS_H
 #define PANEL_SAVEDPRINTERS_H
 
+#include <QSettings>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -16,6 +17,11 @@ namespace zypanel
 class SavedPrinters
 {
 public:
+    SavedPrinters();
+
+    /// Letters, digits, '-' and '_': what cannot be taken for an address.
+    static bool isName(const QString &text);
+
     QStringList names() const;
     /// Empty for a name that is not saved.
     QUrl url(const QString &name) const;
@@ -28,6 +34,9 @@ public:
     /// The address last connected to, offered at the next start.
     QString lastUsed() const;
     void setLastUsed(const QString &nameOrAddress);
+
+private:
+    QSettings m_names;
 };
 
 } // namespace zypanel

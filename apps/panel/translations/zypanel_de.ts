@@ -76,10 +76,6 @@
         <translation>Name für %1:</translation>
     </message>
     <message>
-        <source>A printer&apos;s name must not be empty or contain a slash.</source>
-        <translation>Der Name eines Druckers darf weder leer sein noch einen Schrägstrich enthalten.</translation>
-    </message>
-    <message>
         <source>The printer is saved as %1.</source>
         <translation>Der Drucker ist als %1 gespeichert.</translation>
     </message>
@@ -98,6 +94,10 @@
     <message>
         <source>&amp;Give up</source>
         <translation>Auf&amp;geben</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be a printer&apos;s name. Use letters, digits, “-” and “_”, at most 64.</source>
+        <translation>„%1“ kann kein Druckername sein. Erlaubt sind Buchstaben, Ziffern, „-“ und „_“, höchstens 64.</translation>
     </message>
 </context>
 <context>

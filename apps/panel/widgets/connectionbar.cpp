@@ -187,12 +187,11 @@ void ConnectionBar::askForName()
 void ConnectionBar::saveAs(const QString &name)
 {
     const QString trimmed = name.trimmed();
-    // Slashes are groups in the settings, and would look like an address here.
-    if (trimmed.isEmpty() || trimmed.contains(QLatin1Char('/'))
-        || trimmed.contains(QLatin1Char('\\'))) {
+    if (!SavedPrinters::isName(trimmed)) {
         Q_EMIT noticed({Severity::Error,
-                        tr("A printer's name must not be empty or contain a "
-                           "slash.")});
+                        tr("“%1” cannot be a printer's name. Use letters, digits, “-” and "
+                           "“_”, at most 64.")
+                            .arg(trimmed)});
         return;
     }
     m_saved.save(trimmed, m_saved.resolve(address()));
