@@ -1,0 +1,127 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The payload of a data message.
+
+#include "datachunk.h"
+
+#include <QtEndian>
+#include <QtTest>
+
+#include <limits>
+
+class tst_DataChunk : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isOneMebibyte();
+    void packsAByteToTheByte();
+    void packsEachChunkByItself_data();
+    void packsEachChunkByItself();
+    void packsUncompressedAsItIs();
+    void unpacksUncompressedAsItIs();
+
+    void unpacksDamagedPayloadsAsNothing_data();
+    void unpacksDamagedPayloadsAsNothing();
+    void takesTheSizePrefixAsAHintOnly();
+    void advancesAnOffset_data();
+    void advancesAnOffset();
+};
+
+void tst_DataChunk::isOneMebibyte()
+{
+    QCOMPARE(zyws::chunkSize, 1048576);
+}
+
+void tst_DataChunk::packsAByteToTheByte()
+{
+    // Length 1, zlib header of the default level, one fixed block, checksum.
+    QCOMPARE(zyws::packChunk("A", 1, true).toHex(),
+             QByteArrayLiteral("00000001789c73040000420042"));
+}
+
+void tst_DataChunk::packsEachChunkByItself_data()
+{
+    QTest::addColumn<QByteArray>("chunk");
+    QTest::newRow("one byte") << QByteArray(1, 'x');
+    QTest::newRow("a short text") << QByteArrayLiteral("layers and layers and layers");
+    QTest::newRow("a full chunk") << QByteArray(zyws::chunkSize, '\0');
+    QByteArray mixed(zyws::chunkSize, Qt::Uninitialized);
+    for (int i = 0; i < mixed.size(); ++i)
+        mixed[i] = static_cast<char>((i * 2654435761U) >> 13);
+    QTest::newRow("a full chunk that hardly deflates") << mixed;
+}
+
+void tst_DataChunk::packsEachChunkByItself()
+{
+    QFETCH(QByteArray, chunk);
+    const QByteArray payload = zyws::packChunk(chunk.constData(), chunk.size(), true);
+    QCOMPARE(qFromBigEndian<quint32>(payload.constData()), static_cast<quint32>(chunk.size()));
+    QCOMPARE(payload.mid(4, 2).toHex(), QByteArrayLiteral("789c"));
+    QCOMPARE(payload, qCompress(chunk, -1));
+    QCOMPARE(zyws::unpackChunk(payload, true), chunk);
+}
+
+void tst_DataChunk::packsUncompressedAsItIs()
+{
+    const QByteArray chunk("as\0it\xff is", 9);
+    QCOMPARE(zyws::packChunk(chunk.constData(), chunk.size(), false), chunk);
+}
+
+void tst_DataChunk::unpacksUncompressedAsItIs()
+{
+    const QByteArray payload = qCompress("still packed");
+    QCOMPARE(zyws::unpackChunk(payload, false), payload);
+}
+
+void tst_DataChunk::unpacksDamagedPayloadsAsNothing_data()
+{
+    QTest::addColumn<QByteArray>("payload");
+    const QByteArray good = qCompress(QByteArray(1000, 'x'));
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("shorter than the prefix") << QByteArray(3, '\0');
+    QTest::newRow("prefix only") << good.left(4);
+    QTest::newRow("plain text") << QByteArrayLiteral("not a zlib stream at all");
+    QTest::newRow("without the prefix") << good.mid(4);
+    QTest::newRow("truncated") << good.left(good.size() - 5);
+    QByteArray wrongSum = good;
+    wrongSum[wrongSum.size() - 1] = static_cast<char>(wrongSum.back() ^ 1);
+    QTest::newRow("wrong checksum") << wrongSum;
+}
+
+void tst_DataChunk::unpacksDamagedPayloadsAsNothing()
+{
+    QFETCH(QByteArray, payload);
+    QCOMPARE(zyws::unpackChunk(payload, true).size(), 0);
+}
+
+void tst_DataChunk::takesTheSizePrefixAsAHintOnly()
+{
+    QByteArray payload = qCompress(QByteArray(5000, 'x'));
+    qToBigEndian(quint32(1), payload.data());
+    QCOMPARE(zyws::unpackChunk(payload, true), QByteArray(5000, 'x'));
+}
+
+void tst_DataChunk::advancesAnOffset_data()
+{
+    QTest::addColumn<qint64>("offset");
+    QTest::addColumn<qint64>("count");
+    QTest::addColumn<qint64>("sum");
+    constexpr qint64 largest = std::numeric_limits<qint64>::max();
+    constexpr qint64 smallest = std::numeric_limits<qint64>::min();
+    QTest::newRow("by a chunk") << Q_INT64_C(1048576) << Q_INT64_C(1048576) << Q_INT64_C(2097152);
+    QTest::newRow("by nothing") << Q_INT64_C(7) << qint64(0) << Q_INT64_C(7);
+    QTest::newRow("by a failed write") << Q_INT64_C(7) << Q_INT64_C(-1) << Q_INT64_C(6);
+    QTest::newRow("beyond the largest") << largest << Q_INT64_C(1) << smallest;
+    QTest::newRow("below the smallest") << smallest << Q_INT64_C(-1) << largest;
+}
+
+void tst_DataChunk::advancesAnOffset()
+{
+    QFETCH(qint64, offset);
+    QFETCH(qint64, count);
+    QTEST(zyws::advanced(offset, count), "sum");
+}
+
+QTEST_GUILESS_MAIN(tst_DataChunk)
+#include "tst_datachunk.moc"
