@@ -24,6 +24,7 @@ public:
         connect(from, &QTcpSocket::readyRead, this, &Lane::forward);
         connect(to, &QTcpSocket::connected, this, &Lane::forward);
         connect(to, &QTcpSocket::bytesWritten, this, &Lane::holdWhenSent);
+        connect(gate, &MessageGate::released, this, &Lane::goOn);
     }
 
     void forward()
@@ -37,6 +38,12 @@ public:
     }
 
 private:
+    void goOn()
+    {
+        m_isHoldDue = false;
+        forward();
+    }
+
     void forwardHandshake()
     {
         const int end = m_waiting.indexOf("\r\n\r\n");
@@ -138,11 +145,17 @@ void MessageGate::holdAfter(int number)
     m_holdAfter = number;
 }
 
-void MessageGate::open()
+void MessageGate::release()
 {
     m_holdBefore = m_holdAfter = -1;
     m_isHeld = false;
+    Q_EMIT released();
+}
+
+void MessageGate::open()
+{
     qDeleteAll(std::exchange(m_links, {}));
+    release();
 }
 
 void MessageGate::hold()

@@ -37,12 +37,15 @@ public:
     void holdBefore(int number);
     /// Stands still once message @p number has left whole.
     void holdAfter(int number);
+    /// Goes on with what is held.
+    void release();
     /// Drops what is held with its connection; connections from now on are passed on freely.
     void open();
 
 Q_SIGNALS:
     /// The gate stands still; emitted once.
     void reached();
+    void released();
 
 private:
     class Lane;
