@@ -173,7 +173,7 @@ void RawPrinter::accept()
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             socket->deleteLater();
             m_peer.clear();
-            Q_EMIT peerDisconnected();
+            emitLater(&RawPrinter::peerDisconnected);
         });
         onReadyRead();
     }
@@ -196,7 +196,7 @@ bool RawPrinter::readHandshake()
     m_incoming.remove(0, end + 4);
     m_isOpen = true;
     write(handshakeAnswer(request) + m_greeting);
-    Q_EMIT peerConnected();
+    emitLater(&RawPrinter::peerConnected);
     return true;
 }
 
@@ -253,10 +253,10 @@ void RawPrinter::handleFrame(int opcode, bool isFinal, const QByteArray &payload
     const QByteArray message = std::exchange(m_message, QByteArray());
     if (m_messageOpcode == Text) {
         m_texts.append(QString::fromUtf8(message));
-        Q_EMIT textReceived(m_texts.constLast());
+        emitLater(&RawPrinter::textReceived, m_texts.constLast());
     } else {
         m_chunks.append(message);
-        Q_EMIT chunkReceived(message);
+        emitLater(&RawPrinter::chunkReceived, message);
     }
 }
 

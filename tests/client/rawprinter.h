@@ -23,7 +23,8 @@ namespace zytest
  * Records what the one client sends and writes what the test tells it to, where a TCP segment
  * begins and ends included. A new connection replaces the one before.
  *
- * Answers the opening handshake, and pings and closes as far as it is told to; nothing else.
+ * Answers the opening handshake, and pings and closes as far as it is told to; nothing else. Its
+ * signals come from the event loop, so slots may spin.
  */
 class RawPrinter : public QObject
 {
@@ -73,6 +74,18 @@ Q_SIGNALS:
     void chunkReceived(const QByteArray &payload);
 
 private:
+    template <typename Signal, typename... Arguments>
+    void emitLater(Signal signal, const Arguments &...arguments)
+    {
+        QMetaObject::invokeMethod(
+            this,
+            [=] {
+                Q_EMIT(this->*signal)
+                (arguments...);
+            },
+            Qt::QueuedConnection);
+    }
+
     QTcpSocket &current() const;
     void accept();
     void onReadyRead();

@@ -27,6 +27,7 @@ struct TransferRules {
     bool compress = true;
     qint64 offset = 0; ///< bytes it claims to hold already; not 0 gives the resumed form
     int checkState = 1;
+    bool acknowledges = true; ///< false: no answer to chunks
 };
 
 // A printer's replies, spelled as they travel.
@@ -59,7 +60,8 @@ private:
  * Records all that clients send it and sends what the test tells it to.
  *
  * It answers nothing by itself until answerTransfers() is called. Sends go to the connection
- * accepted last.
+ * accepted last. Its signals come from the event loop and not from inside the socket's, so slots
+ * may spin.
  */
 class ScriptedPrinter : public QObject
 {
@@ -101,6 +103,18 @@ Q_SIGNALS:
     void chunkReceived(const QByteArray &payload);
 
 private:
+    template <typename Signal, typename... Arguments>
+    void emitLater(Signal signal, const Arguments &...arguments)
+    {
+        QMetaObject::invokeMethod(
+            this,
+            [=] {
+                Q_EMIT(this->*signal)
+                (arguments...);
+            },
+            Qt::QueuedConnection);
+    }
+
     QWebSocket &current() const;
     void accept();
     void recordText(const QString &text);
