@@ -28,8 +28,9 @@ int exitWith(const Outcome &outcome)
 /// Before any printer is asked, so that nothing is half done for a mistake here.
 Outcome checkFiles(const Request &request)
 {
-    for (const ModelFile &file : modelFiles(request)) {
-        const Outcome outcome = checkModelFile(file);
+    const QVector<ModelFile> files = modelFiles(request);
+    for (const ModelFile &file : files) {
+        Outcome outcome = checkModelFile(file);
         if (!outcome.isOk())
             return outcome;
     }

@@ -63,6 +63,14 @@ QVector<QJsonObject> eventsNamed(const QString &event, const QByteArray &output)
 /// Whether @p errors is one line of the form "zyslicer: what: value; advice" with @p part in it.
 bool isOneErrorLine(const QByteArray &errors, const QByteArray &part);
 
+/// The exit code, and the one line on standard error with its part in it.
+#define EXPECT_FAILURE(result, code, part)                                                         \
+    do {                                                                                           \
+        const SlicerResult failed = (result);                                                      \
+        VERIFY_TEXT(isOneErrorLine(failed.errors, part), failed.errors);                           \
+        QCOMPARE(failed.exitCode, code);                                                           \
+    } while (false)
+
 /// Writes a valid sliced model of @p layers small layers to @p path; returns @p path.
 QString makeModel(const QString &path, int layers = 20);
 

@@ -43,7 +43,8 @@ bool isParameter(const QString &key)
 QJsonObject toParameters(const std::vector<std::string> &assignments)
 {
     QJsonObject parameters;
-    for (const QString &assignment : toTexts(assignments)) {
+    const QStringList texts = toTexts(assignments);
+    for (const QString &assignment : texts) {
         const QString key = assignment.section(QLatin1Char('='), 0, 0);
         if (!assignment.contains(QLatin1Char('=')))
             throw CLI::ValidationError("'" + assignment.toStdString()
@@ -219,32 +220,42 @@ void OptionValues::fill(Request &request) const
     request.files = toTexts(files);
     request.isPrinting = isPrinting;
     request.isWatching = isWatching;
+    request.parameters = toParameters(parameters);
     request.savedName = zyapp::fromArgument(savedName);
     request.savedUrl = zyapp::fromArgument(savedUrl);
     request.settingsFile = zyapp::fromArgument(settingsFile);
     request.isJson = isJson;
     request.isQuiet = isQuiet;
     request.isVerbose = isVerbose;
-    request.limits.connecting = milliseconds(connecting);
-    request.limits.reply = milliseconds(reply);
-    request.limits.check = milliseconds(check);
-    request.limits.stall = milliseconds(stall);
-    request.limits.retries = retries;
-    request.limits.firstBackOff = milliseconds(backOff);
-    request.limits.pollInterval = milliseconds(interval);
-    request.parameters = toParameters(parameters);
+    fillLimits(request.limits);
+    fillRemoteName(*command, request);
+}
 
-    const bool isSend = request.command == Request::Command::Send;
-    const bool isNamed = isSend && command->count("--as") > 0;
-    if (isSend)
-        request.remoteName = isNamed ? zyapp::fromArgument(asName) : QString();
-    else
+void OptionValues::fillLimits(Limits &limits) const
+{
+    limits.connecting = milliseconds(connecting);
+    limits.reply = milliseconds(reply);
+    limits.check = milliseconds(check);
+    limits.stall = milliseconds(stall);
+    limits.retries = retries;
+    limits.firstBackOff = milliseconds(backOff);
+    limits.pollInterval = milliseconds(interval);
+}
+
+void OptionValues::fillRemoteName(const CLI::App &command, Request &request) const
+{
+    if (request.command == Request::Command::Print) {
         request.remoteName = zyapp::fromArgument(printName);
-    if (isNamed && request.remoteName.isNull())
-        request.remoteName = QLatin1String(""); // given, and empty
+        if (request.remoteName.isEmpty())
+            throw CLI::ValidationError("NAME is empty");
+        return;
+    }
+    if (request.command != Request::Command::Send)
+        return;
+    const bool isNamed = command.count("--as") > 0;
+    if (isNamed) // null means not given, so an empty name is not null
+        request.remoteName = QLatin1String("") + zyapp::fromArgument(asName);
     if (request.files.size() > 1 && (isNamed || isPrinting))
         throw CLI::ValidationError(std::string(isNamed ? "--as" : "--print")
                                    + " takes a single file");
-    if (request.command == Request::Command::Print && request.remoteName.isEmpty())
-        throw CLI::ValidationError("NAME is empty");
 }

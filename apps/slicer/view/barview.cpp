@@ -151,7 +151,7 @@ QString BarView::eraseText()
 {
     if (m_drawnLines == 0)
         return {};
-    const QString text = QStringLiteral("\r\033[%1A\033[J").arg(m_drawnLines);
+    QString text = QStringLiteral("\r\033[%1A\033[J").arg(m_drawnLines);
     m_drawnLines = 0;
     return text;
 }

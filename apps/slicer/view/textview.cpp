@@ -52,8 +52,9 @@ QString TextView::marked(int printer, const QString &text) const
 {
     if (!isSeveral())
         return text + QLatin1Char('\n');
+    const QStringList plain = text.split(QLatin1Char('\n'));
     QString lines;
-    for (const QString &line : text.split(QLatin1Char('\n')))
+    for (const QString &line : plain)
         lines += QStringLiteral("%1: %2\n").arg(printers()[printer].label, line);
     return lines;
 }
