@@ -127,20 +127,27 @@ void RawPrinter::write(const QByteArray &bytes)
 
 void RawPrinter::writeSplit(const QByteArray &bytes, int position)
 {
-    write(bytes.left(position));
-    writeOnceRead(bytes.mid(position));
+    writeOnceRead({bytes.left(position), bytes.mid(position)});
+}
+
+void RawPrinter::writeByteByByte(const QByteArray &bytes)
+{
+    QByteArrayList segments;
+    for (const char byte : bytes)
+        segments.append(QByteArray(1, byte));
+    writeOnceRead(segments);
 }
 
 /// The client lives in this process, so the kernel tells whether it has read everything.
-void RawPrinter::writeOnceRead(const QByteArray &bytes)
+void RawPrinter::writeOnceRead(const QByteArrayList &segments)
 {
-    if (!m_peer)
+    if (!m_peer || segments.isEmpty())
         return;
-    if (m_peer->bytesToWrite() == 0 && unreadBytes(peerPort(), port()) == 0) {
-        write(bytes);
-        return;
-    }
-    QTimer::singleShot(0, m_peer, [this, bytes] { writeOnceRead(bytes); });
+    const bool isRead = m_peer->bytesToWrite() == 0 && unreadBytes(peerPort(), port()) == 0;
+    if (isRead)
+        write(segments.constFirst());
+    QTimer::singleShot(0, m_peer,
+                       [this, left = isRead ? segments.mid(1) : segments] { writeOnceRead(left); });
 }
 
 void RawPrinter::drop()

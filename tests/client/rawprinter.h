@@ -60,6 +60,8 @@ public:
     void write(const QByteArray &bytes);
     /// Writes @p bytes in two segments, the second once the client has read all of the first.
     void writeSplit(const QByteArray &bytes, int position);
+    /// Writes @p bytes in segments of one byte, each once the client has read the one before.
+    void writeByteByByte(const QByteArray &bytes);
     void send(const QJsonObject &message) { write(textFrame(message)); }
 
     /// Ends the TCP connection in order, without a closing handshake.
@@ -92,7 +94,7 @@ private:
     bool readHandshake();
     bool readFrame();
     void handleFrame(int opcode, bool isFinal, const QByteArray &payload);
-    void writeOnceRead(const QByteArray &bytes);
+    void writeOnceRead(const QByteArrayList &segments);
 
     QTcpServer *m_server;
     QPointer<QTcpSocket> m_peer;

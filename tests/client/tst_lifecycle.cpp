@@ -330,7 +330,7 @@ void LifecycleTest::aLaterAttemptThatFailsIsADisconnect()
     session.client.openWithUrl(deadUrl());
 
     WAIT_COMPARE(session.client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
-    QCOMPARE(session.trace.lines(), QStringList{disconnectedLine});
+    WAIT_COMPARE(session.trace.lines(), QStringList{disconnectedLine});
 }
 
 void LifecycleTest::anInvalidUrlEmitsNothing()

@@ -202,7 +202,8 @@ void ScriptedPrinter::recordText(const QString &text)
 
 void ScriptedPrinter::recordChunk(const QByteArray &payload)
 {
-    m_chunks.append(payload);
+    if (m_keepsChunks)
+        m_chunks.append(payload);
     if (m_answers && m_peer) {
         for (const QJsonObject &reply : m_answers->toChunk(payload))
             send(reply);

@@ -84,6 +84,8 @@ public:
     /// The texts whose "cmd" is @p command, as objects.
     QVector<QJsonObject> messages(const QString &command) const;
     const QByteArrayList &chunks() const { return m_chunks; }
+    /// False: chunks are answered but no longer recorded, for files too large for that.
+    void keepChunks(bool keep) { m_keepsChunks = keep; }
     /// Close codes received, in order of the connections' ends.
     const QVector<QWebSocketProtocol::CloseCode> &closeCodes() const { return m_closeCodes; }
 
@@ -125,6 +127,7 @@ private:
     int m_connectionCount = 0;
     QStringList m_texts;
     QByteArrayList m_chunks;
+    bool m_keepsChunks = true;
     QVector<QWebSocketProtocol::CloseCode> m_closeCodes;
     std::optional<TransferAnswers> m_answers;
 };
