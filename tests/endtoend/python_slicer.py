@@ -113,11 +113,21 @@ async def resumes_after_a_killed_connection(printer, transcript):
     assert printer.stored("noise.bin") == data
 
 
-async def cancels(printer, transcript):
+async def is_refused_while_another_sends(printer, transcript):
+    slicer = await Slicer.connect(printer.url, transcript)
+    expect(await slicer.ask(**start_file("late.bin", b"late")),
+           {"cmd": "START_FILE", "errorcode": 1, "compress": True, "wifistate": 3})
+    expect(await slicer.ask(cmd="START_PRINT", filename="ball.zydlp", token=TOKEN),
+           {"cmd": "START_PRINT", "filename": "ball.zydlp", "status": "BUSY"})
+    await slicer.close()
+
+
+async def cancels(printer, transcript, refusal):
     slicer = await Slicer.connect(printer.url, transcript)
     data = bytes(2 * wire.CHUNK)
     await slicer.ask(**start_file("zeros.bin", data))
     await send_chunks(slicer, data, 0, limit=1)
+    await is_refused_while_another_sends(printer, refusal)
     expect(await slicer.ask(cmd="CANCEL_FILE", why="changed my mind"),
            {"cmd": "CANCEL_FILE", "errorcode": 0, "why": "changed my mind"})
     await slicer.close()
@@ -163,7 +173,8 @@ async def main():
                                     transcripts.setdefault("transfer", []))
             await runs_a_print(printer, transcripts.setdefault("print", []))
             await resumes_after_a_killed_connection(printer, transcripts.setdefault("resume", []))
-            await cancels(printer, transcripts.setdefault("cancel", []))
+            await cancels(printer, transcripts.setdefault("cancel", []),
+                          transcripts.setdefault("refused", []))
     if len(sys.argv) > 3:
         lines = []
         for name, exchange in transcripts.items():

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// zypanel: the command line and the one window.
+
+#include "mainwindow.h"
+#include "printerpanel.h"
+#include "translations.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFile>
+#include <QFileInfo>
+#include <QIcon>
+#include <QLocale>
+
+namespace
+{
+
+/// In English, as the man page and as every other program of the library.
+void describe(QCommandLineParser &parser)
+{
+    parser.setApplicationDescription(
+        QStringLiteral("Sends sliced models to a networked resin printer and runs its prints."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOption({{QStringLiteral("t"), QStringLiteral("token")},
+                      QStringLiteral("Access token of the printer."),
+                      QStringLiteral("token")});
+    parser.addPositionalArgument(
+        QStringLiteral("printer"),
+        QStringLiteral("Connect at once to this printer: ws://host:port, or a saved name."),
+        QStringLiteral("[printer]"));
+    parser.addPositionalArgument(QStringLiteral("file"),
+                                 QStringLiteral("Offer this file for sending."),
+                                 QStringLiteral("[file]"));
+}
+
+/// Help and version are for terminals, which may have no display.
+bool asksForText(QCommandLineParser &parser, int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QFile::decodeName(argv[i]));
+    parser.parse(arguments);
+    return parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("version"));
+}
+
+void nameApplication()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("zyWebsocket"));
+    QCoreApplication::setApplicationName(QStringLiteral("zypanel"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ZYPANEL_VERSION));
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    nameApplication();
+    QCommandLineParser parser;
+    describe(parser);
+    if (asksForText(parser, argc, argv)) {
+        const QCoreApplication application(argc, argv);
+        parser.process(application);
+    }
+
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
+    QGuiApplication::setDesktopFileName(QStringLiteral("zypanel"));
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/zypanel/icon.png")));
+    zypanel::installTranslations(application, QLocale());
+    parser.process(application);
+    const QStringList arguments = parser.positionalArguments();
+    if (arguments.size() > 2)
+        parser.showHelp(2);
+
+    zypanel::MainWindow window;
+    window.panel()->setToken(parser.value(QStringLiteral("token")));
+    if (arguments.size() == 2)
+        window.panel()->setFile(QFileInfo(arguments.at(1)).absoluteFilePath());
+    window.show();
+    if (!arguments.isEmpty())
+        window.panel()->connectTo(arguments.first());
+    return QApplication::exec();
+}

@@ -1,0 +1,775 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>zypanel::ConnectionBar</name>
+    <message>
+        <source>Sa&amp;ve…</source>
+        <translation>&amp;Speichern…</translation>
+    </message>
+    <message>
+        <source>Printer</source>
+        <translation>Drucker</translation>
+    </message>
+    <message>
+        <source>A saved name, or an address such as ws://192.168.1.20:8080</source>
+        <translation>Ein gespeicherter Name oder eine Adresse wie ws://192.168.1.20:8080</translation>
+    </message>
+    <message>
+        <source>ws://address:port or a saved name</source>
+        <translation>ws://Adresse:Port oder ein gespeicherter Name</translation>
+    </message>
+    <message>
+        <source>Access token</source>
+        <translation>Zugangstoken</translation>
+    </message>
+    <message>
+        <source>Needed only by printers that ask for one; it is not saved</source>
+        <translation>Nur für Drucker, die eines verlangen; es wird nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keines</translation>
+    </message>
+    <message>
+        <source>Give this address a name</source>
+        <translation>Dieser Adresse einen Namen geben</translation>
+    </message>
+    <message>
+        <source>Forget this saved name</source>
+        <translation>Diesen gespeicherten Namen vergessen</translation>
+    </message>
+    <message>
+        <source>P&amp;rinter</source>
+        <translation>Drucke&amp;r</translation>
+    </message>
+    <message>
+        <source>&amp;Connect</source>
+        <translation>&amp;Verbinden</translation>
+    </message>
+    <message>
+        <source>Not connected</source>
+        <translation>Nicht verbunden</translation>
+    </message>
+    <message>
+        <source>Connecting…</source>
+        <translation>Verbinde…</translation>
+    </message>
+    <message>
+        <source>Dis&amp;connect</source>
+        <translation>&amp;Trennen</translation>
+    </message>
+    <message>
+        <source>Connected</source>
+        <translation>Verbunden</translation>
+    </message>
+    <message>
+        <source>Connection: %1</source>
+        <translation>Verbindung: %1</translation>
+    </message>
+    <message>
+        <source>Save printer</source>
+        <translation>Drucker speichern</translation>
+    </message>
+    <message>
+        <source>Name for %1:</source>
+        <translation>Name für %1:</translation>
+    </message>
+    <message>
+        <source>The printer is saved as %1.</source>
+        <translation>Der Drucker ist als %1 gespeichert.</translation>
+    </message>
+    <message>
+        <source>The saved name %1 is removed.</source>
+        <translation>Der gespeicherte Name %1 ist entfernt.</translation>
+    </message>
+    <message>
+        <source>Remo&amp;ve</source>
+        <translation>Ent&amp;fernen</translation>
+    </message>
+    <message>
+        <source>To&amp;ken</source>
+        <translation>To&amp;ken</translation>
+    </message>
+    <message>
+        <source>&amp;Give up</source>
+        <translation>Auf&amp;geben</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be a printer&apos;s name. Use letters, digits, “-” and “_”, at most 64.</source>
+        <translation>„%1“ kann kein Druckername sein. Erlaubt sind Buchstaben, Ziffern, „-“ und „_“, höchstens 64.</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::DropHint</name>
+    <message>
+        <source>Drop a sliced model here</source>
+        <translation>Ein geschnittenes Modell hier ablegen</translation>
+    </message>
+    <message>
+        <source>or choose one below</source>
+        <translation>oder unten auswählen</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::EventLog</name>
+    <message>
+        <source>Events</source>
+        <translation>Ereignisse</translation>
+    </message>
+    <message>
+        <source>&amp;Copy all</source>
+        <translation>Alles &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::Formatting</name>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s</source>
+        <translation>%1 min %2 s</translation>
+    </message>
+    <message>
+        <source>%1 h %2 min</source>
+        <translation>%1 h %2 min</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>%1/s</source>
+        <translation>%1/s</translation>
+    </message>
+    <message>
+        <source>%1 left</source>
+        <translation>noch %1</translation>
+    </message>
+    <message>
+        <source>%1 mm</source>
+        <translation>%1 mm</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::LayerPlot</name>
+    <message>
+        <source>Layers over time</source>
+        <translation>Schichten über der Zeit</translation>
+    </message>
+    <message>
+        <source>Layer</source>
+        <translation>Schicht</translation>
+    </message>
+    <message>
+        <source>Time (min)</source>
+        <translation>Zeit (min)</translation>
+    </message>
+    <message>
+        <source>Time (s)</source>
+        <translation>Zeit (s)</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::MainWindow</name>
+    <message>
+        <source>Printer panel</source>
+        <translation>Druckerpult</translation>
+    </message>
+    <message>
+        <source>Fi&amp;le</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Choose a model…</source>
+        <translation>Modell &amp;auswählen…</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>Ü&amp;ber</translation>
+    </message>
+    <message>
+        <source>Printer panel %1</source>
+        <translation>Druckerpult %1</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Über</translation>
+    </message>
+    <message>
+        <source>Sends sliced models to a networked resin printer and runs its prints.</source>
+        <translation>Sendet geschnittene Modelle an einen Harzdrucker im Netz und steuert seine Drucke.</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>A file is still being sent. Quit?</source>
+        <translation>Es wird noch eine Datei gesendet. Beenden?</translation>
+    </message>
+    <message>
+        <source>Sending the same file again later resumes it.</source>
+        <translation>Wird dieselbe Datei später wieder gesendet, geht es dort weiter.</translation>
+    </message>
+    <message>
+        <source>&amp;Go on sending</source>
+        <translation>&amp;Weiter senden</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::NoticeStrip</name>
+    <message>
+        <source>Dismiss this message</source>
+        <translation>Diese Meldung ausblenden</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::ParameterForm</name>
+    <message>
+        <source>Print parameters</source>
+        <translation>Druckparameter</translation>
+    </message>
+    <message>
+        <source>now %1</source>
+        <translation>jetzt %1</translation>
+    </message>
+    <message>
+        <source>Appl&amp;y</source>
+        <translation>Über&amp;nehmen</translation>
+    </message>
+    <message>
+        <source>Un&amp;do</source>
+        <translation>&amp;Zurück</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::PrintBox</name>
+    <message>
+        <source>Print</source>
+        <translation>Druck</translation>
+    </message>
+    <message>
+        <source>&amp;Start print</source>
+        <translation>Dru&amp;ck starten</translation>
+    </message>
+    <message>
+        <source>Layers printed</source>
+        <translation>Gedruckte Schichten</translation>
+    </message>
+    <message>
+        <source>File on the printer</source>
+        <translation>Datei auf dem Drucker</translation>
+    </message>
+    <message>
+        <source>Name of a file on the printer</source>
+        <translation>Name einer Datei am Drucker</translation>
+    </message>
+    <message>
+        <source>File on pr&amp;inter</source>
+        <translation>Date&amp;i am Drucker</translation>
+    </message>
+    <message>
+        <source>Not connected</source>
+        <translation>Nicht verbunden</translation>
+    </message>
+    <message>
+        <source>Asking the printer…</source>
+        <translation>Frage den Drucker…</translation>
+    </message>
+    <message>
+        <source>layers of %1</source>
+        <translation>Schichten von %1</translation>
+    </message>
+    <message>
+        <source>No job</source>
+        <translation>Kein Auftrag</translation>
+    </message>
+    <message>
+        <source>%1 left</source>
+        <translation>noch %1</translation>
+    </message>
+    <message>
+        <source>Layer %1 of %2</source>
+        <translation>Schicht %1 von %2</translation>
+    </message>
+    <message>
+        <source>Stop the print</source>
+        <translation>Druck stoppen</translation>
+    </message>
+    <message>
+        <source>Stop printing %1?</source>
+        <translation>Den Druck von %1 stoppen?</translation>
+    </message>
+    <message>
+        <source>A stopped print cannot be continued; what is on the build plate is lost.</source>
+        <translation>Ein gestoppter Druck kann nicht fortgesetzt werden; was auf der Bauplatte ist, ist verloren.</translation>
+    </message>
+    <message>
+        <source>&amp;Stop the print</source>
+        <translation>Druck &amp;stoppen</translation>
+    </message>
+    <message>
+        <source>&amp;Keep printing</source>
+        <translation>&amp;Weiter drucken</translation>
+    </message>
+    <message>
+        <source>Pa&amp;use</source>
+        <translation>Pa&amp;use</translation>
+    </message>
+    <message>
+        <source>Sto&amp;p…</source>
+        <translation>Sto&amp;pp…</translation>
+    </message>
+    <message>
+        <source>Co&amp;ntinue</source>
+        <translation>Dru&amp;ck fortsetzen</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::PrinterPanel</name>
+    <message>
+        <source>Events</source>
+        <translation>Ereignisse</translation>
+    </message>
+    <message>
+        <source>“%1” is neither a saved printer nor an address such as ws://192.168.1.20:8080.</source>
+        <translation>„%1“ ist weder ein gespeicherter Drucker noch eine Adresse wie ws://192.168.1.20:8080.</translation>
+    </message>
+    <message>
+        <source>Resume no&amp;w</source>
+        <translation>&amp;Jetzt fortsetzen</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::PrinterSession</name>
+    <message>
+        <source>Connected to %1.</source>
+        <translation>Mit %1 verbunden.</translation>
+    </message>
+    <message>
+        <source>Disconnected from %1.</source>
+        <translation>Von %1 getrennt.</translation>
+    </message>
+    <message>
+        <source>%1 answers again.</source>
+        <translation>%1 antwortet wieder.</translation>
+    </message>
+    <message>
+        <source>The printer uses the new print parameters.</source>
+        <translation>Der Drucker verwendet die neuen Druckparameter.</translation>
+    </message>
+    <message>
+        <source>The printer keeps values of its own for: %1.</source>
+        <translation>Der Drucker behält eigene Werte für: %1.</translation>
+    </message>
+    <message>
+        <source>The printer speaks version “%1” of the protocol; this program knows version 1.</source>
+        <translation>Der Drucker spricht Version „%1“ des Protokolls; dieses Programm kennt Version 1.</translation>
+    </message>
+    <message>
+        <source>The printer already holds %1 of %2; the rest is sent.</source>
+        <translation>Der Drucker hat schon %1 von %2; der Rest wird gesendet.</translation>
+    </message>
+    <message>
+        <source>Sending %1 was cancelled; the printer has deleted what it had received.</source>
+        <translation>Das Senden von %1 wurde abgebrochen; der Drucker hat gelöscht, was er empfangen hatte.</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::TransferBox</name>
+    <message>
+        <source>Send a model</source>
+        <translation>Modell senden</translation>
+    </message>
+    <message>
+        <source>Ch&amp;oose…</source>
+        <translation>Aus&amp;wählen…</translation>
+    </message>
+    <message>
+        <source>S&amp;end</source>
+        <translation>S&amp;enden</translation>
+    </message>
+    <message>
+        <source>File to send</source>
+        <translation>Zu sendende Datei</translation>
+    </message>
+    <message>
+        <source>Name on the printer</source>
+        <translation>Name auf dem Drucker</translation>
+    </message>
+    <message>
+        <source>Sent</source>
+        <translation>Gesendet</translation>
+    </message>
+    <message>
+        <source>Send only what is missing on the printer</source>
+        <translation>Nur senden, was auf dem Drucker fehlt</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>D&amp;atei</translation>
+    </message>
+    <message>
+        <source>Choose a sliced model</source>
+        <translation>Geschnittenes Modell auswählen</translation>
+    </message>
+    <message>
+        <source>Waiting for the printer…</source>
+        <translation>Warte auf den Drucker…</translation>
+    </message>
+    <message>
+        <source>Cancelling…</source>
+        <translation>Breche ab…</translation>
+    </message>
+    <message>
+        <source>Interrupted at %1 of %2</source>
+        <translation>Unterbrochen bei %1 von %2</translation>
+    </message>
+    <message>
+        <source>Interrupted before the start</source>
+        <translation>Vor dem Beginn unterbrochen</translation>
+    </message>
+    <message>
+        <source>C&amp;ancel</source>
+        <translation>A&amp;bbrechen</translation>
+    </message>
+    <message>
+        <source>Cancel sending</source>
+        <translation>Senden abbrechen</translation>
+    </message>
+    <message>
+        <source>Cancel sending %1?</source>
+        <translation>Das Senden von %1 abbrechen?</translation>
+    </message>
+    <message>
+        <source>The printer deletes what it has received, so that it cannot be resumed.</source>
+        <translation>Der Drucker löscht, was er empfangen hat; es kann dann nicht fortgesetzt werden.</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel sending</source>
+        <translation>Senden a&amp;bbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;Go on sending</source>
+        <translation>&amp;Weiter senden</translation>
+    </message>
+    <message>
+        <source>R&amp;esume</source>
+        <translation>F&amp;ortsetzen</translation>
+    </message>
+    <message>
+        <source>Na&amp;me on printer</source>
+        <translation>Na&amp;me am Drucker</translation>
+    </message>
+    <message>
+        <source>Disc&amp;ard</source>
+        <translation>V&amp;erwerfen</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::Words</name>
+    <message>
+        <source>The file could not be opened when the printer asked for it. It may have been moved or deleted. The connection is opened anew.</source>
+        <translation>Die Datei ließ sich nicht öffnen, als der Drucker sie haben wollte. Vielleicht wurde sie verschoben oder gelöscht. Die Verbindung wird neu aufgebaut.</translation>
+    </message>
+    <message>
+        <source>The file cannot be read. Check that it still exists and that you may open it.</source>
+        <translation>Die Datei kann nicht gelesen werden. Gibt es sie noch, und dürfen Sie sie öffnen?</translation>
+    </message>
+    <message>
+        <source>The printer is already receiving a file, perhaps from somebody else. Try again when that has ended.</source>
+        <translation>Der Drucker empfängt schon eine Datei, vielleicht von jemand anderem. Versuchen Sie es danach noch einmal.</translation>
+    </message>
+    <message>
+        <source>The printer is checking a file that is to be printed. Try again in a moment.</source>
+        <translation>Der Drucker prüft gerade eine Datei, die gedruckt werden soll. Versuchen Sie es gleich noch einmal.</translation>
+    </message>
+    <message>
+        <source>The printer does not accept a file now, most likely because it is printing.</source>
+        <translation>Der Drucker nimmt jetzt keine Datei an, wahrscheinlich weil er druckt.</translation>
+    </message>
+    <message>
+        <source>The printer is busy and does not accept a file now.</source>
+        <translation>Der Drucker ist beschäftigt und nimmt jetzt keine Datei an.</translation>
+    </message>
+    <message>
+        <source>The printer cannot store the file. Its storage may be full or write-protected.</source>
+        <translation>Der Drucker kann die Datei nicht speichern. Vielleicht ist sein Speicher voll oder schreibgeschützt.</translation>
+    </message>
+    <message>
+        <source>The printer refused the file because of a fault that it does not explain.</source>
+        <translation>Der Drucker hat die Datei wegen eines Fehlers abgelehnt, den er nicht erklärt.</translation>
+    </message>
+    <message>
+        <source>The printer accepts files only with an access token, and files are sent without one. Its settings have to allow that.</source>
+        <translation>Der Drucker nimmt Dateien nur mit Zugangstoken an, und Dateien werden ohne eines gesendet. Seine Einstellungen müssen das erlauben.</translation>
+    </message>
+    <message>
+        <source>The print of %1 has started.</source>
+        <translation>Der Druck von %1 hat begonnen.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be printed now: the printer is busy with a print, a file or a check.</source>
+        <translation>%1 kann jetzt nicht gedruckt werden: der Drucker ist mit einem Druck, einer Datei oder einer Prüfung beschäftigt.</translation>
+    </message>
+    <message>
+        <source>The printer is checking %1.</source>
+        <translation>Der Drucker prüft %1.</translation>
+    </message>
+    <message>
+        <source>%1 failed the printer&apos;s check: it is missing there, damaged, or made for another kind of printer.</source>
+        <translation>%1 hat die Prüfung des Druckers nicht bestanden: die Datei fehlt dort, ist beschädigt oder für andere Drucker gemacht.</translation>
+    </message>
+    <message>
+        <source>%1 is not printed: the printer rejected the access token.</source>
+        <translation>%1 wird nicht gedruckt: der Drucker hat das Zugangstoken abgelehnt.</translation>
+    </message>
+    <message>
+        <source>%1 is on the printer. The printer did not say whether it can print it.</source>
+        <translation>%1 ist auf dem Drucker. Ob er die Datei drucken kann, hat er nicht gesagt.</translation>
+    </message>
+    <message>
+        <source>%1 is on the printer and ready to print.</source>
+        <translation>%1 ist auf dem Drucker und kann gedruckt werden.</translation>
+    </message>
+    <message>
+        <source>%1 is on the printer, but the printer says that it is not a model that it can print.</source>
+        <translation>%1 ist auf dem Drucker, aber nach seiner Auskunft kein Modell, das er drucken kann.</translation>
+    </message>
+    <message>
+        <source>The printer has accepted the pause.</source>
+        <translation>Der Drucker hat die Pause angenommen.</translation>
+    </message>
+    <message>
+        <source>The printer cannot pause now. Is it printing at all?</source>
+        <translation>Der Drucker kann jetzt nicht pausieren. Druckt er überhaupt?</translation>
+    </message>
+    <message>
+        <source>The print is not paused: the printer rejected the access token.</source>
+        <translation>Der Druck pausiert nicht: der Drucker hat das Zugangstoken abgelehnt.</translation>
+    </message>
+    <message>
+        <source>The printer stops the print.</source>
+        <translation>Der Drucker stoppt den Druck.</translation>
+    </message>
+    <message>
+        <source>The printer cannot stop now. Is it printing at all?</source>
+        <translation>Der Drucker kann jetzt nicht stoppen. Druckt er überhaupt?</translation>
+    </message>
+    <message>
+        <source>The print goes on: the printer rejected the access token.</source>
+        <translation>Der Druck läuft weiter: der Drucker hat das Zugangstoken abgelehnt.</translation>
+    </message>
+    <message>
+        <source>The printer has accepted the print parameters.</source>
+        <translation>Der Drucker hat die Druckparameter angenommen.</translation>
+    </message>
+    <message>
+        <source>The printer did not accept the print parameters.</source>
+        <translation>Der Drucker hat die Druckparameter nicht angenommen.</translation>
+    </message>
+    <message>
+        <source>The print parameters are unchanged: the printer rejected the access token.</source>
+        <translation>Die Druckparameter sind unverändert: der Drucker hat das Zugangstoken abgelehnt.</translation>
+    </message>
+    <message>
+        <source>The printer has received the print parameters.</source>
+        <translation>Der Drucker hat die Druckparameter erhalten.</translation>
+    </message>
+    <message>
+        <source>Ready</source>
+        <translation>Bereit</translation>
+    </message>
+    <message>
+        <source>The printer is ready.</source>
+        <translation>Der Drucker ist bereit.</translation>
+    </message>
+    <message>
+        <source>Printing</source>
+        <translation>Druckt</translation>
+    </message>
+    <message>
+        <source>The printer is printing %1.</source>
+        <translation>Der Drucker druckt %1.</translation>
+    </message>
+    <message>
+        <source>Print complete</source>
+        <translation>Druck fertig</translation>
+    </message>
+    <message>
+        <source>The print of %1 is complete.</source>
+        <translation>Der Druck von %1 ist fertig.</translation>
+    </message>
+    <message>
+        <source>Print failed</source>
+        <translation>Druck misslungen</translation>
+    </message>
+    <message>
+        <source>The print of %1 has failed. Look at the printer before you start another.</source>
+        <translation>Der Druck von %1 ist misslungen. Sehen Sie nach dem Drucker, bevor Sie den nächsten starten.</translation>
+    </message>
+    <message>
+        <source>Print ended</source>
+        <translation>Druck beendet</translation>
+    </message>
+    <message>
+        <source>The print of %1 has ended.</source>
+        <translation>Der Druck von %1 ist beendet.</translation>
+    </message>
+    <message>
+        <source>Finishing</source>
+        <translation>Wird fertig</translation>
+    </message>
+    <message>
+        <source>The print of %1 is being finished.</source>
+        <translation>Der Druck von %1 wird abgeschlossen.</translation>
+    </message>
+    <message>
+        <source>Access token rejected</source>
+        <translation>Zugangstoken abgelehnt</translation>
+    </message>
+    <message>
+        <source>The printer rejected the access token. Enter the right one.</source>
+        <translation>Der Drucker hat das Zugangstoken abgelehnt. Geben Sie das richtige ein.</translation>
+    </message>
+    <message>
+        <source>No printer answers at %1. Check the address, and that the printer is switched on and in the same network.</source>
+        <translation>Unter %1 antwortet kein Drucker. Stimmt die Adresse, und ist der Drucker eingeschaltet und im selben Netz?</translation>
+    </message>
+    <message>
+        <source>%1 did not answer in time. Check that the printer is switched on and that no firewall lies between.</source>
+        <translation>%1 hat nicht rechtzeitig geantwortet. Ist der Drucker eingeschaltet, und liegt keine Firewall dazwischen?</translation>
+    </message>
+    <message>
+        <source>The connection to %1 was lost.</source>
+        <translation>Die Verbindung zu %1 ist abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The connection to %1 was lost while the file was being sent. Resume sends only what is missing.</source>
+        <translation>Die Verbindung zu %1 ist beim Senden abgebrochen. Fortsetzen sendet nur, was noch fehlt.</translation>
+    </message>
+    <message>
+        <source>The connection to %1 was lost before it confirmed the cancel.</source>
+        <translation>Die Verbindung zu %1 ist abgebrochen, bevor der Abbruch bestätigt war.</translation>
+    </message>
+    <message>
+        <source>%1 has stopped answering while the file was being sent. The connection is closed; resume sends only what is missing.</source>
+        <translation>%1 antwortet beim Senden nicht mehr. Die Verbindung ist geschlossen; Fortsetzen sendet nur, was noch fehlt.</translation>
+    </message>
+    <message>
+        <source>%1 did not confirm the cancel. The connection is closed.</source>
+        <translation>%1 hat den Abbruch nicht bestätigt. Die Verbindung ist geschlossen.</translation>
+    </message>
+    <message>
+        <source>%1 does not answer at the moment. It may be checking a file.</source>
+        <translation>%1 antwortet gerade nicht. Vielleicht prüft der Drucker eine Datei.</translation>
+    </message>
+    <message>
+        <source>There is no file %1.</source>
+        <translation>Es gibt keine Datei %1.</translation>
+    </message>
+    <message>
+        <source>%1 is not a file.</source>
+        <translation>%1 ist keine Datei.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read.</source>
+        <translation>%1 kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>%1 is empty; there is nothing to send.</source>
+        <translation>%1 ist leer; es gibt nichts zu senden.</translation>
+    </message>
+    <message>
+        <source>The file needs a name on the printer.</source>
+        <translation>Die Datei braucht einen Namen auf dem Drucker.</translation>
+    </message>
+    <message>
+        <source>%1 is no name for a file on the printer: it must not contain a path.</source>
+        <translation>%1 ist kein Name für eine Datei auf dem Drucker: er darf keinen Pfad enthalten.</translation>
+    </message>
+    <message>
+        <source>%1 is a name that the printer keeps for itself. Choose another.</source>
+        <translation>Den Namen %1 braucht der Drucker selbst. Wählen Sie einen anderen.</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>Belichtung</translation>
+    </message>
+    <message>
+        <source>Bottom exposure</source>
+        <translation>Bodenbelichtung</translation>
+    </message>
+    <message>
+        <source>Bottom layers</source>
+        <translation>Bodenschichten</translation>
+    </message>
+    <message>
+        <source>Light delay</source>
+        <translation>Lichtverzögerung</translation>
+    </message>
+    <message>
+        <source>Lift height</source>
+        <translation>Hubhöhe</translation>
+    </message>
+    <message>
+        <source>Lift speed</source>
+        <translation>Hubtempo</translation>
+    </message>
+    <message>
+        <source>The printer refused the file for an unknown reason (code %1).</source>
+        <translation>Der Drucker hat die Datei aus unbekanntem Grund abgelehnt (Code %1).</translation>
+    </message>
+    <message>
+        <source>The printer gave an unknown answer to the print (code %1).</source>
+        <translation>Der Drucker hat auf den Druck unbekannt geantwortet (Code %1).</translation>
+    </message>
+    <message>
+        <source>%1 is on the printer. Its check gave the result %2.</source>
+        <translation>%1 ist auf dem Drucker. Die Prüfung ergab %2.</translation>
+    </message>
+    <message>
+        <source>The printer gave an unknown answer (“%1”).</source>
+        <translation>Der Drucker hat unbekannt geantwortet („%1“).</translation>
+    </message>
+    <message>
+        <source>State unknown</source>
+        <translation>Zustand unbekannt</translation>
+    </message>
+    <message>
+        <source>The printer does not say what it is doing.</source>
+        <translation>Der Drucker sagt nicht, was er tut.</translation>
+    </message>
+    <message>
+        <source>Paused</source>
+        <translation>Pausiert</translation>
+    </message>
+    <message>
+        <source>The print of %1 is paused.</source>
+        <translation>Der Druck von %1 pausiert.</translation>
+    </message>
+    <message>
+        <source>Coming to a halt</source>
+        <translation>Hält an</translation>
+    </message>
+    <message>
+        <source>The print of %1 is coming to a halt.</source>
+        <translation>Der Druck von %1 hält an.</translation>
+    </message>
+</context>
+</TS>

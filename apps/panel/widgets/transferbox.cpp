@@ -1,0 +1,232 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Choosing a file and sending it: name on the printer, progress, rate, time left, cancel, resume.
+
+#include "transferbox.h"
+
+#include "confirmation.h"
+#include "drophint.h"
+#include "formatting.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+
+namespace zypanel
+{
+
+using Link = PrinterSession::Link;
+using Transfer = PrinterSession::Transfer;
+
+namespace
+{
+
+constexpr int progressSteps = 1000;
+
+} // namespace
+
+TransferBox::TransferBox(QWidget *parent)
+    : QGroupBox(tr("Send a model"), parent), m_hint(new DropHint), m_path(new QLineEdit),
+      m_choose(new QPushButton(tr("Ch&oose…"))), m_name(new QLineEdit),
+      m_progress(new QProgressBar), m_detail(new QLabel), m_send(new QPushButton(tr("S&end"))),
+      m_resume(new QPushButton(tr("R&esume"))), m_cancel(new QPushButton)
+{
+    buildFields();
+    buildButtons();
+    layOut();
+    updateDetail();
+    updateButtons();
+}
+
+void TransferBox::buildFields()
+{
+    m_path->setObjectName(QStringLiteral("filePath"));
+    m_path->setAccessibleName(tr("File to send"));
+    m_name->setObjectName(QStringLiteral("fileName"));
+    m_name->setAccessibleName(tr("Name on the printer"));
+    m_progress->setObjectName(QStringLiteral("transferProgress"));
+    m_progress->setRange(0, progressSteps);
+    m_progress->setAccessibleName(tr("Sent"));
+    m_detail->setObjectName(QStringLiteral("transferDetail"));
+    m_detail->setTextFormat(Qt::PlainText);
+    connect(m_path, &QLineEdit::textChanged, this, &TransferBox::updateButtons);
+    connect(m_path, &QLineEdit::textChanged, m_hint, &DropHint::showFile);
+    connect(m_path, &QLineEdit::textEdited, this,
+            [this](const QString &path) { m_name->setText(QFileInfo(path).fileName()); });
+}
+
+void TransferBox::buildButtons()
+{
+    m_choose->setObjectName(QStringLiteral("chooseFile"));
+    m_send->setObjectName(QStringLiteral("send"));
+    m_resume->setObjectName(QStringLiteral("resume"));
+    m_resume->setToolTip(tr("Send only what is missing on the printer"));
+    m_resume->setAccessibleDescription(m_resume->toolTip());
+    m_cancel->setObjectName(QStringLiteral("cancel"));
+    connect(m_choose, &QPushButton::clicked, this, &TransferBox::chooseFile);
+    connect(m_send, &QPushButton::clicked, this,
+            [this] { Q_EMIT sendRequested(m_path->text(), m_name->text()); });
+    connect(m_resume, &QPushButton::clicked, this, &TransferBox::resumeRequested);
+    connect(m_cancel, &QPushButton::clicked, this, &TransferBox::askToCancel);
+}
+
+void TransferBox::layOut()
+{
+    auto *fileRow = new QHBoxLayout;
+    fileRow->addWidget(m_path, 1);
+    fileRow->addWidget(m_choose);
+
+    auto *form = new QFormLayout;
+    auto *fileLabel = new QLabel(tr("&File"));
+    fileLabel->setBuddy(m_path);
+    form->addRow(fileLabel, fileRow);
+    form->addRow(tr("Na&me on printer"), m_name);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(m_detail, 1);
+    buttons->addWidget(m_cancel);
+    buttons->addWidget(m_resume);
+    buttons->addWidget(m_send);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_hint, 1);
+    layout->addLayout(form);
+    layout->addWidget(m_progress);
+    layout->addLayout(buttons);
+}
+
+void TransferBox::setFile(const QString &path)
+{
+    m_path->setText(path);
+    m_name->setText(QFileInfo(path).fileName());
+}
+
+QString TransferBox::file() const
+{
+    return m_path->text();
+}
+
+bool TransferBox::takesFile() const
+{
+    return m_transfer == Transfer::Idle;
+}
+
+/// open(), since exec() would hold up a transfer under way.
+void TransferBox::chooseFile()
+{
+    const QString folder = QFileInfo(m_path->text()).absolutePath();
+    auto *dialog = new QFileDialog(this, tr("Choose a sliced model"), folder);
+    dialog->setObjectName(QStringLiteral("fileDialog"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(dialog, &QFileDialog::fileSelected, this, &TransferBox::setFile);
+    dialog->open();
+}
+
+void TransferBox::showDrag(bool isDragging)
+{
+    m_hint->setActive(isDragging);
+}
+
+void TransferBox::showLink(Link link)
+{
+    m_link = link;
+    updateButtons();
+}
+
+void TransferBox::showTransfer(Transfer transfer)
+{
+    const Transfer before = m_transfer;
+    m_transfer = transfer;
+    if (transfer == Transfer::Offered) {
+        m_received = 0;
+        m_total = 0;
+        m_progress->setValue(0);
+    }
+    if (transfer == Transfer::Sending && before != transfer) {
+        m_estimate = {};
+        m_clock.start();
+    }
+    // A finished bar stays full, a cancelled one would claim what the printer no longer has.
+    if (before == Transfer::Cancelling && transfer == Transfer::Idle)
+        m_progress->setValue(0);
+    updateDetail();
+    updateButtons();
+}
+
+void TransferBox::showProgress(qint64 received, qint64 total)
+{
+    const bool isFirst = m_total == 0;
+    m_received = received;
+    m_total = total;
+    if (isFirst)
+        m_estimate.start(received, total, m_clock.elapsed());
+    else
+        m_estimate.add(received, m_clock.elapsed());
+    if (total > 0)
+        m_progress->setValue(static_cast<int>(static_cast<double>(received)
+                                              / static_cast<double>(total) * progressSteps));
+    updateDetail();
+}
+
+void TransferBox::updateDetail()
+{
+    switch (m_transfer) {
+    case Transfer::Idle:
+        m_detail->clear();
+        break;
+    case Transfer::Offered:
+        m_detail->setText(tr("Waiting for the printer…"));
+        break;
+    case Transfer::Sending:
+        m_detail->setText(
+            progressText(m_received, m_total, m_estimate.rate(), m_estimate.secondsLeft()));
+        break;
+    case Transfer::Cancelling:
+        m_detail->setText(tr("Cancelling…"));
+        break;
+    case Transfer::Interrupted:
+        m_detail->setText(
+            m_total > 0 ? tr("Interrupted at %1 of %2").arg(sizeText(m_received), sizeText(m_total))
+                        : tr("Interrupted before the start"));
+        break;
+    }
+}
+
+void TransferBox::updateButtons()
+{
+    const bool isRunning = m_transfer == Transfer::Offered || m_transfer == Transfer::Sending;
+    const bool isInterrupted = m_transfer == Transfer::Interrupted;
+    const bool isBusy = isRunning || m_transfer == Transfer::Cancelling;
+    m_path->setEnabled(takesFile());
+    m_choose->setEnabled(m_path->isEnabled());
+    m_name->setEnabled(m_path->isEnabled());
+    m_send->setEnabled(!isBusy && m_link == Link::Open && !m_path->text().isEmpty());
+    m_send->setVisible(!isInterrupted);
+    m_resume->setVisible(isInterrupted);
+    m_resume->setEnabled(m_link != Link::Connecting);
+    m_cancel->setText(isInterrupted ? tr("Disc&ard") : tr("C&ancel"));
+    m_cancel->setVisible(isBusy || isInterrupted);
+    m_cancel->setEnabled(isRunning || isInterrupted);
+    m_progress->setEnabled(m_transfer != Transfer::Interrupted);
+}
+
+void TransferBox::askToCancel()
+{
+    if (m_transfer == Transfer::Interrupted) {
+        Q_EMIT discardRequested();
+        return;
+    }
+    confirm(this,
+            {tr("Cancel sending"), tr("Cancel sending %1?").arg(m_name->text()),
+             tr("The printer deletes what it has received, so that it cannot be resumed."),
+             tr("&Cancel sending"), tr("&Go on sending")},
+            [this] { Q_EMIT cancelRequested(); });
+}
+
+} // namespace zypanel

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// What happens on the printer, as lines of text with the time of day.
+
+#ifndef EVENTLOG_H
+#define EVENTLOG_H
+
+#include <QObject>
+#include <QStringList>
+
+class EventLog : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// Adds an event. Control characters, which names from the wire may hold, are made visible.
+    void add(const QString &text);
+    /// The last events, the newest last.
+    const QStringList &recent() const { return m_recent; }
+
+Q_SIGNALS:
+    void added(const QString &line);
+
+private:
+    QStringList m_recent;
+};
+
+#endif // EVENTLOG_H

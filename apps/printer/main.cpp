@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// zyprinter: puts the rooms together and runs until it is told to stop.
+
+#include "directory.h"
+#include "errorline.h"
+#include "eventlog.h"
+#include "hostbridge.h"
+#include "layerpreview.h"
+#include "liveview.h"
+#include "machine.h"
+#include "machinereport.h"
+#include "modelreader.h"
+#include "modelstore.h"
+#include "options.h"
+#include "unixsignals.h"
+
+#include <zyfiletranshandle.h>
+#include <zysslechoserver.h>
+
+#include <QCoreApplication>
+#include <QLoggingCategory>
+
+#include <csignal>
+#include <cstdio>
+#include <optional>
+
+namespace
+{
+
+enum ExitCode { Ok = 0, BadDirectory = 3, PortInUse = 4 };
+
+int giveUp(ExitCode code, const QString &what, const QString &value, const QString &remedy)
+{
+    zyapp::printError(QStringLiteral("zyprinter"), what, value, remedy);
+    return code;
+}
+
+int badDirectory(const char *what, const QString &fault, const QString &path, const char *option)
+{
+    return giveUp(
+        BadDirectory, QStringLiteral("%1 %2").arg(QLatin1String(what), fault), path,
+        QStringLiteral("give %1 a directory that can be written").arg(QLatin1String(option)));
+}
+
+void printLine(const QString &line)
+{
+    std::printf("%s\n", qPrintable(line));
+    std::fflush(stdout);
+}
+
+/// Each connection has a handle, which is a child of the server.
+int connections(const ZySslEchoServer &server)
+{
+    return server.findChildren<ZyFileTransHandle *>(QString(), Qt::FindDirectChildrenOnly).size();
+}
+
+void showLayers(const Machine &machine, LayerPreview &preview, EventLog &log)
+{
+    QObject::connect(&machine, &Machine::layerExposed, &preview,
+                     [&machine, &preview](int, const QByteArray &mask) {
+                         const zymodel::ModelHeader &header = machine.model()->header();
+                         preview.show(mask, QSize(int(header.width), int(header.height)));
+                     });
+    QObject::connect(&preview, &LayerPreview::failed, &log, [&log](const QString &reason) {
+        log.add(QStringLiteral("no preview: ") + reason);
+    });
+}
+
+/// Log lines, or the live view where there is a terminal for it, until the program is to stop.
+int serve(const Options &options, const ZySslEchoServer &server, const Machine &machine,
+          const ModelStore &store, EventLog &log)
+{
+    const QString url = QStringLiteral("ws://127.0.0.1:%1").arg(server.serverPort());
+    printLine(QStringLiteral("zyprinter: listening on ") + url);
+    std::optional<LiveView> view;
+    if (options.view && terminal::isThere())
+        view.emplace(machine, log, LiveView::Facts{options.name, url, store.directory(), [&server] {
+                                                       return connections(server);
+                                                   }});
+    else
+        QObject::connect(&log, &EventLog::added, printLine);
+    log.add(QStringLiteral("printer \"%1\" keeps its models in %2: %3 there")
+                .arg(options.name, store.directory())
+                .arg(store.names().size()));
+    const int code = QCoreApplication::exec();
+    log.add(QStringLiteral("stopping"));
+    return code;
+}
+
+int run(const Options &options)
+{
+    if (!options.preview.isEmpty()) {
+        const QString fault = directoryFault(options.preview);
+        if (!fault.isEmpty())
+            return badDirectory("preview directory", fault, options.preview, "--preview");
+    }
+    ModelStore store(options.directory);
+    const QString fault = store.prepare();
+    if (!fault.isEmpty())
+        return badDirectory("receive directory", fault, options.directory, "--dir");
+    // The server changes the current directory, so relative paths have been resolved by now.
+    std::optional<LayerPreview> preview;
+    if (!options.preview.isEmpty())
+        preview.emplace(options.preview);
+
+    Machine machine(options.speed);
+    machine.setFailAt(options.failAt);
+    // The library reads a certificate that it never uses; an empty file spares Qt's warnings.
+    const QString nothing = QStringLiteral("/dev/null");
+    ZySslEchoServer server(options.port, nothing, nothing, store.incomingDirectory(), nullptr);
+    if (!server.isListening())
+        return giveUp(PortInUse, QStringLiteral("port is in use or not permitted"),
+                      QString::number(options.port),
+                      QStringLiteral("choose another --port, or 0 for a free one"));
+
+    EventLog log;
+    reportTo(log, machine);
+    if (preview)
+        showLayers(machine, *preview, log);
+    const HostBridge bridge(&server, &machine, &store, &log,
+                            {options.token, options.refuse, options.slowCheck});
+    return serve(options, server, machine, store, log);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    Options options;
+    if (const auto code = readOptions(argc, argv, options))
+        return *code;
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("zyprinter"));
+    // The library's debug lines are for its developers: QT_LOGGING_RULES brings them back.
+    QLoggingCategory::setFilterRules(QStringLiteral("zywebsocket.*.debug=false"));
+    zyapp::UnixSignals signalsToStop({SIGINT, SIGTERM, SIGHUP});
+    QObject::connect(&signalsToStop, &zyapp::UnixSignals::received, &app, &QCoreApplication::quit);
+    return run(options);
+}

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The models that the printer keeps, and the place where they arrive.
+
+#ifndef MODELSTORE_H
+#define MODELSTORE_H
+
+#include <QString>
+#include <QStringList>
+
+/**
+ * Two places: models are received in ".incoming" and kept, once whole, in the directory itself.
+ *
+ * The library needs this of a host that keeps what it receives: each accepted transfer deletes the
+ * model files in the receive directory, and CANCEL_FILE deletes the file that the connection last
+ * received or printed there. Behind the library's back, a model is safe from both.
+ *
+ * The library writes a file under whatever name the slicer sends. A name is accepted here only if
+ * it names a file right in the directory: no '/', no '.' in front, not the reception file's name.
+ */
+class ModelStore
+{
+public:
+    explicit ModelStore(const QString &directory);
+
+    /// Makes the place for incoming files and takes over those that a crash left there. Empty, or
+    /// what is wrong with the directory.
+    QString prepare();
+
+    const QString &directory() const { return m_directory; }
+    /// Absolute; the receive directory to be given to the server.
+    const QString &incomingDirectory() const { return m_incoming; }
+
+    /// Takes over the file that the server has just completed, @p receivedName being relative to
+    /// incomingDirectory(). Empty, or why the file was not kept; it is deleted then.
+    QString keep(const QString &receivedName);
+
+    /// Where the model @p name lies or would lie; empty for a name that is not accepted.
+    QString path(const QString &name) const;
+    /// The names of the files that are kept.
+    QStringList names() const;
+
+private:
+    QString m_directory;
+    QString m_incoming;
+};
+
+#endif // MODELSTORE_H

@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The local file to send and its name on the printer: what is checked before anything is sent.
+
+#ifndef MODELFILE_H
+#define MODELFILE_H
+
+#include "outcome.h"
+
+/// One file to send.
+struct ModelFile {
+    QString path; ///< local
+    QString name; ///< on the printer
+};
+
+/// Ok, or why the file cannot be sent.
+Outcome checkModelFile(const ModelFile &file);
+
+#endif // MODELFILE_H

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// zyslicer: sends sliced models to resin printers and runs their prints, from the command line.
+
+#include "errorline.h"
+#include "fleet.h"
+#include "interruption.h"
+#include "jobsteps.h"
+#include "printerbook.h"
+#include "printerscommand.h"
+#include "request.h"
+#include "requestparser.h"
+#include "slicerlog.h"
+#include "view.h"
+
+#include <QCoreApplication>
+
+namespace
+{
+
+int exitWith(const Outcome &outcome)
+{
+    if (!outcome.isOk())
+        zyapp::printError(QStringLiteral("zyslicer"), outcome.what, outcome.value, outcome.advice);
+    return static_cast<int>(outcome.code);
+}
+
+/// Before any printer is asked, so that nothing is half done for a mistake here.
+Outcome checkFiles(const Request &request)
+{
+    const QVector<ModelFile> files = modelFiles(request);
+    for (const ModelFile &file : files) {
+        Outcome outcome = checkModelFile(file);
+        if (!outcome.isOk())
+            return outcome;
+    }
+    return {};
+}
+
+int runJobs(const Request &request, const QVector<Printer> &printers)
+{
+    Interruption interruption;
+    Fleet fleet;
+    const std::unique_ptr<View> view = makeView(request, printers);
+    for (const Printer &printer : printers)
+        fleet.add(printer, request.limits, jobSteps(request));
+    QObject::connect(&interruption, &Interruption::interrupted, &fleet, &Fleet::interrupt);
+    QObject::connect(&fleet, &Fleet::reported, &fleet,
+                     [&](int printer, const Event &event) { view->report(printer, event); });
+    QObject::connect(
+        &fleet, &Fleet::printerEnded, &fleet,
+        [&](int printer, const Outcome &outcome) { view->endPrinter(printer, outcome); });
+    QObject::connect(&fleet, &Fleet::ended, qApp, &QCoreApplication::quit);
+    fleet.start();
+    QCoreApplication::exec();
+    view->finish();
+    for (const Outcome &outcome : fleet.outcomes())
+        exitWith(outcome);
+    return static_cast<int>(combinedExitCode(fleet.outcomes()));
+}
+
+int run(const Request &request)
+{
+    PrinterBook book(request.settingsFile);
+    switch (request.command) {
+    case Request::Command::PrintersList:
+    case Request::Command::PrintersAdd:
+    case Request::Command::PrintersRemove:
+        return exitWith(runPrintersCommand(request, book));
+    default:
+        break;
+    }
+    QVector<Printer> printers;
+    const Outcome resolved = book.resolveAll(request.printers, printers);
+    if (!resolved.isOk())
+        return exitWith(resolved);
+    const Outcome checked = checkFiles(request);
+    if (!checked.isOk())
+        return exitWith(checked);
+    return runJobs(request, printers);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication app(argc, argv);
+    Request request;
+    if (const std::optional<int> exitCode = parseRequest(argc, argv, request))
+        return *exitCode;
+    installLogFilter(request.isVerbose);
+    return run(request);
+}

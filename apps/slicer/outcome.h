@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// How a command ended: the exit code and, for a failure, the one line that explains it.
+
+#ifndef OUTCOME_H
+#define OUTCOME_H
+
+#include <QMetaType>
+#include <QString>
+#include <QVector>
+
+enum class ExitCode {
+    Ok = 0,
+    Usage = 2,
+    NoConnection = 3,
+    Busy = 4,
+    Refused = 5,
+    TokenRejected = 6,
+    LocalFile = 7,
+    CheckFailed = 8,
+    PrintFailed = 9,
+    SomeFailed = 10,
+    GivenUp = 11,
+    Interrupted = 130,
+};
+
+struct ExitCodeMeaning {
+    ExitCode code;
+    const char *meaning;
+};
+
+/// Every exit code with its meaning, in ascending order.
+const QVector<ExitCodeMeaning> &exitCodeMeanings();
+
+struct Outcome {
+    ExitCode code = ExitCode::Ok;
+    QString what; ///< what went wrong
+    QString value; ///< with which file, printer or value
+    QString advice; ///< what to do about it
+
+    bool isOk() const { return code == ExitCode::Ok; }
+    /// "what: value; advice"
+    QString text() const;
+};
+
+Q_DECLARE_METATYPE(Outcome)
+
+#endif // OUTCOME_H

@@ -1,0 +1,157 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Progress bars on a terminal, one line per printer, with news scrolling away above them.
+
+#include "barview.h"
+
+#include "eventtext.h"
+#include "printphase.h"
+#include "statustext.h"
+#include "terminal.h"
+#include "units.h"
+#include "wirewords.h"
+
+namespace
+{
+
+constexpr int drawInterval = 100; // ms
+
+} // namespace
+
+BarView::BarView(const QVector<Printer> &printers) : TextView(printers), m_rows(printers.size())
+{
+    m_drawing.setSingleShot(true);
+    m_drawing.setInterval(drawInterval);
+    QObject::connect(&m_drawing, &QTimer::timeout, &m_drawing, [this] { draw(); });
+}
+
+void BarView::report(int printer, const Event &event)
+{
+    transfers().note(printer, event);
+    switch (event.kind) {
+    case Event::Kind::Offered:
+        setNote(printer, event, QStringLiteral("waiting for the printer"));
+        break;
+    case Event::Kind::Progress:
+        m_rows[printer] = progressRow(printer, event);
+        break;
+    case Event::Kind::Status:
+        m_rows[printer] = statusRow(printer, event);
+        break;
+    case Event::Kind::Stored:
+        m_rows[printer] = storedRow(printer, event);
+        break;
+    case Event::Kind::Retrying:
+        setNote(printer, event, QStringLiteral("waiting to try again"));
+        break;
+    default:
+        break;
+    }
+    const QString news = eventText(event, printers()[printer]);
+    if (news.isEmpty())
+        drawSoon();
+    else
+        tell(marked(printer, news));
+}
+
+void BarView::endPrinter(int printer, const Outcome &outcome)
+{
+    TextView::endPrinter(printer, outcome);
+    if (!outcome.isOk() && isSeveral())
+        m_rows[printer] = {printers()[printer].label, -1, {outcome.what}};
+    drawSoon();
+}
+
+void BarView::finish()
+{
+    m_drawing.stop();
+    draw();
+    TextView::finish();
+}
+
+ProgressRow BarView::progressRow(int printer, const Event &event) const
+{
+    const TransferLog::Entry &entry = transfers().entry(printer);
+    const qint64 left = entry.rate.secondsLeft(event.total);
+    const double fraction = event.total > 0
+        ? static_cast<double>(event.received) / static_cast<double>(event.total)
+        : 0;
+    ProgressRow row{label(printer, event), fraction, {byteText(event.received, event.total)}};
+    row.columns += rateText(entry.rate.bytesPerSecond());
+    if (event.received >= event.total)
+        row.columns += QStringLiteral("checking");
+    else if (left >= 0)
+        row.columns += durationText(left) + QStringLiteral(" left");
+    return row;
+}
+
+ProgressRow BarView::storedRow(int printer, const Event &event) const
+{
+    const TransferLog::Entry &entry = transfers().entry(printer);
+    return {label(printer, event),
+            1.0,
+            {byteText(event.total), rateText(meanRate(entry)), durationText(duration(entry))}};
+}
+
+ProgressRow BarView::statusRow(int printer, const Event &event) const
+{
+    const QJsonObject &status = event.answer;
+    ProgressRow row{label(printer, event),
+                    layerFraction(status),
+                    {printPhaseText(status.value(wire::printStatus).toString())}};
+    row.columns += QStringLiteral("layer %1/%2")
+                       .arg(status.value(wire::curSliceLayer).toString(),
+                            status.value(wire::sliceLayerCount).toString());
+    const QString remaining = remainingText(status);
+    if (!remaining.isEmpty())
+        row.columns += remaining + QStringLiteral(" left");
+    return row;
+}
+
+QString BarView::label(int printer, const Event &event) const
+{
+    return isSeveral() || event.file.isEmpty() ? printers()[printer].label : event.file;
+}
+
+void BarView::setNote(int printer, const Event &event, const QString &note)
+{
+    m_rows[printer] = {label(printer, event), -1, {note}};
+}
+
+/// Not more often than an eye can follow.
+void BarView::drawSoon()
+{
+    if (!m_drawing.isActive())
+        m_drawing.start();
+}
+
+/// News goes above the bars.
+void BarView::tell(const QString &lines)
+{
+    terminal::write(eraseText() + lines);
+    draw();
+}
+
+void BarView::draw()
+{
+    QString text = eraseText();
+    // The last column stays free: writing there makes some terminals wrap.
+    const int width = terminal::size().width() - 1;
+    for (const ProgressRow &row : qAsConst(m_rows)) {
+        if (row.label.isEmpty())
+            continue;
+        text += progressLine(row, width) + QLatin1Char('\n');
+        ++m_drawnLines;
+    }
+    terminal::write(text);
+}
+
+/// Back to the first of the lines drawn, and everything below it cleared.
+QString BarView::eraseText()
+{
+    if (m_drawnLines == 0)
+        return {};
+    QString text = QStringLiteral("\r\033[%1A\033[J").arg(m_drawnLines);
+    m_drawnLines = 0;
+    return text;
+}

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Progress bars on a terminal, one line per printer, with news scrolling away above them.
+
+#ifndef BARVIEW_H
+#define BARVIEW_H
+
+#include "progressline.h"
+#include "textview.h"
+
+#include <QTimer>
+
+class BarView : public TextView
+{
+public:
+    explicit BarView(const QVector<Printer> &printers);
+
+    void report(int printer, const Event &event) override;
+    void endPrinter(int printer, const Outcome &outcome) override;
+    void finish() override;
+
+private:
+    ProgressRow progressRow(int printer, const Event &event) const;
+    ProgressRow storedRow(int printer, const Event &event) const;
+    ProgressRow statusRow(int printer, const Event &event) const;
+    QString label(int printer, const Event &event) const;
+    void setNote(int printer, const Event &event, const QString &note);
+    void drawSoon();
+    void tell(const QString &lines);
+    void draw();
+    QString eraseText();
+
+    QVector<ProgressRow> m_rows;
+    int m_drawnLines = 0;
+    QTimer m_drawing;
+};
+
+#endif // BARVIEW_H

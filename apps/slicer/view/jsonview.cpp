@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// One JSON object a line, for programs.
+
+#include "jsonview.h"
+
+#include "terminal.h"
+#include "wirewords.h"
+
+#include <QJsonDocument>
+
+namespace
+{
+
+QString kindName(Event::Kind kind)
+{
+    switch (kind) {
+    case Event::Kind::Offered:
+        return QStringLiteral("offered");
+    case Event::Kind::Progress:
+        return QStringLiteral("progress");
+    case Event::Kind::Resumed:
+        return QStringLiteral("resumed");
+    case Event::Kind::Retrying:
+        return QStringLiteral("retrying");
+    case Event::Kind::Stored:
+        return QStringLiteral("stored");
+    case Event::Kind::PrintChecking:
+        return QStringLiteral("print-checking");
+    case Event::Kind::PrintStarted:
+        return QStringLiteral("print-started");
+    case Event::Kind::Status:
+    case Event::Kind::Snapshot:
+        return QStringLiteral("status");
+    case Event::Kind::Answer:
+        return QStringLiteral("answer");
+    }
+    return {};
+}
+
+QJsonObject fields(const Event &event)
+{
+    switch (event.kind) {
+    case Event::Kind::Progress:
+        return {{QStringLiteral("file"), event.file},
+                {QStringLiteral("received"), event.received},
+                {QStringLiteral("total"), event.total}};
+    case Event::Kind::Resumed:
+        return {{QStringLiteral("file"), event.file},
+                {QStringLiteral("offset"), event.received},
+                {QStringLiteral("total"), event.total}};
+    case Event::Kind::Retrying:
+        return {{QStringLiteral("reason"), event.text},
+                {QStringLiteral("retry"), event.retry},
+                {QStringLiteral("delayMs"), event.delay}};
+    case Event::Kind::Stored:
+        return {{QStringLiteral("file"), event.file},
+                {QStringLiteral("storedAs"), event.text},
+                {QStringLiteral("total"), event.total},
+                {QStringLiteral("checkState"), event.checkState}};
+    case Event::Kind::Offered:
+    case Event::Kind::PrintChecking:
+    case Event::Kind::PrintStarted:
+        return {{QStringLiteral("file"), event.file}};
+    case Event::Kind::Status:
+    case Event::Kind::Snapshot:
+    case Event::Kind::Answer:
+        break;
+    }
+    QJsonObject answer = event.answer;
+    answer.remove(wire::cmd);
+    return answer;
+}
+
+} // namespace
+
+void JsonView::report(int printer, const Event &event)
+{
+    write(printer, kindName(event.kind), fields(event));
+}
+
+void JsonView::endPrinter(int printer, const Outcome &outcome)
+{
+    write(printer, QStringLiteral("result"),
+          {{QStringLiteral("code"), static_cast<int>(outcome.code)},
+           {QStringLiteral("message"), outcome.isOk() ? QString() : outcome.text()}});
+}
+
+void JsonView::write(int printer, const QString &event, QJsonObject object) const
+{
+    object.insert(QStringLiteral("event"), event);
+    object.insert(QStringLiteral("printer"), printers()[printer].label);
+    terminal::write(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))
+                    + QLatin1Char('\n'));
+}

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// One JSON object a line, for programs.
+
+#ifndef JSONVIEW_H
+#define JSONVIEW_H
+
+#include "view.h"
+
+class JsonView : public View
+{
+public:
+    using View::View;
+
+    void report(int printer, const Event &event) override;
+    void endPrinter(int printer, const Outcome &outcome) override;
+
+private:
+    void write(int printer, const QString &event, QJsonObject object) const;
+};
+
+#endif // JSONVIEW_H

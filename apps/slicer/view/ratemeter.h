@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The rate of a transfer over its last seconds, and what time that leaves.
+
+#ifndef RATEMETER_H
+#define RATEMETER_H
+
+#include <QVector>
+#include <QtGlobal>
+
+class RateMeter
+{
+public:
+    /// A transfer begins (again) at @p bytes.
+    void start(qint64 now, qint64 bytes);
+    /// @p now in milliseconds, never decreasing.
+    void add(qint64 now, qint64 bytes);
+
+    double bytesPerSecond() const; ///< 0 while unknown
+    /// -1 while unknown.
+    qint64 secondsLeft(qint64 total) const;
+
+private:
+    struct Sample {
+        qint64 time;
+        qint64 bytes;
+    };
+    QVector<Sample> m_samples;
+};
+
+#endif // RATEMETER_H

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// How the transfer to each printer stands: amounts, rate and time, for bars and the summary.
+
+#ifndef TRANSFERLOG_H
+#define TRANSFERLOG_H
+
+#include "event.h"
+#include "ratemeter.h"
+
+#include <QElapsedTimer>
+#include <QVector>
+
+class TransferLog
+{
+public:
+    struct Entry {
+        RateMeter rate;
+        qint64 startTime = 0; ///< ms, when the first file was offered
+        qint64 attemptTime = 0; ///< ms, when the current attempt was offered
+        qint64 endTime = 0; ///< ms, of the last byte so far
+        qint64 sent = 0; ///< bytes sent by this program, what was resumed excluded
+        qint64 received = 0; ///< bytes of the current file on the printer
+        qint64 total = 0;
+    };
+
+    explicit TransferLog(int printers);
+
+    void note(int printer, const Event &event);
+    const Entry &entry(int printer) const { return m_entries[printer]; }
+
+private:
+    QElapsedTimer m_clock;
+    QVector<Entry> m_entries;
+};
+
+/// From the first offer to the last byte, in seconds.
+qint64 duration(const TransferLog::Entry &entry);
+/// The mean rate over the whole transfer; 0 while unknown.
+double meanRate(const TransferLog::Entry &entry);
+
+#endif // TRANSFERLOG_H

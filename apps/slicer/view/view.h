@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// How the program shows what its jobs tell: one interface, and the choice of the form.
+
+#ifndef VIEW_H
+#define VIEW_H
+
+#include "event.h"
+#include "outcome.h"
+#include "printerlink.h"
+
+#include <QVector>
+
+#include <memory>
+
+struct Request;
+
+class View
+{
+public:
+    explicit View(const QVector<Printer> &printers) : m_printers(printers) { }
+    virtual ~View() = default;
+
+    virtual void report(int printer, const Event &event) = 0;
+    virtual void endPrinter(int printer, const Outcome &outcome) = 0;
+    /// All printers have ended.
+    virtual void finish() { }
+
+protected:
+    const QVector<Printer> &printers() const { return m_printers; }
+    bool isSeveral() const { return m_printers.size() > 1; }
+
+private:
+    Q_DISABLE_COPY(View)
+
+    QVector<Printer> m_printers;
+};
+
+/// The form that the request and the standard output call for.
+std::unique_ptr<View> makeView(const Request &request, const QVector<Printer> &printers);
+
+#endif // VIEW_H

@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// What the kernel knows of this process: its TCP connections, processor time and memory.
+
+#include "processview.h"
+
+#include <QtEndian>
+
+#include <netinet/in.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+
+namespace zytest
+{
+
+namespace
+{
+
+using NameOf = int (*)(int, sockaddr *, socklen_t *);
+
+/// The port at one end of an IPv4 or IPv6 connection; 0 for any other descriptor.
+quint16 portOf(int descriptor, NameOf nameOf)
+{
+    sockaddr_storage address{};
+    socklen_t size = sizeof address;
+    if (nameOf(descriptor, reinterpret_cast<sockaddr *>(&address), &size) != 0)
+        return 0;
+    if (address.ss_family == AF_INET)
+        return qFromBigEndian(reinterpret_cast<const sockaddr_in &>(address).sin_port);
+    if (address.ss_family == AF_INET6)
+        return qFromBigEndian(reinterpret_cast<const sockaddr_in6 &>(address).sin6_port);
+    return 0;
+}
+
+} // namespace
+
+int connectionDescriptor(quint16 localPort, quint16 peerPort)
+{
+    constexpr int descriptorLimit = 1024; // more than any test opens
+    for (int descriptor = 0; descriptor < descriptorLimit; ++descriptor) {
+        if (portOf(descriptor, ::getsockname) == localPort
+            && portOf(descriptor, ::getpeername) == peerPort)
+            return descriptor;
+    }
+    return -1;
+}
+
+int unreadBytes(quint16 localPort, quint16 peerPort)
+{
+    int count = 0;
+    const int descriptor = connectionDescriptor(localPort, peerPort);
+    if (descriptor >= 0)
+        ::ioctl(descriptor, FIONREAD, &count);
+    return count;
+}
+
+int connectionOption(quint16 localPort, quint16 peerPort, int level, int option)
+{
+    int value = -1;
+    socklen_t size = sizeof value;
+    const int descriptor = connectionDescriptor(localPort, peerPort);
+    if (descriptor >= 0)
+        ::getsockopt(descriptor, level, option, &value, &size);
+    return value;
+}
+
+qint64 processorTime()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    const auto milliseconds
+        = [](const timeval &time) { return qint64(time.tv_sec) * 1000 + time.tv_usec / 1000; };
+    return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
+}
+
+qint64 peakMemory()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return qint64(usage.ru_maxrss) * 1024;
+}
+
+} // namespace zytest

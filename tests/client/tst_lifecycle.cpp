@@ -1,0 +1,380 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The client's connection: opening, closing, dropping, opening again.
+
+#include "rawprinter.h"
+#include "scriptedprinter.h"
+#include "session.h"
+
+#include <QTcpServer>
+
+#include <functional>
+#include <memory>
+
+using zytest::RawPrinter;
+using zytest::ScriptedPrinter;
+using Session = zytest::Session<ScriptedPrinter>;
+using RawSession = zytest::Session<RawPrinter>;
+
+using Ending = std::function<void(RawSession &)>;
+
+Q_DECLARE_METATYPE(Ending)
+
+class LifecycleTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void opensTheConnectionInItsConstructor();
+    void reportsTheSocketState();
+    void logsStateChanges();
+    void closeGivesOnePauseSuccessInsideTheCall();
+    void opensAgainAfterClose();
+    void openingAgainDoesNotDoubleDelivery();
+    void opensAnotherUrlWhileConnected();
+    void opensAgainInsideASlot_data();
+    void opensAgainInsideASlot();
+    void destructionClosesTheConnection();
+
+    void answersAClosingPeer_data();
+    void answersAClosingPeer();
+    void reportsADroppedConnection_data();
+    void reportsADroppedConnection();
+    void handlesMessagesBeforeTheDropBehindThem();
+    void aFirstAttemptThatFailsEmitsNothing();
+    void aLaterAttemptThatFailsIsADisconnect();
+    void anInvalidUrlEmitsNothing();
+    void closeWhileUnconnectedTurnsTheNextDropIntoPauseSuccess();
+    void canBeDestroyedWhileConnecting();
+};
+
+namespace
+{
+
+QString s(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+QString stateLine(const char *state)
+{
+    return s("onStateChanged(QAbstractSocket::SocketState state) = QAbstractSocket::") + s(state);
+}
+
+const QString connectedLine = s("connected()");
+const QString disconnectedLine = s("disconnected()");
+const QString pauseSuccessLine = s("pauseSuccess()");
+
+// How a connection ends.
+void closeByClient(RawSession &session)
+{
+    session.client.close();
+}
+
+void closeByPeer(RawSession &session)
+{
+    session.printer.write(RawPrinter::closeFrame(1000));
+}
+
+void dropByPeer(RawSession &session)
+{
+    session.printer.drop();
+}
+
+void resetByPeer(RawSession &session)
+{
+    session.printer.reset();
+}
+
+/// A port of this machine on which nobody listens.
+QUrl deadUrl()
+{
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost);
+    return QUrl(QStringLiteral("ws://127.0.0.1:%1").arg(server.serverPort()));
+}
+
+} // namespace
+
+void LifecycleTest::opensTheConnectionInItsConstructor()
+{
+    Session session;
+
+    WAIT_COMPARE(session.trace.lines(), QStringList{connectedLine});
+    QCOMPARE(session.printer.connectionCount(), 1);
+    QCOMPARE(session.printer.texts(), QStringList());
+}
+
+void LifecycleTest::reportsTheSocketState()
+{
+    Session session;
+    QCOMPARE(session.client.socketConnectStatus(), QAbstractSocket::ConnectingState);
+    QVERIFY(session.open());
+    QCOMPARE(session.client.socketConnectStatus(), QAbstractSocket::ConnectedState);
+    session.client.close();
+    QCOMPARE(session.client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
+}
+
+void LifecycleTest::logsStateChanges()
+{
+    Session session;
+    // The attempt starts before the client listens for state changes: no ConnectingState.
+    QCOMPARE(session.logLines(), QStringList());
+    WAIT_COMPARE(session.logLines(), QStringList{stateLine("ConnectedState")});
+
+    session.log.clear();
+    session.client.close();
+    QCOMPARE(session.logLines(),
+             (QStringList{stateLine("ClosingState"), stateLine("UnconnectedState")}));
+
+    session.log.clear();
+    session.client.openWithUrl(session.printer.url());
+    QCOMPARE(session.logLines(), QStringList{stateLine("ConnectingState")});
+    WAIT_COMPARE(session.logLines(),
+                 (QStringList{stateLine("ConnectingState"), stateLine("ConnectedState")}));
+}
+
+void LifecycleTest::closeGivesOnePauseSuccessInsideTheCall()
+{
+    Session session;
+    QVERIFY(session.open());
+
+    session.client.close();
+
+    QCOMPARE(session.trace.lines(), QStringList{pauseSuccessLine});
+    WAIT_COMPARE(session.printer.closeCodes(),
+                 QVector<QWebSocketProtocol::CloseCode>{QWebSocketProtocol::CloseCodeNormal});
+    QCOMPARE(session.trace.lines(), QStringList{pauseSuccessLine});
+}
+
+void LifecycleTest::opensAgainAfterClose()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.client.close();
+
+    session.client.openWithUrl(session.printer.url());
+    WAIT_COMPARE(session.trace.lines(), (QStringList{pauseSuccessLine, connectedLine}));
+    WAIT_COMPARE(session.printer.connectionCount(), 2);
+
+    // The request to close was forgotten with the first connection.
+    session.printer.drop();
+    WAIT_COMPARE(session.trace.lines(),
+                 (QStringList{pauseSuccessLine, connectedLine, disconnectedLine}));
+}
+
+void LifecycleTest::openingAgainDoesNotDoubleDelivery()
+{
+    Session session;
+    QVERIFY(session.open());
+    for (int connections = 2; connections <= 4; ++connections) {
+        session.client.close();
+        session.client.openWithUrl(session.printer.url());
+        WAIT_COMPARE(session.printer.connectionCount(), connections);
+        WAIT_COMPARE(session.trace.count(s("connected")), connections - 1);
+    }
+    session.trace.clear();
+
+    session.printer.sendText(s(R"({"version":"1"})"));
+    session.printer.sendText(s("{}"));
+    WAIT_COMPARE(session.trace.lines(),
+                 (QStringList{s("checkVersion()"), s(R"(jsonMessageReceived({"version":"1"}))"),
+                              s("jsonMessageReceived({})")}));
+
+    session.trace.clear();
+    session.printer.drop();
+    WAIT_COMPARE(session.trace.lines(), QStringList{disconnectedLine});
+}
+
+void LifecycleTest::opensAnotherUrlWhileConnected()
+{
+    ScriptedPrinter other;
+    Session session;
+    QVERIFY(session.open());
+
+    session.client.openWithUrl(other.url());
+    WAIT_COMPARE(other.connectionCount(), 1);
+    WAIT_COMPARE(session.trace.count(s("connected")), 1);
+    WAIT_VERIFY(!session.printer.peer());
+
+    session.trace.clear();
+    session.client.versionCheckCmd();
+    WAIT_COMPARE(other.texts(), QStringList{s(R"({"cmd":"VERSION_CHECK"})")});
+    other.sendText(s("{}"));
+    WAIT_COMPARE(session.trace.lines(), QStringList{s("jsonMessageReceived({})")});
+}
+
+void LifecycleTest::opensAgainInsideASlot_data()
+{
+    QTest::addColumn<Ending>("ending");
+    QTest::addColumn<QString>("signalLine");
+    QTest::newRow("disconnected, closed by the peer") << Ending(closeByPeer) << disconnectedLine;
+    QTest::newRow("pauseSuccess, inside close()") << Ending(closeByClient) << pauseSuccessLine;
+}
+
+void LifecycleTest::opensAgainInsideASlot()
+{
+    QFETCH(Ending, ending);
+    QFETCH(QString, signalLine);
+    RawSession session;
+    QVERIFY(session.open());
+    const auto openAgain = [&session] { session.client.openWithUrl(session.printer.url()); };
+    connect(&session.client, &ZySslEchoClient::disconnected, this, openAgain);
+    connect(&session.client, &ZySslEchoClient::pauseSuccess, this, openAgain);
+
+    ending(session);
+
+    WAIT_VERIFY(session.trace.count(s("connected")) == 1);
+    WAIT_COMPARE(session.printer.connectionCount(), 2);
+    session.printer.write(RawPrinter::textFrame(s("{}")));
+    WAIT_VERIFY(session.trace.count(s("jsonMessageReceived")) == 1);
+    QCOMPARE(session.trace.lines(),
+             (QStringList{signalLine, connectedLine, s("jsonMessageReceived({})")}));
+}
+
+void LifecycleTest::destructionClosesTheConnection()
+{
+    RawPrinter printer;
+    auto client = std::make_unique<ZySslEchoClient>(printer.url());
+    WAIT_VERIFY(printer.isPeerConnected());
+    WAIT_COMPARE(client->socketConnectStatus(), QAbstractSocket::ConnectedState);
+
+    client.reset();
+
+    WAIT_COMPARE(printer.closeCodes(), QVector<int>{1000});
+    WAIT_VERIFY(!printer.isPeerConnected());
+}
+
+void LifecycleTest::answersAClosingPeer_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<int>("answer");
+    QTest::newRow("normal") << 1000 << 1000;
+    // Qt echoes the peer's code before the client's own close can answer.
+    QTest::newRow("going away") << 1001 << 1001;
+}
+
+void LifecycleTest::answersAClosingPeer()
+{
+    QFETCH(int, code);
+    QFETCH(int, answer);
+    RawSession session;
+    session.printer.setAnswersClose(false);
+    QVERIFY(session.open());
+
+    session.printer.write(RawPrinter::closeFrame(code));
+
+    WAIT_COMPARE(session.trace.lines(), QStringList{disconnectedLine});
+    WAIT_COMPARE(session.printer.closeCodes(), QVector<int>{answer});
+    QVERIFY(session.logLines().contains(stateLine("ClosingState")));
+    QCOMPARE(session.logLines().constLast(), stateLine("UnconnectedState"));
+}
+
+void LifecycleTest::reportsADroppedConnection_data()
+{
+    QTest::addColumn<Ending>("ending");
+    QTest::newRow("ended in order") << Ending(dropByPeer);
+    QTest::newRow("reset") << Ending(resetByPeer);
+}
+
+void LifecycleTest::reportsADroppedConnection()
+{
+    QFETCH(Ending, ending);
+    RawSession session;
+    QVERIFY(session.open());
+
+    ending(session);
+
+    WAIT_COMPARE(session.client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
+    WAIT_COMPARE(session.trace.lines(), QStringList{disconnectedLine});
+}
+
+void LifecycleTest::handlesMessagesBeforeTheDropBehindThem()
+{
+    RawSession session;
+    QVERIFY(session.open());
+
+    session.printer.write(RawPrinter::textFrame(s("{}")) + RawPrinter::textFrame(s(R"({"n":1})"))
+                          + RawPrinter::closeFrame(1000));
+    session.printer.drop();
+
+    WAIT_COMPARE(session.trace.lines(),
+                 (QStringList{s("jsonMessageReceived({})"), s(R"(jsonMessageReceived({"n":1}))"),
+                              disconnectedLine}));
+}
+
+void LifecycleTest::aFirstAttemptThatFailsEmitsNothing()
+{
+    zytest::LogCapture log;
+    ZySslEchoClient client(deadUrl());
+    zytest::SignalTrace trace(client);
+
+    WAIT_COMPARE(client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
+
+    QCOMPARE(log.texts(s("zywebsocket.client")), QStringList{stateLine("UnconnectedState")});
+    QCOMPARE(trace.lines(), QStringList());
+
+    // Nor does it keep the client from connecting later.
+    ScriptedPrinter printer;
+    client.openWithUrl(printer.url());
+    WAIT_COMPARE(trace.lines(), QStringList{connectedLine});
+}
+
+void LifecycleTest::aLaterAttemptThatFailsIsADisconnect()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.client.close();
+    session.trace.clear();
+
+    session.client.openWithUrl(deadUrl());
+
+    WAIT_COMPARE(session.client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
+    QCOMPARE(session.trace.lines(), QStringList{disconnectedLine});
+}
+
+void LifecycleTest::anInvalidUrlEmitsNothing()
+{
+    ZySslEchoClient client{QUrl()};
+    zytest::SignalTrace trace(client);
+
+    ScriptedPrinter printer;
+    client.openWithUrl(printer.url());
+
+    WAIT_COMPARE(trace.lines(), QStringList{connectedLine});
+}
+
+void LifecycleTest::closeWhileUnconnectedTurnsTheNextDropIntoPauseSuccess()
+{
+    zytest::LogCapture log;
+    ZySslEchoClient client(deadUrl());
+    zytest::SignalTrace trace(client);
+    WAIT_COMPARE(client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
+    ScriptedPrinter printer;
+
+    client.close();
+    QCOMPARE(trace.lines(), QStringList());
+    for (const QString &ending : {pauseSuccessLine, disconnectedLine}) {
+        client.openWithUrl(printer.url());
+        WAIT_COMPARE(trace.lines(), QStringList{connectedLine});
+        WAIT_VERIFY(printer.peer());
+        printer.drop();
+        WAIT_COMPARE(trace.lines(), (QStringList{connectedLine, ending}));
+        trace.clear();
+    }
+}
+
+void LifecycleTest::canBeDestroyedWhileConnecting()
+{
+    ScriptedPrinter printer;
+    {
+        const ZySslEchoClient client(printer.url());
+        QCOMPARE(client.socketConnectStatus(), QAbstractSocket::ConnectingState);
+    }
+    Session session;
+    QVERIFY(session.open());
+}
+
+QTEST_GUILESS_MAIN(LifecycleTest)
+
+#include "tst_lifecycle.moc"

@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// What the window says when something is wrong, with a real printer process where there is one.
+
+#include "printerprocess.h"
+#include "samplemodel.h"
+#include "testfile.h"
+#include "testsettings.h"
+#include "windowdriver.h"
+
+#include <QTcpServer>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace zypanel;
+using Transfer = PrinterSession::Transfer;
+
+class TestPanelExplains : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anAddressThatIsNoneIsExplained();
+    void anUnreachablePrinterIsExplained();
+    void aWrongTokenIsExplainedAndCanBeReplaced();
+    void aFileThatIsNoModelIsExplained();
+    void aFailedPrintIsExplained();
+    void anEmptyFileIsNotSent();
+
+private:
+    QString randomFile(qint64 size)
+    {
+        const QString path = m_directory.filePath(QStringLiteral("random.zydlp"));
+        writeRandomFile(path, size);
+        return path;
+    }
+
+    TestSettings m_settings;
+    QTemporaryDir m_directory;
+};
+
+void TestPanelExplains::anAddressThatIsNoneIsExplained()
+{
+    WindowDriver user;
+    user.type("address", QStringLiteral("the one upstairs"));
+    QVERIFY(user.click("connect"));
+    QVERIFY(user.notice().contains(QStringLiteral("neither a saved printer nor an address")));
+    QTest::mouseClick(&user.find<QWidget>("noticeDismiss"), Qt::LeftButton);
+    QCOMPARE(user.notice(), QString());
+}
+
+void TestPanelExplains::anUnreachablePrinterIsExplained()
+{
+    QTcpServer taken;
+    QVERIFY(taken.listen(QHostAddress::LocalHost));
+    const QString address = QStringLiteral("127.0.0.1:%1").arg(taken.serverPort());
+    taken.close();
+    WindowDriver user;
+    user.type("address", address);
+    QTest::keyClick(&user.find<QWidget>("address"), Qt::Key_Return);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        user.notice().contains(QStringLiteral("No printer answers at %1").arg(address)),
+        WindowDriver::patience);
+    QCOMPARE(user.textOf("linkBadge"), QStringLiteral("Not connected"));
+}
+
+void TestPanelExplains::aWrongTokenIsExplainedAndCanBeReplaced()
+{
+    PrinterProcess printer({QStringLiteral("--token"), QStringLiteral("sesame")});
+    WindowDriver user;
+    user.type("token", QStringLiteral("wrong"));
+    QVERIFY(user.connectTo(printer.url().toString()));
+    QVERIFY(user.awaitTitle(QStringLiteral("Access token rejected")));
+    user.type("token", QStringLiteral("sesame"));
+    QTest::keyClick(&user.find<QWidget>("token"), Qt::Key_Return);
+    QVERIFY(user.awaitTitle(QStringLiteral("Ready")));
+}
+
+void TestPanelExplains::aFileThatIsNoModelIsExplained()
+{
+    PrinterProcess printer;
+    WindowDriver user;
+    QVERIFY(user.connectTo(printer.url().toString()));
+    QVERIFY(user.drop(randomFile(1000)));
+    QVERIFY(user.click("send"));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        user.notice().contains(QStringLiteral("not a model that it can print")),
+        WindowDriver::patience);
+    QVERIFY(user.click("startPrint"));
+    QTRY_VERIFY_WITH_TIMEOUT(user.notice().contains(QStringLiteral("failed the printer's check")),
+                             WindowDriver::patience);
+}
+
+void TestPanelExplains::aFailedPrintIsExplained()
+{
+    PrinterProcess printer({QStringLiteral("--fail-at"), QStringLiteral("5"),
+                            QStringLiteral("--speed"), QStringLiteral("1000")});
+    WindowDriver user;
+    QVERIFY(user.connectTo(printer.url().toString()));
+    QVERIFY(user.drop(sampleModel(m_directory, 40)));
+    QVERIFY(user.click("send"));
+    QVERIFY(user.click("startPrint"));
+    QVERIFY(user.awaitTitle(QStringLiteral("Print failed")));
+    QVERIFY(user.notice().contains(QStringLiteral("Look at the printer")));
+}
+
+void TestPanelExplains::anEmptyFileIsNotSent()
+{
+    PrinterProcess printer;
+    WindowDriver user;
+    QVERIFY(user.connectTo(printer.url().toString()));
+    QVERIFY(user.drop(randomFile(0)));
+    QVERIFY(user.click("send"));
+    QVERIFY(user.notice().contains(QStringLiteral("is empty")));
+    QCOMPARE(user.session().transfer(), Transfer::Idle);
+}
+
+QTEST_MAIN(TestPanelExplains)
+#include "tst_panel_explains.moc"

@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The window as a person uses it: real clicks and keys on what is visible and enabled.
+
+#include "windowdriver.h"
+
+#include "eventlog.h"
+#include "printerpanel.h"
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QTest>
+#include <QUrl>
+
+using namespace zypanel;
+
+WindowDriver::WindowDriver()
+{
+    PrinterSession::Timeouts timeouts;
+    timeouts.polling = 50;
+    session().setTimeouts(timeouts);
+    m_window.show();
+    if (!QTest::qWaitForWindowExposed(&m_window))
+        qFatal("the window is not shown");
+}
+
+PrinterSession &WindowDriver::session()
+{
+    return *m_window.panel()->session();
+}
+
+bool WindowDriver::click(const char *button)
+{
+    auto &widget = find<QPushButton>(button);
+    if (!QTest::qWaitFor([&] { return widget.isVisible() && widget.isEnabled(); }, patience))
+        return false;
+    QTest::mouseClick(&widget, Qt::LeftButton);
+    return true;
+}
+
+void WindowDriver::type(const char *field, const QString &text)
+{
+    auto &widget = find<QWidget>(field);
+    widget.setFocus();
+    QTest::keySequence(&widget, QKeySequence::SelectAll);
+    QTest::keyClick(&widget, Qt::Key_Delete);
+    QTest::keyClicks(&widget, text);
+}
+
+QString WindowDriver::textOf(const char *label)
+{
+    return find<QLabel>(label).text();
+}
+
+QString WindowDriver::notice()
+{
+    return find<QWidget>("noticeStrip").isVisible() ? textOf("noticeText") : QString();
+}
+
+bool WindowDriver::connectTo(const QString &address)
+{
+    type("address", address);
+    return click("connect")
+        && QTest::qWaitFor([this] { return session().link() == PrinterSession::Link::Open; },
+                           patience);
+}
+
+bool WindowDriver::drop(const QString &path)
+{
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(path)});
+    const QPoint middle = m_window.panel()->rect().center();
+    QDragEnterEvent enter(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.setAccepted(false);
+    QApplication::sendEvent(m_window.panel(), &enter);
+    if (!enter.isAccepted())
+        return false;
+    QDropEvent drop(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(m_window.panel(), &drop);
+    return drop.isAccepted();
+}
+
+bool WindowDriver::awaitTitle(const QString &title)
+{
+    return QTest::qWaitFor([&] { return textOf("stateTitle") == title; }, patience);
+}
+
+bool WindowDriver::awaitTransfer(PrinterSession::Transfer transfer)
+{
+    return QTest::qWaitFor([&] { return session().transfer() == transfer; }, patience);
+}
+
+bool WindowDriver::awaitEvent(const QString &text)
+{
+    return QTest::qWaitFor([&] { return find<EventLog>("eventLog").allText().contains(text); },
+                           patience);
+}
