@@ -71,6 +71,7 @@ private Q_SLOTS:
     void takesTheInitialValueWithoutAHost_data();
     void takesTheInitialValueWithoutAHost();
     void takesTheInitialValuesOfRecordsWithoutAHost();
+    void takesTheInitialValueWhenTheConnectionIsQueued();
     void answersReceivingWithoutAsking();
     void answersCheckingWithoutAsking();
     void letsListOrderDecide_data();
@@ -230,6 +231,19 @@ void tst_HostBridge::takesTheInitialValuesOfRecordsWithoutAHost()
     int checkState = 5;
     server.onFinish({}, checkState);
     QCOMPARE(checkState, 5);
+}
+
+void tst_HostBridge::takesTheInitialValueWhenTheConnectionIsQueued()
+{
+    ZySslEchoServer server(0, {}, {}, {}, nullptr);
+    connect(
+        &server, &ZySslEchoServer::sifGetVersionCheck, &server,
+        [](QString &version) { version = QStringLiteral("late"); }, Qt::QueuedConnection);
+    connect(
+        &server, &ZySslEchoServer::getPrintState, &server,
+        [](int &state, const QString &, bool) { state = 1; }, Qt::QueuedConnection);
+    QCOMPARE(server.getVersionCheck(), QString());
+    QCOMPARE(askFile(server), 5);
 }
 
 void tst_HostBridge::answersReceivingWithoutAsking()

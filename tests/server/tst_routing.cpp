@@ -10,7 +10,10 @@
 #include "wirejson.h"
 
 #include <QTimer>
+#include <QWebSocketServer>
 #include <QtTest>
+
+#include <memory>
 
 using namespace zytest;
 
@@ -35,9 +38,11 @@ private Q_SLOTS:
     void handlesATextInSeveralFramesOnce();
     void handlesATextSplitOverSegmentsOnce();
     void handlesADataMessageInSeveralFramesOnce();
+    void obeysARequestThatACloseFollows();
     void sendsAHostsMessageToTheConnectionBeingServed_data();
     void sendsAHostsMessageToTheConnectionBeingServed();
     void handsATextToEveryHandleWhenAsked();
+    void answersASocketThatTheHostConnected();
 
     void sendsNothingOutsideADelivery();
     void sendsNothingFromATimerOrAQueuedCall();
@@ -170,6 +175,18 @@ void tst_Routing::handlesADataMessageInSeveralFramesOnce()
     QCOMPARE(readFile(printer.path(QStringLiteral("a.txt"))), QByteArrayLiteral("abcde"));
 }
 
+void tst_Routing::obeysARequestThatACloseFollows()
+{
+    TestPrinter printer;
+    RawTcpPeer peer(printer.port());
+    // One segment, so that the connection has ended when the request is handled.
+    peer.write(RawTcpPeer::frame(RawTcpPeer::Text, R"({"cmd":"PRINT_STOP","token":"t"})")
+               + RawTcpPeer::frame(RawTcpPeer::Close, {}));
+    QVERIFY(waitUntil([&] { return peer.isEnded(); }));
+    QVERIFY(printer.waitForConnections(0));
+    QCOMPARE(printer.host().calls(), QStringList{QStringLiteral("sigDoPrintStop(0, t)")});
+}
+
 void tst_Routing::sendsAHostsMessageToTheConnectionBeingServed_data()
 {
     QTest::addColumn<QByteArray>("request");
@@ -222,6 +239,28 @@ void tst_Routing::handsATextToEveryHandleWhenAsked()
     QCOMPARE(second.take(), json(R"({"cmd":"PRINT_STOP","status":"CMD_SUCCES"})"));
     QCOMPARE(second.take(), json(versionReply));
     QCOMPARE(first.texts(), QStringList());
+}
+
+void tst_Routing::answersASocketThatTheHostConnected()
+{
+    TestPrinter printer;
+    RawPeer peer(printer.port());
+    QVERIFY(printer.waitForConnections(1));
+    // A socket of the host's own, whose other end asks and listens.
+    QWebSocketServer elsewhere({}, QWebSocketServer::NonSecureMode);
+    QVERIFY(elsewhere.listen(QHostAddress::LocalHost));
+    QWebSocket socket;
+    connect(&socket, &QWebSocket::textMessageReceived, printer.server(),
+            &ZySslEchoServer::onTextMessageReceived);
+    socket.open(elsewhere.serverUrl());
+    QVERIFY(waitUntil([&] { return elsewhere.hasPendingConnections(); }));
+    const std::unique_ptr<QWebSocket> asking(elsewhere.nextPendingConnection());
+    QSignalSpy replies(asking.get(), &QWebSocket::textMessageReceived);
+    asking->sendTextMessage(QString::fromLatin1(versionCheck));
+    QVERIFY(waitUntil([&] { return !replies.isEmpty(); }));
+    QCOMPARE(replies.first().first().toString(), QString::fromLatin1(versionReply));
+    QVERIFY(peer.expectNothing());
+    QCOMPARE(replies.size(), 1);
 }
 
 void tst_Routing::sendsNothingOutsideADelivery()
