@@ -69,7 +69,7 @@ QString ModelStore::keep(const QString &receivedName)
     if (std::rename(QFile::encodeName(received).constData(), QFile::encodeName(kept).constData())
         == 0)
         return {};
-    const QString reason = lastError();
+    QString reason = lastError();
     QFile::remove(received);
     return reason;
 }

@@ -4,7 +4,8 @@
 
 #include "terminal.h"
 
-#include <cstdio>
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -20,10 +21,13 @@ constexpr char leaveScreen[] = "\x1b[?25h\x1b[?1049l";
 constexpr char home[] = "\x1b[H";
 constexpr char clearLine[] = "\x1b[K";
 
-void write(const QByteArray &bytes)
+/// Standard output's own descriptor is shared with the shell, which would not expect it to change.
+int openWithoutBlocking()
 {
-    std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stdout);
-    std::fflush(stdout);
+    const char *name = ttyname(STDOUT_FILENO);
+    const int descriptor = name ? open(name, O_WRONLY | O_NOCTTY | O_NONBLOCK | O_CLOEXEC) : -1;
+    // In a container the terminal may have no name.
+    return descriptor >= 0 ? descriptor : dup(STDOUT_FILENO);
 }
 
 } // namespace
@@ -41,25 +45,44 @@ QSize size()
     return {80, 24};
 }
 
-Screen::Screen()
+Screen::Screen() : m_descriptor(openWithoutBlocking()), m_pending(enterScreen)
 {
-    write(enterScreen);
+    flush();
 }
 
 Screen::~Screen()
 {
-    write(leaveScreen);
+    constexpr int patience = 500; // ms
+    m_pending += leaveScreen;
+    pollfd whenReady{m_descriptor, POLLOUT, 0};
+    // A terminal that is gone is "ready" too, with an error.
+    while (!flush() && poll(&whenReady, 1, patience) > 0 && whenReady.revents == POLLOUT) { }
+    close(m_descriptor);
+}
+
+/// True when the terminal has taken everything.
+bool Screen::flush()
+{
+    while (!m_pending.isEmpty()) {
+        const ssize_t taken = write(m_descriptor, m_pending.constData(), size_t(m_pending.size()));
+        if (taken <= 0)
+            return false;
+        m_pending.remove(0, int(taken));
+    }
+    return true;
 }
 
 void Screen::draw(const QStringList &lines)
 {
-    QByteArray bytes = home;
+    if (!flush())
+        return;
+    m_pending = home;
     for (int i = 0; i < lines.size(); ++i) {
         // No line end after the last one: it would scroll. Cleared before the text, since after a
         // full line the cursor still stands on its last character.
-        bytes += (i > 0 ? "\r\n" : "") + QByteArray(clearLine) + lines.at(i).toLocal8Bit();
+        m_pending += (i > 0 ? "\r\n" : "") + QByteArray(clearLine) + lines.at(i).toLocal8Bit();
     }
-    write(bytes);
+    flush();
 }
 
 } // namespace terminal

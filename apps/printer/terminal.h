@@ -5,6 +5,7 @@
 #ifndef TERMINAL_H
 #define TERMINAL_H
 
+#include <QByteArray>
 #include <QSize>
 #include <QStringList>
 
@@ -16,7 +17,11 @@ bool isThere();
 /// In characters.
 QSize size();
 
-/// A screen of its own, for as long as this lives; what was on the terminal comes back afterwards.
+/**
+ * A screen of its own, for as long as this lives; what was on the terminal comes back afterwards.
+ *
+ * Never blocks: a terminal that stands still (Ctrl-S) misses screens and holds up nobody.
+ */
 class Screen
 {
 public:
@@ -27,6 +32,12 @@ public:
 
     /// Replaces what is shown. There are as many lines as the terminal has, and they fit its width.
     void draw(const QStringList &lines);
+
+private:
+    bool flush();
+
+    int m_descriptor; ///< of its own, so that it alone does not block
+    QByteArray m_pending; ///< what the terminal has not taken yet
 };
 
 } // namespace terminal

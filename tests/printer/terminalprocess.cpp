@@ -81,6 +81,12 @@ void TerminalProcess::type(char key)
         qFatal("cannot type");
 }
 
+void TerminalProcess::hangUp()
+{
+    ::close(m_terminal);
+    m_terminal = -1;
+}
+
 int TerminalProcess::waitForEnd()
 {
     int status = 0;

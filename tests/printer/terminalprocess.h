@@ -26,6 +26,8 @@ public:
     void resize(const QSize &size);
     /// As if it were typed; '\x03' is Ctrl-C.
     void type(char key);
+    /// Takes the terminal away.
+    void hangUp();
     /// Waits for the end; the exit code, -1 when it crashed or stays.
     int waitForEnd();
 

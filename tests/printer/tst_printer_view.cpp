@@ -35,9 +35,11 @@ private Q_SLOTS:
     void showsAPrintToItsEnd();
     void showsHowManyAreConnected();
     void givesTheTerminalBack();
+    void endsWithItsTerminal();
     void fitsEveryTerminal_data();
     void fitsEveryTerminal();
     void followsTheTerminalsSize();
+    void holdsUpNobodyWhenTheTerminalStandsStill();
     void keepsToLinesWithoutATerminal();
     void keepsToLinesOnADumbTerminal();
 
@@ -118,6 +120,14 @@ void TestPrinterView::givesTheTerminalBack()
     QVERIFY(m_terminal->output().endsWith("\x1b[?25h\x1b[?1049l"));
 }
 
+void TestPrinterView::endsWithItsTerminal()
+{
+    QVERIFY(m_terminal->start(words("--view"), usual));
+    QVERIFY(m_terminal->shows(QStringLiteral("IDLE")));
+    m_terminal->hangUp();
+    QCOMPARE(m_terminal->waitForEnd(), 0);
+}
+
 void TestPrinterView::fitsEveryTerminal_data()
 {
     QTest::addColumn<QSize>("size");
@@ -159,6 +169,16 @@ void TestPrinterView::followsTheTerminalsSize()
     QTRY_VERIFY_WITH_TIMEOUT(isWide(50), 30000);
     m_terminal->resize(QSize(132, 24));
     QTRY_VERIFY_WITH_TIMEOUT(isWide(132), 30000);
+}
+
+void TestPrinterView::holdsUpNobodyWhenTheTerminalStandsStill()
+{
+    QVERIFY(m_terminal->start(words("--view --speed 1000"), QSize(200, 60)));
+    // Nothing reads the terminal from here on, and several screens fill it.
+    QVERIFY(send(m_terminal->url(), 300));
+    m_slicer.print(model);
+    QVERIFY(m_slicer.reaches(QStringLiteral("PRINT_COMPLETE")));
+    QVERIFY(m_terminal->shows(QStringLiteral("COMPLETE  part.zydlp")));
 }
 
 void TestPrinterView::keepsToLinesWithoutATerminal()
