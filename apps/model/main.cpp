@@ -2,12 +2,13 @@
 // SPDX-License-Identifier: MIT
 // zymodel: writes a sliced model of a real solid, as a resin printer gets it.
 
-#include "commandline.h"
 #include "errorline.h"
 #include "gyroidsphere.h"
 #include "modelreader.h"
 #include "modelwriter.h"
+#include "options.h"
 
+#include <QFile>
 #include <QSaveFile>
 
 #include <cmath>
@@ -20,64 +21,9 @@ constexpr int fileError = 3; // exit code
 constexpr int invalidModel = 4; // exit code
 constexpr double pixelPitch = 0.05; // mm
 
-struct Options {
-    std::string out;
-    std::string check;
-    int layers = 700;
-    std::string resolution = "1440x2560";
-    quint32 seed = 1;
-    std::string resin = "Standard Grey";
-    int width = 0;
-    int height = 0;
-};
-
 QString program()
 {
     return QStringLiteral("zymodel");
-}
-
-std::string readResolution(const std::string &text, Options &options)
-{
-    char rest = 0;
-    const int read = std::sscanf(text.c_str(), "%5dx%5d%c", &options.width, &options.height, &rest);
-    const auto isSide = [](int side) { return side >= 1 && side <= zymodel::maxSide; };
-    if (read == 2 && isSide(options.width) && isSide(options.height))
-        return {};
-    return text + " is no WIDTHxHEIGHT in pixels, each from 1 to "
-        + std::to_string(zymodel::maxSide);
-}
-
-void describe(CLI::App &app, Options &options)
-{
-    app.name("zymodel");
-    app.description("Writes a sliced model: a gyroid lattice inside a sphere, sliced into "
-                    "antialiased masks,\nrun-length coded, in the .zydlp container.");
-    app.footer(
-        "Examples:\n"
-        "  zymodel --out sphere.zydlp                 about 50 MiB, for a real transfer\n"
-        "  zymodel --out small.zydlp --layers 20 --resolution 144x256\n"
-        "  zymodel --check sphere.zydlp               checks every layer\n\n"
-        "Exit codes: 0 ok, 2 usage, 3 the file cannot be read or written, 4 no valid model.");
-    auto *out = app.add_option("--out", options.out, "Write the model to FILE")->type_name("FILE");
-    auto *check = app.add_option("--check", options.check, "Check the model FILE instead")
-                      ->type_name("FILE");
-    out->excludes(check);
-    app.add_option("--layers", options.layers,
-                   "Number of layers; the solid's height stays the same")
-        ->type_name("N")
-        ->check(CLI::Range(1, zymodel::maxLayers))
-        ->capture_default_str();
-    app.add_option("--resolution", options.resolution, "Pixels of a layer")
-        ->type_name("WxH")
-        ->check([&options](const std::string &text) { return readResolution(text, options); })
-        ->capture_default_str();
-    app.add_option("--seed", options.seed, "Moves the lattice, so that another file results")
-        ->type_name("S")
-        ->capture_default_str();
-    app.add_option("--resin", options.resin, "The resin's name in the header")
-        ->type_name("NAME")
-        ->capture_default_str();
-    zyapp::addVersionFlag(app, "zymodel");
 }
 
 zymodel::ModelHeader header(const Options &options, double layerThickness)
@@ -95,7 +41,7 @@ zymodel::ModelHeader header(const Options &options, double layerThickness)
     header.lightDelay = 500;
     header.liftHeight = 5000;
     header.liftSpeed = 120000;
-    header.resin = zyapp::fromArgument(options.resin);
+    header.resin = options.resin;
     return header;
 }
 
@@ -115,12 +61,11 @@ bool writeModel(const Options &options, QIODevice *file)
 
 int generate(const Options &options)
 {
-    const QString path = zyapp::fromArgument(options.out);
-    QSaveFile file(path);
+    QSaveFile file(options.out);
     if (!file.open(QIODevice::WriteOnly) || !writeModel(options, &file) || !file.commit()) {
         zyapp::printError(program(),
                           QStringLiteral("cannot write the model (%1)").arg(file.errorString()),
-                          path, QStringLiteral("give a --out that can be written"));
+                          options.out, QStringLiteral("give a --out that can be written"));
         return fileError;
     }
     return 0;
@@ -150,15 +95,7 @@ int check(const QString &path)
 int main(int argc, char **argv)
 {
     Options options;
-    CLI::App app;
-    describe(app, options);
-    if (const auto code = zyapp::parse(app, argc, argv))
+    if (const auto code = readOptions(argc, argv, options))
         return *code;
-    if (options.out.empty() && options.check.empty()) {
-        zyapp::printError(program(), QStringLiteral("nothing to do"), {},
-                          QStringLiteral("give --out FILE or --check FILE"));
-        return zyapp::usageError;
-    }
-    readResolution(options.resolution, options);
-    return options.check.empty() ? generate(options) : check(zyapp::fromArgument(options.check));
+    return options.check.isEmpty() ? generate(options) : check(options.check);
 }

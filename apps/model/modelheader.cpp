@@ -59,7 +59,7 @@ QString fault(const ModelHeader &header, quint32 resinBytes)
         {"length of the resin's name", resinBytes, 0, maxResinBytes},
     };
     for (const Limit &limit : limits) {
-        const QString text = outOfRange(limit.what, limit.value, limit.least, limit.most);
+        QString text = outOfRange(limit.what, limit.value, limit.least, limit.most);
         if (!text.isEmpty())
             return text;
     }

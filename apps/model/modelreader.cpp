@@ -47,7 +47,8 @@ bool ModelReader::open(const QString &path)
 {
     m_file.close();
     m_file.setFileName(path);
-    if (!m_file.open(QIODevice::ReadOnly))
+    // Unbuffered: whole layers are read at once, and as they are at that time.
+    if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return fail(m_file.errorString());
     return readHeader();
 }

@@ -2,15 +2,20 @@
 // SPDX-License-Identifier: MIT
 // zyprinter: puts the rooms together and runs until it is told to stop.
 
+#include "directory.h"
 #include "errorline.h"
 #include "eventlog.h"
 #include "hostbridge.h"
+#include "layerpreview.h"
+#include "liveview.h"
 #include "machine.h"
+#include "machinereport.h"
 #include "modelreader.h"
 #include "modelstore.h"
 #include "options.h"
 #include "unixsignals.h"
 
+#include <zyfiletranshandle.h>
 #include <zysslechoserver.h>
 
 #include <QCoreApplication>
@@ -18,6 +23,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <optional>
 
 namespace
 {
@@ -30,58 +36,73 @@ int giveUp(ExitCode code, const QString &what, const QString &value, const QStri
     return code;
 }
 
+int badDirectory(const char *what, const QString &fault, const QString &path, const char *option)
+{
+    return giveUp(
+        BadDirectory, QStringLiteral("%1 %2").arg(QLatin1String(what), fault), path,
+        QStringLiteral("give %1 a directory that can be written").arg(QLatin1String(option)));
+}
+
 void printLine(const QString &line)
 {
     std::printf("%s\n", qPrintable(line));
     std::fflush(stdout);
 }
 
-/// What the machine does, in words; nothing for the steps in between.
-QString description(const Machine &machine)
+/// Each connection has a handle, which is a child of the server.
+int connections(const ZySslEchoServer &server)
 {
-    const QString job = QStringLiteral("\"%1\"").arg(machine.job());
-    switch (machine.state()) {
-    case Machine::State::Checking:
-        return QStringLiteral("checking ") + job;
-    case Machine::State::Printing:
-        return machine.layer() == 0
-            ? QStringLiteral("printing %1, %2 layers").arg(job).arg(machine.model()->layerCount())
-            : QStringLiteral("going on with ") + job;
-    case Machine::State::Paused:
-        return QStringLiteral("paused after layer %1").arg(machine.layer());
-    case Machine::State::Complete:
-        return QStringLiteral("complete: ") + job;
-    case Machine::State::Stopped:
-        return QStringLiteral("stopped: ") + job;
-    case Machine::State::Failed:
-        return QStringLiteral("failed: %1: %2").arg(job, machine.failure());
-    default:
-        return {};
-    }
+    return server.findChildren<ZyFileTransHandle *>(QString(), Qt::FindDirectChildrenOnly).size();
 }
 
-void logMachine(const Machine &machine, EventLog &log)
+void showLayers(const Machine &machine, LayerPreview &preview, EventLog &log)
 {
-    QObject::connect(&machine, &Machine::stateChanged, &log, [&machine, &log] {
-        const QString text = description(machine);
-        if (!text.isEmpty())
-            log.add(text);
+    QObject::connect(&machine, &Machine::layerExposed, &preview,
+                     [&machine, &preview](int, const QByteArray &mask) {
+                         const zymodel::ModelHeader &header = machine.model()->header();
+                         preview.show(mask, QSize(int(header.width), int(header.height)));
+                     });
+    QObject::connect(&preview, &LayerPreview::failed, &log, [&log](const QString &reason) {
+        log.add(QStringLiteral("no preview: ") + reason);
     });
-    QObject::connect(&machine, &Machine::layerExposed, &log, [&machine, &log](int layer) {
-        constexpr int lines = 10;
-        const int count = machine.model()->layerCount();
-        if (layer * lines / count != (layer - 1) * lines / count)
-            log.add(QStringLiteral("layer %1 of %2").arg(layer).arg(count));
-    });
+}
+
+/// Log lines, or the live view where there is a terminal for it, until the program is to stop.
+int serve(const Options &options, const ZySslEchoServer &server, const Machine &machine,
+          const ModelStore &store, EventLog &log)
+{
+    const QString url = QStringLiteral("ws://127.0.0.1:%1").arg(server.serverPort());
+    printLine(QStringLiteral("zyprinter: listening on ") + url);
+    std::optional<LiveView> view;
+    if (options.view && terminal::isThere())
+        view.emplace(machine, log, LiveView::Facts{options.name, url, store.directory(), [&server] {
+                                                       return connections(server);
+                                                   }});
+    else
+        QObject::connect(&log, &EventLog::added, printLine);
+    log.add(QStringLiteral("printer \"%1\" keeps its models in %2: %3 there")
+                .arg(options.name, store.directory())
+                .arg(store.names().size()));
+    const int code = QCoreApplication::exec();
+    log.add(QStringLiteral("stopping"));
+    return code;
 }
 
 int run(const Options &options)
 {
+    if (!options.preview.isEmpty()) {
+        const QString fault = directoryFault(options.preview);
+        if (!fault.isEmpty())
+            return badDirectory("preview directory", fault, options.preview, "--preview");
+    }
     ModelStore store(options.directory);
     const QString fault = store.prepare();
     if (!fault.isEmpty())
-        return giveUp(BadDirectory, QStringLiteral("receive directory ") + fault, options.directory,
-                      QStringLiteral("give --dir a directory that can be written"));
+        return badDirectory("receive directory", fault, options.directory, "--dir");
+    // The server changes the current directory, so relative paths have been resolved by now.
+    std::optional<LayerPreview> preview;
+    if (!options.preview.isEmpty())
+        preview.emplace(options.preview);
 
     Machine machine(options.speed);
     machine.setFailAt(options.failAt);
@@ -94,17 +115,12 @@ int run(const Options &options)
                       QStringLiteral("choose another --port, or 0 for a free one"));
 
     EventLog log;
-    QObject::connect(&log, &EventLog::added, printLine);
-    logMachine(machine, log);
+    reportTo(log, machine);
+    if (preview)
+        showLayers(machine, *preview, log);
     const HostBridge bridge(&server, &machine, &store, &log,
                             {options.token, options.refuse, options.slowCheck});
-    printLine(QStringLiteral("zyprinter: listening on ws://127.0.0.1:%1").arg(server.serverPort()));
-    log.add(QStringLiteral("printer \"%1\" keeps its models in %2: %3 there")
-                .arg(options.name, store.directory())
-                .arg(store.names().size()));
-    const int code = QCoreApplication::exec();
-    log.add(QStringLiteral("stopping"));
-    return code;
+    return serve(options, server, machine, store, log);
 }
 
 } // namespace

@@ -4,10 +4,11 @@
 
 #include "modelstore.h"
 
+#include "directory.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryFile>
 
 #include <cerrno>
 #include <cstdio>
@@ -33,18 +34,13 @@ ModelStore::ModelStore(const QString &directory)
 
 QString ModelStore::prepare()
 {
-    const QFileInfo directory(m_directory);
-    if (!directory.exists())
-        return QStringLiteral("does not exist");
-    if (!directory.isDir())
-        return QStringLiteral("is no directory");
-    if (!QDir().mkpath(m_incoming))
-        return QStringLiteral("is not writable");
-    for (const QString &place : {m_directory, m_incoming}) {
-        QTemporaryFile probe(place + QStringLiteral("/.probe-XXXXXX"));
-        if (!probe.open())
-            return QStringLiteral("is not writable");
-    }
+    QString fault = directoryFault(m_directory);
+    if (!fault.isEmpty())
+        return fault;
+    QDir().mkdir(m_incoming);
+    fault = directoryFault(m_incoming);
+    if (!fault.isEmpty())
+        return QStringLiteral("has a place for incoming files (.incoming) that ") + fault;
     const QStringList leftOver = QDir(m_incoming).entryList(QDir::Files);
     for (const QString &name : leftOver) {
         if (name != receptionFile)
@@ -73,7 +69,7 @@ QString ModelStore::keep(const QString &receivedName)
     if (std::rename(QFile::encodeName(received).constData(), QFile::encodeName(kept).constData())
         == 0)
         return {};
-    const QString reason = lastError();
+    QString reason = lastError();
     QFile::remove(received);
     return reason;
 }

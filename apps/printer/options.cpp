@@ -8,6 +8,8 @@
 
 #include <QSysInfo>
 
+#include <cstdlib>
+
 namespace
 {
 
@@ -16,7 +18,20 @@ struct Arguments {
     std::string directory;
     std::string token;
     std::string name;
+    std::string preview;
 };
+
+/// Unlike CLI::Range, also against "nan".
+auto between(double least, double most)
+{
+    return [least, most](const std::string &text) {
+        char *end = nullptr;
+        const double value = std::strtod(text.c_str(), &end);
+        return *end == '\0' && value >= least && value <= most ? std::string()
+                                                               : text + " is no number from "
+                + CLI::detail::to_string(least) + " to " + CLI::detail::to_string(most);
+    };
+}
 
 void addFaults(CLI::App &app, Options &options)
 {
@@ -27,9 +42,9 @@ void addFaults(CLI::App &app, Options &options)
         ->group(group);
     app.add_option(
            "--slow-check", options.slowCheck,
-           "Take SECONDS for the check before a print; other connections are served meanwhile")
+           "Take SECONDS for the check before a print;\nother connections are served meanwhile")
         ->type_name("SECONDS")
-        ->check(CLI::Range(0.0, 3600.0))
+        ->check(between(0, 3600))
         ->group(group);
     app.add_flag("--refuse", options.refuse, "Refuse every transfer, print, pause and stop")
         ->group(group);
@@ -38,24 +53,28 @@ void addFaults(CLI::App &app, Options &options)
 void addOptions(CLI::App &app, Options &options, Arguments &arguments)
 {
     app.add_option("--dir", arguments.directory,
-                   "Keep received models in DIR, which must exist; files arrive in DIR/.incoming")
+                   "Keep received models in DIR, which must exist;\nfiles arrive in DIR/.incoming")
         ->type_name("DIR")
         ->required();
     app.add_option("--port", options.port, "Listen on port N of every address; 0 takes a free one")
         ->type_name("N")
         ->capture_default_str();
-    app.add_option(
-           "--token", arguments.token,
-           "Ask for this token: for prints, pause, stop and status, and for a transfer that "
-           "brings one along")
+    app.add_option("--token", arguments.token,
+                   "Ask for this token: for print, pause, stop, status and\nparameters, and for a "
+                   "transfer that brings one along")
         ->type_name("TOKEN")
         ->envname("ZYPRINTER_TOKEN");
     app.add_option("--speed", options.speed, "Print X times as fast as a real machine")
         ->type_name("X")
-        ->check(CLI::Range(0.001, 1e6))
+        ->check(between(0.001, 1e6))
         ->capture_default_str();
     app.add_option("--name", arguments.name, "The printer's name; the host's name by default")
         ->type_name("NAME");
+    app.add_flag("--view", options.view,
+                 "Show a live view instead of log lines,\nwhen standard output is a terminal");
+    app.add_option("--preview", arguments.preview,
+                   "Keep a picture of the layer being exposed in DIR/layer.png")
+        ->type_name("DIR");
 }
 
 } // namespace
@@ -75,7 +94,8 @@ std::optional<int> readOptions(int argc, char **argv, Options &options)
         "is\ncut off by that goes on where it stopped when the printer runs again.\n\n"
         "Examples:\n"
         "  zyprinter --dir ~/models --port 8080\n"
-        "  zyprinter --dir /tmp/models --speed 1 --token secret\n\n"
+        "  zyprinter --dir ~/models --view --speed 100 --preview /tmp\n"
+        "  zyprinter --dir /tmp/models --port 8080 --fail-at 300\n\n"
         "Exit codes: 0 stopped, 2 usage, 3 directory missing or not writable, 4 port in use.");
     addOptions(app, options, arguments);
     addFaults(app, options);
@@ -83,6 +103,7 @@ std::optional<int> readOptions(int argc, char **argv, Options &options)
     if (const auto code = zyapp::parse(app, argc, argv))
         return code;
     options.directory = zyapp::fromArgument(arguments.directory);
+    options.preview = zyapp::fromArgument(arguments.preview);
     options.token = zyapp::fromArgument(arguments.token);
     options.name = arguments.name.empty() ? QSysInfo::machineHostName()
                                           : zyapp::fromArgument(arguments.name);

@@ -18,6 +18,8 @@ struct Options {
     int failAt = 0; ///< layer; 0: none
     double slowCheck = 0; ///< seconds
     bool refuse = false;
+    bool view = false;
+    QString preview; ///< directory; empty: none
 };
 
 /// Nothing when the program is to go on, otherwise its exit code.

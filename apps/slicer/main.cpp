@@ -2,15 +2,15 @@
 // SPDX-License-Identifier: MIT
 // zyslicer: sends sliced models to resin printers and runs their prints, from the command line.
 
-#include "commandline.h"
+#include "errorline.h"
 #include "fleet.h"
 #include "interruption.h"
 #include "jobsteps.h"
 #include "printerbook.h"
 #include "printerscommand.h"
 #include "request.h"
+#include "requestparser.h"
 #include "slicerlog.h"
-#include "terminal.h"
 #include "view.h"
 
 #include <QCoreApplication>
@@ -21,15 +21,16 @@ namespace
 int exitWith(const Outcome &outcome)
 {
     if (!outcome.isOk())
-        terminal::writeError(QStringLiteral("zyslicer: %1\n").arg(outcome.text()));
+        zyapp::printError(QStringLiteral("zyslicer"), outcome.what, outcome.value, outcome.advice);
     return static_cast<int>(outcome.code);
 }
 
 /// Before any printer is asked, so that nothing is half done for a mistake here.
 Outcome checkFiles(const Request &request)
 {
-    for (const ModelFile &file : modelFiles(request)) {
-        const Outcome outcome = checkModelFile(file);
+    const QVector<ModelFile> files = modelFiles(request);
+    for (const ModelFile &file : files) {
+        Outcome outcome = checkModelFile(file);
         if (!outcome.isOk())
             return outcome;
     }
@@ -85,7 +86,7 @@ int main(int argc, char **argv)
 {
     const QCoreApplication app(argc, argv);
     Request request;
-    if (const std::optional<int> exitCode = parseCommandLine(argc, argv, request))
+    if (const std::optional<int> exitCode = parseRequest(argc, argv, request))
         return *exitCode;
     installLogFilter(request.isVerbose);
     return run(request);

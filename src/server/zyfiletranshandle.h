@@ -9,6 +9,8 @@
 #include <QMetaEnum>
 #include <QString>
 
+#include <optional>
+
 #include "zywebhandle.h"
 
 /**
@@ -136,6 +138,8 @@ private:
     bool resumeReception(const QString &key, QJsonObject &reply);
     bool createTemporaryFile(const QString &size);
     bool writeChunk(const QByteArray &message);
+    bool openForData();
+    void noteLoss(qint64 position);
     void completeReception();
 
     QFile m_file;
@@ -150,6 +154,7 @@ private:
     QMetaEnum m_transCmdEnum;
     QMetaEnum m_printStatusEnum;
     int m_printState = UN_START;
+    std::optional<qint64> m_lostFrom; ///< where the temporary file stops being what was sent
     bool m_isCompleted = false; ///< all bytes are in; the host is checking the finished file
 };
 

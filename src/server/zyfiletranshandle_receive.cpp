@@ -58,6 +58,7 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     removePcModelFile(m_fileDir);
     m_transFileSize = size.toLongLong(nullptr, 10);
     m_transOffset = 0;
+    m_lostFrom.reset();
     m_key = key;
     m_isReceiving = true;
     m_fileName = request.value(keys::filename).toString();
@@ -78,6 +79,7 @@ bool ZyFileTransHandle::resumeReception(const QString &key, QJsonObject &reply)
     if (reply.value(keys::key).toString() != key)
         return false;
     sendMessage(reply);
+    m_lostFrom.reset();
     m_isReceiving = true;
     removePcModelFile(m_fileDir);
     return true;
@@ -110,15 +112,37 @@ void ZyFileTransHandle::processBinary(QByteArray message)
 /// False only when the temporary file cannot be opened: a short write shows in the count alone.
 bool ZyFileTransHandle::writeChunk(const QByteArray &message)
 {
-    if (!m_file.isOpen() && !m_file.open(QIODevice::ReadWrite))
+    if (!m_file.isOpen() && !openForData()) {
+        noteLoss(m_transOffset);
         return false;
+    }
     m_file.seek(m_transOffset);
     QDataStream stream(&m_file);
     stream.setVersion(zyws::fileStreamVersion);
     const QByteArray bytes = zyws::unpackChunk(message, m_isCompress);
-    m_transOffset = zyws::advanced(
-        m_transOffset, stream.writeRawData(bytes.constData(), static_cast<int>(bytes.size())));
+    const int written = stream.writeRawData(bytes.constData(), static_cast<int>(bytes.size()));
+    if (m_lostFrom) // so this chunk lies in the wrong place
+        noteLoss(m_transOffset);
+    else if (written < bytes.size())
+        noteLoss(zyws::advanced(m_transOffset, qMax(written, 0)));
+    m_transOffset = zyws::advanced(m_transOffset, written);
     return true;
+}
+
+/// From @p position on the temporary file does not hold what was sent.
+void ZyFileTransHandle::noteLoss(qint64 position)
+{
+    m_lostFrom = qMin(m_lostFrom.value_or(position), position);
+}
+
+bool ZyFileTransHandle::openForData()
+{
+    // Unbuffered, so that what is acknowledged has been taken by the file system.
+    QIODevice::OpenMode mode = QIODevice::ReadWrite | QIODevice::Unbuffered;
+    // A new file in place of one that has gone would have a hole where data was.
+    if (m_transOffset > 0)
+        mode |= QIODevice::ExistingOnly;
+    return m_file.open(mode);
 }
 
 void ZyFileTransHandle::completeReception()

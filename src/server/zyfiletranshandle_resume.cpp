@@ -12,10 +12,14 @@ namespace keys = zyws::keys;
 
 void ZyFileTransHandle::saveKeyInfo()
 {
-    if (!m_file.isOpen() && !m_file.open(QIODevice::ReadWrite))
+    // Only into the file that holds the data: a record in a new one would resume behind a hole.
+    if (!m_file.isOpen() && !m_file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
         return;
+    // The sender does not repeat what a full disk did not take, and what it sent after that lies
+    // in the wrong place. So a resume goes on from there.
+    const qint64 received = m_lostFrom.value_or(m_transOffset);
     m_file.seek(m_transFileSize);
-    m_file.write(zyws::packResumeRecord({m_transFileSize, m_transOffset, m_fileName, m_key}));
+    m_file.write(zyws::packResumeRecord({m_transFileSize, received, m_fileName, m_key}));
     m_file.close();
 }
 

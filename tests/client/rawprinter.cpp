@@ -127,20 +127,27 @@ void RawPrinter::write(const QByteArray &bytes)
 
 void RawPrinter::writeSplit(const QByteArray &bytes, int position)
 {
-    write(bytes.left(position));
-    writeOnceRead(bytes.mid(position));
+    writeOnceRead({bytes.left(position), bytes.mid(position)});
+}
+
+void RawPrinter::writeByteByByte(const QByteArray &bytes)
+{
+    QByteArrayList segments;
+    for (const char byte : bytes)
+        segments.append(QByteArray(1, byte));
+    writeOnceRead(segments);
 }
 
 /// The client lives in this process, so the kernel tells whether it has read everything.
-void RawPrinter::writeOnceRead(const QByteArray &bytes)
+void RawPrinter::writeOnceRead(const QByteArrayList &segments)
 {
-    if (!m_peer)
+    if (!m_peer || segments.isEmpty())
         return;
-    if (m_peer->bytesToWrite() == 0 && unreadBytes(peerPort(), port()) == 0) {
-        write(bytes);
-        return;
-    }
-    QTimer::singleShot(0, m_peer, [this, bytes] { writeOnceRead(bytes); });
+    const bool isRead = m_peer->bytesToWrite() == 0 && unreadBytes(peerPort(), port()) == 0;
+    if (isRead)
+        write(segments.constFirst());
+    QTimer::singleShot(0, m_peer,
+                       [this, left = isRead ? segments.mid(1) : segments] { writeOnceRead(left); });
 }
 
 void RawPrinter::drop()
@@ -173,7 +180,7 @@ void RawPrinter::accept()
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             socket->deleteLater();
             m_peer.clear();
-            Q_EMIT peerDisconnected();
+            emitLater(&RawPrinter::peerDisconnected);
         });
         onReadyRead();
     }
@@ -196,7 +203,7 @@ bool RawPrinter::readHandshake()
     m_incoming.remove(0, end + 4);
     m_isOpen = true;
     write(handshakeAnswer(request) + m_greeting);
-    Q_EMIT peerConnected();
+    emitLater(&RawPrinter::peerConnected);
     return true;
 }
 
@@ -253,10 +260,10 @@ void RawPrinter::handleFrame(int opcode, bool isFinal, const QByteArray &payload
     const QByteArray message = std::exchange(m_message, QByteArray());
     if (m_messageOpcode == Text) {
         m_texts.append(QString::fromUtf8(message));
-        Q_EMIT textReceived(m_texts.constLast());
+        emitLater(&RawPrinter::textReceived, m_texts.constLast());
     } else {
         m_chunks.append(message);
-        Q_EMIT chunkReceived(message);
+        emitLater(&RawPrinter::chunkReceived, message);
     }
 }
 

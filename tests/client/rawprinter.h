@@ -23,7 +23,8 @@ namespace zytest
  * Records what the one client sends and writes what the test tells it to, where a TCP segment
  * begins and ends included. A new connection replaces the one before.
  *
- * Answers the opening handshake, and pings and closes as far as it is told to; nothing else.
+ * Answers the opening handshake, and pings and closes as far as it is told to; nothing else. Its
+ * signals come from the event loop, so slots may spin.
  */
 class RawPrinter : public QObject
 {
@@ -59,6 +60,8 @@ public:
     void write(const QByteArray &bytes);
     /// Writes @p bytes in two segments, the second once the client has read all of the first.
     void writeSplit(const QByteArray &bytes, int position);
+    /// Writes @p bytes in segments of one byte, each once the client has read the one before.
+    void writeByteByByte(const QByteArray &bytes);
     void send(const QJsonObject &message) { write(textFrame(message)); }
 
     /// Ends the TCP connection in order, without a closing handshake.
@@ -73,13 +76,25 @@ Q_SIGNALS:
     void chunkReceived(const QByteArray &payload);
 
 private:
+    template <typename Signal, typename... Arguments>
+    void emitLater(Signal signal, const Arguments &...arguments)
+    {
+        QMetaObject::invokeMethod(
+            this,
+            [=] {
+                Q_EMIT(this->*signal)
+                (arguments...);
+            },
+            Qt::QueuedConnection);
+    }
+
     QTcpSocket &current() const;
     void accept();
     void onReadyRead();
     bool readHandshake();
     bool readFrame();
     void handleFrame(int opcode, bool isFinal, const QByteArray &payload);
-    void writeOnceRead(const QByteArray &bytes);
+    void writeOnceRead(const QByteArrayList &segments);
 
     QTcpServer *m_server;
     QPointer<QTcpSocket> m_peer;

@@ -6,11 +6,13 @@
 #define SESSION_H
 
 #include "logcapture.h"
+#include "modelfiles.h"
 #include "signaltrace.h"
 #include "waiting.h"
 
 #include <zysslechoclient.h>
 
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace zytest
@@ -44,6 +46,23 @@ template <typename Printer> struct Session {
     template <typename... Arguments> bool invoke(const char *slot, Arguments... arguments)
     {
         return QMetaObject::invokeMethod(&client, slot, Qt::DirectConnection, arguments...);
+    }
+};
+
+/// A session with files to send.
+template <typename Printer> struct TransferSession : Session<Printer> {
+    QTemporaryDir dir;
+
+    QString writeFile(const QString &name, const QByteArray &contents)
+    {
+        return zytest::writeFile(dir.filePath(name), contents);
+    }
+
+    /// The last signal of a transfer, however it ends: the reply that started it, passed on.
+    bool hasEnded() const
+    {
+        const QString reply = QStringLiteral("\"cmd\":\"START_FILE\"");
+        return this->trace.of(QStringLiteral("jsonMessageReceived")).join(QChar()).contains(reply);
     }
 };
 

@@ -29,6 +29,10 @@ private Q_SLOTS:
     void readsOneObjectFromAText();
     void losesCommandsSilentlyBeforeTheConnection();
     void losesCommandsSilentlyAfterTheConnection();
+
+private:
+    static void addCommandRows();
+    static void addOtherRows();
 };
 
 namespace
@@ -39,16 +43,23 @@ QString s(const char *text)
     return QString::fromUtf8(text);
 }
 
+void row(const char *tag, const Command &command, const char *text)
+{
+    QTest::newRow(tag) << command << s(text);
+}
+
 } // namespace
 
 void CommandsTest::sendsOneCompactMessage_data()
 {
     QTest::addColumn<Command>("command");
     QTest::addColumn<QString>("text");
+    addCommandRows();
+    addOtherRows();
+}
 
-    const auto row = [](const char *tag, const Command &command, const char *text) {
-        QTest::newRow(tag) << command << s(text);
-    };
+void CommandsTest::addCommandRows()
+{
     row(
         "version check", [](auto &c) { c.versionCheckCmd(); }, R"({"cmd":"VERSION_CHECK"})");
     row(
@@ -57,16 +68,6 @@ void CommandsTest::sendsOneCompactMessage_data()
     row(
         "start print with an empty token", [](auto &c) { c.printStartCmd(s("m"), QString()); },
         R"({"cmd":"START_PRINT","filename":"m","token":""})");
-    row(
-        "start print of a file named in other letters",
-        [](auto &c) {
-            c.printStartCmd(s("Zahnr\xc3\xa4"
-                              "der \"7\"\\.zydlp"),
-                            s("t"));
-        },
-        "{\"cmd\":\"START_PRINT\",\"filename\":\"Zahnr\xc3\xa4"
-        "der \\\"7\\\"\\\\.zydlp\","
-        "\"token\":\"t\"}");
     row(
         "pause", [](auto &c) { c.printPauseCmd(s("t0ken")); },
         R"({"cmd":"PRINT_PAUSE","token":"t0ken"})");
@@ -82,6 +83,20 @@ void CommandsTest::sendsOneCompactMessage_data()
     row(
         "working life", [](auto &c) { c.getPrintworkingLife(s("t0ken")); },
         R"({"cmd":"PRINT_WORKING_LIFE","token":"t0ken"})");
+}
+
+void CommandsTest::addOtherRows()
+{
+    row(
+        "start print of a file named in other letters",
+        [](auto &c) {
+            c.printStartCmd(s("Zahnr\xc3\xa4"
+                              "der \"7\"\\.zydlp"),
+                            s("t"));
+        },
+        "{\"cmd\":\"START_PRINT\",\"filename\":\"Zahnr\xc3\xa4"
+        "der \\\"7\\\"\\\\.zydlp\","
+        "\"token\":\"t\"}");
     row(
         "any message",
         [](auto &c) {

@@ -8,10 +8,17 @@
 
 #include <QTcpServer>
 
+#include <functional>
+#include <memory>
+
 using zytest::RawPrinter;
 using zytest::ScriptedPrinter;
 using Session = zytest::Session<ScriptedPrinter>;
 using RawSession = zytest::Session<RawPrinter>;
+
+using Ending = std::function<void(RawSession &)>;
+
+Q_DECLARE_METATYPE(Ending)
 
 class LifecycleTest : public QObject
 {
@@ -57,6 +64,27 @@ QString stateLine(const char *state)
 const QString connectedLine = s("connected()");
 const QString disconnectedLine = s("disconnected()");
 const QString pauseSuccessLine = s("pauseSuccess()");
+
+// How a connection ends.
+void closeByClient(RawSession &session)
+{
+    session.client.close();
+}
+
+void closeByPeer(RawSession &session)
+{
+    session.printer.write(RawPrinter::closeFrame(1000));
+}
+
+void dropByPeer(RawSession &session)
+{
+    session.printer.drop();
+}
+
+void resetByPeer(RawSession &session)
+{
+    session.printer.reset();
+}
 
 /// A port of this machine on which nobody listens.
 QUrl deadUrl()
@@ -178,31 +206,30 @@ void LifecycleTest::opensAnotherUrlWhileConnected()
 
 void LifecycleTest::opensAgainInsideASlot_data()
 {
-    QTest::addColumn<bool>("isAskedFor");
-    QTest::newRow("disconnected") << false;
-    QTest::newRow("pauseSuccess, inside close()") << true;
+    QTest::addColumn<Ending>("ending");
+    QTest::addColumn<QString>("signalLine");
+    QTest::newRow("disconnected, closed by the peer") << Ending(closeByPeer) << disconnectedLine;
+    QTest::newRow("pauseSuccess, inside close()") << Ending(closeByClient) << pauseSuccessLine;
 }
 
 void LifecycleTest::opensAgainInsideASlot()
 {
-    QFETCH(bool, isAskedFor);
-    Session session;
+    QFETCH(Ending, ending);
+    QFETCH(QString, signalLine);
+    RawSession session;
     QVERIFY(session.open());
     const auto openAgain = [&session] { session.client.openWithUrl(session.printer.url()); };
     connect(&session.client, &ZySslEchoClient::disconnected, this, openAgain);
     connect(&session.client, &ZySslEchoClient::pauseSuccess, this, openAgain);
 
-    if (isAskedFor)
-        session.client.close();
-    else
-        session.printer.close();
+    ending(session);
 
-    const QString ending = isAskedFor ? pauseSuccessLine : disconnectedLine;
-    WAIT_COMPARE(session.trace.lines(), (QStringList{ending, connectedLine}));
+    WAIT_VERIFY(session.trace.count(s("connected")) == 1);
     WAIT_COMPARE(session.printer.connectionCount(), 2);
-    session.printer.sendText(s("{}"));
-    WAIT_COMPARE(session.trace.lines(),
-                 (QStringList{ending, connectedLine, s("jsonMessageReceived({})")}));
+    session.printer.write(RawPrinter::textFrame(s("{}")));
+    WAIT_VERIFY(session.trace.count(s("jsonMessageReceived")) == 1);
+    QCOMPARE(session.trace.lines(),
+             (QStringList{signalLine, connectedLine, s("jsonMessageReceived({})")}));
 }
 
 void LifecycleTest::destructionClosesTheConnection()
@@ -245,21 +272,18 @@ void LifecycleTest::answersAClosingPeer()
 
 void LifecycleTest::reportsADroppedConnection_data()
 {
-    QTest::addColumn<bool>("isReset");
-    QTest::newRow("ended in order") << false;
-    QTest::newRow("reset") << true;
+    QTest::addColumn<Ending>("ending");
+    QTest::newRow("ended in order") << Ending(dropByPeer);
+    QTest::newRow("reset") << Ending(resetByPeer);
 }
 
 void LifecycleTest::reportsADroppedConnection()
 {
-    QFETCH(bool, isReset);
+    QFETCH(Ending, ending);
     RawSession session;
     QVERIFY(session.open());
 
-    if (isReset)
-        session.printer.reset();
-    else
-        session.printer.drop();
+    ending(session);
 
     WAIT_COMPARE(session.client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
     WAIT_COMPARE(session.trace.lines(), QStringList{disconnectedLine});
@@ -306,7 +330,7 @@ void LifecycleTest::aLaterAttemptThatFailsIsADisconnect()
     session.client.openWithUrl(deadUrl());
 
     WAIT_COMPARE(session.client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
-    QCOMPARE(session.trace.lines(), QStringList{disconnectedLine});
+    WAIT_COMPARE(session.trace.lines(), QStringList{disconnectedLine});
 }
 
 void LifecycleTest::anInvalidUrlEmitsNothing()

@@ -84,6 +84,8 @@ QJsonObject TransferAnswers::toStartFile(const QJsonObject &request)
 
 QVector<QJsonObject> TransferAnswers::toChunk(const QByteArray &payload)
 {
+    if (!m_rules.acknowledges)
+        return {};
     m_received += m_rules.compress ? qUncompress(payload).size() : payload.size();
     QVector<QJsonObject> replies{startDataReply(m_key, m_size, m_received)};
     if (m_received >= m_size)
@@ -178,9 +180,9 @@ void ScriptedPrinter::accept()
             socket->deleteLater();
             if (m_peer == socket)
                 m_peer.clear();
-            Q_EMIT peerDisconnected();
+            emitLater(&ScriptedPrinter::peerDisconnected);
         });
-        Q_EMIT peerConnected();
+        emitLater(&ScriptedPrinter::peerConnected);
     }
 }
 
@@ -195,17 +197,18 @@ void ScriptedPrinter::recordText(const QString &text)
         else if (command == QLatin1String("CANCEL_FILE"))
             send(cancelFileReply());
     }
-    Q_EMIT textReceived(text);
+    emitLater(&ScriptedPrinter::textReceived, text);
 }
 
 void ScriptedPrinter::recordChunk(const QByteArray &payload)
 {
-    m_chunks.append(payload);
+    if (m_keepsChunks)
+        m_chunks.append(payload);
     if (m_answers && m_peer) {
         for (const QJsonObject &reply : m_answers->toChunk(payload))
             send(reply);
     }
-    Q_EMIT chunkReceived(payload);
+    emitLater(&ScriptedPrinter::chunkReceived, payload);
 }
 
 } // namespace zytest

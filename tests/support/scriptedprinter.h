@@ -27,6 +27,7 @@ struct TransferRules {
     bool compress = true;
     qint64 offset = 0; ///< bytes it claims to hold already; not 0 gives the resumed form
     int checkState = 1;
+    bool acknowledges = true; ///< false: no answer to chunks
 };
 
 // A printer's replies, spelled as they travel.
@@ -59,7 +60,8 @@ private:
  * Records all that clients send it and sends what the test tells it to.
  *
  * It answers nothing by itself until answerTransfers() is called. Sends go to the connection
- * accepted last.
+ * accepted last. Its signals come from the event loop and not from inside the socket's, so slots
+ * may spin.
  */
 class ScriptedPrinter : public QObject
 {
@@ -82,6 +84,8 @@ public:
     /// The texts whose "cmd" is @p command, as objects.
     QVector<QJsonObject> messages(const QString &command) const;
     const QByteArrayList &chunks() const { return m_chunks; }
+    /// False: chunks are answered but no longer recorded, for files too large for that.
+    void keepChunks(bool keep) { m_keepsChunks = keep; }
     /// Close codes received, in order of the connections' ends.
     const QVector<QWebSocketProtocol::CloseCode> &closeCodes() const { return m_closeCodes; }
 
@@ -101,6 +105,18 @@ Q_SIGNALS:
     void chunkReceived(const QByteArray &payload);
 
 private:
+    template <typename Signal, typename... Arguments>
+    void emitLater(Signal signal, const Arguments &...arguments)
+    {
+        QMetaObject::invokeMethod(
+            this,
+            [=] {
+                Q_EMIT(this->*signal)
+                (arguments...);
+            },
+            Qt::QueuedConnection);
+    }
+
     QWebSocket &current() const;
     void accept();
     void recordText(const QString &text);
@@ -111,6 +127,7 @@ private:
     int m_connectionCount = 0;
     QStringList m_texts;
     QByteArrayList m_chunks;
+    bool m_keepsChunks = true;
     QVector<QWebSocketProtocol::CloseCode> m_closeCodes;
     std::optional<TransferAnswers> m_answers;
 };

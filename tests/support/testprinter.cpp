@@ -19,6 +19,8 @@ TestPrinter::TestPrinter()
 
 TestPrinter::~TestPrinter()
 {
+    // Hooks may refer to peers of the test that are gone by now.
+    m_host.reset();
     destroyServer();
     // Receptions made the directory current, and it is about to be removed.
     QDir::setCurrent(QDir::tempPath());

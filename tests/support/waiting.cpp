@@ -22,8 +22,11 @@ bool waitUntil(const std::function<bool()> &condition, int milliseconds)
     bool isMet = false;
     QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
         isMet = condition();
-        if (isMet || clock.hasExpired(milliseconds))
-            loop.quit();
+        if (!isMet && !clock.hasExpired(milliseconds))
+            return;
+        // Stopped, since it would fire again in a loop nested in this one.
+        poll.stop();
+        loop.quit();
     });
     poll.start(1);
     loop.exec();

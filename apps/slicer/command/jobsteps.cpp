@@ -33,7 +33,8 @@ StepMaker followStep(FollowStep::Mode mode, const QString &token)
 std::vector<StepMaker> sendSteps(const Request &request)
 {
     std::vector<StepMaker> steps;
-    for (const ModelFile &file : modelFiles(request)) {
+    const QVector<ModelFile> files = modelFiles(request);
+    for (const ModelFile &file : files) {
         steps.emplace_back([file](PrinterLink &link, JobNotes &notes) {
             return std::make_unique<TransferStep>(link, notes, file);
         });

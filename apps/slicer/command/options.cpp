@@ -4,25 +4,17 @@
 
 #include "options.h"
 
+#include "commandline.h"
 #include "wirewords.h"
-
-#include <QFile>
-
-#include <CLI/CLI.hpp>
 
 namespace
 {
-
-QString toText(const std::string &bytes)
-{
-    return QFile::decodeName(QByteArray::fromStdString(bytes));
-}
 
 QStringList toTexts(const std::vector<std::string> &values)
 {
     QStringList texts;
     for (const std::string &value : values)
-        texts.append(toText(value));
+        texts.append(zyapp::fromArgument(value));
     return texts;
 }
 
@@ -51,7 +43,8 @@ bool isParameter(const QString &key)
 QJsonObject toParameters(const std::vector<std::string> &assignments)
 {
     QJsonObject parameters;
-    for (const QString &assignment : toTexts(assignments)) {
+    const QStringList texts = toTexts(assignments);
+    for (const QString &assignment : texts) {
         const QString key = assignment.section(QLatin1Char('='), 0, 0);
         if (!assignment.contains(QLatin1Char('=')))
             throw CLI::ValidationError("'" + assignment.toStdString()
@@ -201,8 +194,9 @@ void addPrinters(CLI::App &app, OptionValues &values)
 void addCommands(CLI::App &app, OptionValues &values)
 {
     values.app = &app;
-    app.require_subcommand(1);
-    app.set_version_flag("--version", "zyslicer " ZYSLICER_VERSION);
+    // Not required here, so that a misspelt one is named in the error.
+    app.require_subcommand(0, 1);
+    zyapp::addVersionFlag(app, "zyslicer");
     app.add_flag("-v,--verbose", values.isVerbose, "Show the log on standard error");
     app.add_option("--settings", values.settingsFile, "File of the saved printers")
         ->envname("ZYSLICER_SETTINGS")
@@ -216,40 +210,52 @@ void addCommands(CLI::App &app, OptionValues &values)
 void OptionValues::fill(Request &request) const
 {
     const CLI::App *command = app;
+    if (app->get_subcommands().empty())
+        throw CLI::RequiredError("A command");
     while (!command->get_subcommands().empty())
         command = command->get_subcommands().front();
     request.command = commands.at(command);
     request.printers = toTexts(printers);
-    request.token = toText(token);
+    request.token = zyapp::fromArgument(token);
     request.files = toTexts(files);
     request.isPrinting = isPrinting;
     request.isWatching = isWatching;
-    request.savedName = toText(savedName);
-    request.savedUrl = toText(savedUrl);
-    request.settingsFile = toText(settingsFile);
+    request.parameters = toParameters(parameters);
+    request.savedName = zyapp::fromArgument(savedName);
+    request.savedUrl = zyapp::fromArgument(savedUrl);
+    request.settingsFile = zyapp::fromArgument(settingsFile);
     request.isJson = isJson;
     request.isQuiet = isQuiet;
     request.isVerbose = isVerbose;
-    request.limits.connecting = milliseconds(connecting);
-    request.limits.reply = milliseconds(reply);
-    request.limits.check = milliseconds(check);
-    request.limits.stall = milliseconds(stall);
-    request.limits.retries = retries;
-    request.limits.firstBackOff = milliseconds(backOff);
-    request.limits.pollInterval = milliseconds(interval);
-    request.parameters = toParameters(parameters);
+    fillLimits(request.limits);
+    fillRemoteName(*command, request);
+}
 
-    const bool isSend = request.command == Request::Command::Send;
-    const bool isNamed = isSend && command->count("--as") > 0;
-    if (isSend)
-        request.remoteName = isNamed ? toText(asName) : QString();
-    else
-        request.remoteName = toText(printName);
-    if (isNamed && request.remoteName.isNull())
-        request.remoteName = QLatin1String(""); // given, and empty
+void OptionValues::fillLimits(Limits &limits) const
+{
+    limits.connecting = milliseconds(connecting);
+    limits.reply = milliseconds(reply);
+    limits.check = milliseconds(check);
+    limits.stall = milliseconds(stall);
+    limits.retries = retries;
+    limits.firstBackOff = milliseconds(backOff);
+    limits.pollInterval = milliseconds(interval);
+}
+
+void OptionValues::fillRemoteName(const CLI::App &command, Request &request) const
+{
+    if (request.command == Request::Command::Print) {
+        request.remoteName = zyapp::fromArgument(printName);
+        if (request.remoteName.isEmpty())
+            throw CLI::ValidationError("NAME is empty");
+        return;
+    }
+    if (request.command != Request::Command::Send)
+        return;
+    const bool isNamed = command.count("--as") > 0;
+    if (isNamed) // null means not given, so an empty name is not null
+        request.remoteName = QLatin1String("") + zyapp::fromArgument(asName);
     if (request.files.size() > 1 && (isNamed || isPrinting))
         throw CLI::ValidationError(std::string(isNamed ? "--as" : "--print")
                                    + " takes a single file");
-    if (request.command == Request::Command::Print && request.remoteName.isEmpty())
-        throw CLI::ValidationError("NAME is empty");
 }

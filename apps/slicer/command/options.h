@@ -45,6 +45,10 @@ struct OptionValues {
 
     /// Throws a CLI::ValidationError for what single options cannot tell.
     void fill(Request &request) const;
+
+private:
+    void fillLimits(Limits &limits) const;
+    void fillRemoteName(const CLI::App &command, Request &request) const;
 };
 
 void addCommands(CLI::App &app, OptionValues &values);

@@ -47,9 +47,9 @@ void Fleet::start()
 
 void Fleet::interrupt()
 {
-    for (int i = 0; i < m_members.size(); ++i) {
-        if (m_members[i].job)
-            QMetaObject::invokeMethod(m_members[i].job, &Job::interrupt, Qt::QueuedConnection);
+    for (const Member &member : qAsConst(m_members)) {
+        if (member.job)
+            QMetaObject::invokeMethod(member.job, &Job::interrupt, Qt::QueuedConnection);
     }
 }
 

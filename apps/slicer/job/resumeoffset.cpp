@@ -7,7 +7,7 @@
 namespace
 {
 
-constexpr qint64 chunkSize = 1024 * 1024;
+constexpr qint64 chunkSize = 1048576;
 
 } // namespace
 

@@ -94,7 +94,9 @@ void TransferStep::onProgress(const QString &path, qint64 total, qint64 received
 void TransferStep::onMessage(const QJsonObject &message)
 {
     const QString word = message.value(wire::cmd).toString();
-    if (word == wire::startFile)
+    // A printer that cannot read its reception file refuses without saying what.
+    const bool isNamelessReply = word.isEmpty() && message.contains(wire::compress);
+    if (word == wire::startFile || isNamelessReply)
         onStartFileReply(message);
     else if (word == wire::startData && message.value(wire::errorcode).toInt() != 0)
         endWith(ExitCode::Refused, QStringLiteral("the printer cannot store the data"),
@@ -249,6 +251,7 @@ void TransferStep::interrupt()
     switch (m_stage) {
     case Stage::Offering:
     case Stage::Sending:
+        qCDebug(lcSlicer) << "cancelling" << m_file.name;
         m_stage = Stage::Cancelling;
         m_timeLimit.start(link().limits().stall);
         link().client()->cancel();

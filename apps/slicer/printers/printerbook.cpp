@@ -13,7 +13,7 @@ QString settingsPath(const QString &file)
 {
     if (!file.isEmpty())
         return file;
-    const QString named = qEnvironmentVariable("ZYSLICER_SETTINGS");
+    QString named = qEnvironmentVariable("ZYSLICER_SETTINGS");
     if (!named.isEmpty())
         return named;
     return QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("zyWebsocket"),
@@ -44,7 +44,8 @@ PrinterBook::PrinterBook(const QString &file) : m_settings(settingsPath(file), Q
 QVector<Printer> PrinterBook::printers() const
 {
     QVector<Printer> printers;
-    for (const QString &key : m_settings.allKeys()) {
+    const QStringList keys = m_settings.allKeys();
+    for (const QString &key : keys) {
         if (key.startsWith(group()))
             printers.append({key.mid(group().size()), m_settings.value(key).toUrl()});
     }
@@ -57,7 +58,7 @@ Outcome PrinterBook::add(const QString &name, const QString &url)
         return {ExitCode::Usage, QStringLiteral("not a printer name"), name,
                 QStringLiteral("use letters, digits, '-' and '_', at most 64")};
     QUrl address;
-    const Outcome outcome = parsePrinterAddress(url, address);
+    Outcome outcome = parsePrinterAddress(url, address);
     if (!outcome.isOk())
         return outcome;
     m_settings.setValue(group() + name, address);
@@ -85,7 +86,7 @@ Outcome PrinterBook::resolve(const QString &nameOrUrl, Printer &printer) const
         return {};
     }
     QUrl url;
-    const Outcome outcome = parsePrinterAddress(nameOrUrl, url);
+    Outcome outcome = parsePrinterAddress(nameOrUrl, url);
     if (outcome.isOk())
         printer = {url.toString(), url};
     return outcome;
@@ -103,7 +104,7 @@ Outcome PrinterBook::resolveAll(const QStringList &namesOrUrls, QVector<Printer>
     }
     for (const QString &nameOrUrl : namesOrUrls) {
         Printer printer;
-        const Outcome outcome = resolve(nameOrUrl, printer);
+        Outcome outcome = resolve(nameOrUrl, printer);
         if (!outcome.isOk())
             return outcome;
         if (contains(printers, printer))

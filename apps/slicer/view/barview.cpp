@@ -38,6 +38,9 @@ void BarView::report(int printer, const Event &event)
     case Event::Kind::Status:
         m_rows[printer] = statusRow(printer, event);
         break;
+    case Event::Kind::Stored:
+        m_rows[printer] = storedRow(printer, event);
+        break;
     case Event::Kind::Retrying:
         setNote(printer, event, QStringLiteral("waiting to try again"));
         break;
@@ -80,6 +83,14 @@ ProgressRow BarView::progressRow(int printer, const Event &event) const
     else if (left >= 0)
         row.columns += durationText(left) + QStringLiteral(" left");
     return row;
+}
+
+ProgressRow BarView::storedRow(int printer, const Event &event) const
+{
+    const TransferLog::Entry &entry = transfers().entry(printer);
+    return {label(printer, event),
+            1.0,
+            {byteText(event.total), rateText(meanRate(entry)), durationText(duration(entry))}};
 }
 
 ProgressRow BarView::statusRow(int printer, const Event &event) const
@@ -140,7 +151,7 @@ QString BarView::eraseText()
 {
     if (m_drawnLines == 0)
         return {};
-    const QString text = QStringLiteral("\r\033[%1A\033[J").arg(m_drawnLines);
+    QString text = QStringLiteral("\r\033[%1A\033[J").arg(m_drawnLines);
     m_drawnLines = 0;
     return text;
 }

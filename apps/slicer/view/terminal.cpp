@@ -16,13 +16,6 @@ namespace
 constexpr int usualWidth = 80;
 constexpr int usualHeight = 24;
 
-void writeTo(FILE *stream, const QString &text)
-{
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
-    std::fflush(stream);
-}
-
 } // namespace
 
 namespace terminal
@@ -43,12 +36,9 @@ QSize size()
 
 void write(const QString &text)
 {
-    writeTo(stdout, text);
-}
-
-void writeError(const QString &text)
-{
-    writeTo(stderr, text);
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout);
+    std::fflush(stdout);
 }
 
 } // namespace terminal

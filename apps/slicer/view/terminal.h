@@ -16,7 +16,6 @@ bool isUsable();
 /// In characters.
 QSize size();
 void write(const QString &text);
-void writeError(const QString &text);
 
 } // namespace terminal
 

@@ -52,8 +52,9 @@ QString TextView::marked(int printer, const QString &text) const
 {
     if (!isSeveral())
         return text + QLatin1Char('\n');
+    const QStringList plain = text.split(QLatin1Char('\n'));
     QString lines;
-    for (const QString &line : text.split(QLatin1Char('\n')))
+    for (const QString &line : plain)
         lines += QStringLiteral("%1: %2\n").arg(printers()[printer].label, line);
     return lines;
 }
@@ -67,7 +68,7 @@ QString TextView::summary() const
         const bool hasSent = entry.sent > 0;
         const QString none = QStringLiteral("-");
         table.append({printers()[i].label, hasSent ? byteText(entry.sent) : none,
-                      hasSent ? durationText((entry.endTime - entry.startTime + 500) / 1000) : none,
+                      hasSent ? durationText(duration(entry)) : none,
                       hasSent ? rateText(meanRate(entry)) : none,
                       m_outcomes[i].isOk() ? QStringLiteral("ok") : m_outcomes[i].what});
     }

@@ -37,6 +37,12 @@ void TransferLog::note(int printer, const Event &event)
     }
 }
 
+qint64 duration(const TransferLog::Entry &entry)
+{
+    constexpr qint64 half = 500; // ms, to round
+    return (entry.endTime - entry.startTime + half) / 1000;
+}
+
 double meanRate(const TransferLog::Entry &entry)
 {
     const qint64 time = entry.endTime - entry.startTime;

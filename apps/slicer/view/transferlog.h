@@ -34,6 +34,8 @@ private:
     QVector<Entry> m_entries;
 };
 
+/// From the first offer to the last byte, in seconds.
+qint64 duration(const TransferLog::Entry &entry);
 /// The mean rate over the whole transfer; 0 while unknown.
 double meanRate(const TransferLog::Entry &entry);
 

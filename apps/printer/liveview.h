@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The live view for people: state, job, layers, time left, connections, last events.
+
+#ifndef LIVEVIEW_H
+#define LIVEVIEW_H
+
+#include "terminal.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+
+class EventLog;
+class Machine;
+
+/// Redrawn several times a second and at every event, in whatever size the terminal has then.
+class LiveView : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Facts {
+        QString name;
+        QString url;
+        QString directory;
+        std::function<int()> connections;
+    };
+
+    LiveView(const Machine &machine, const EventLog &log, Facts facts, QObject *parent = nullptr);
+
+private:
+    void draw();
+    QStringList head() const;
+    QStringList jobLines(int width) const;
+
+    const Machine &m_machine;
+    const EventLog &m_log;
+    const Facts m_facts;
+    terminal::Screen m_screen;
+    QTimer m_timer;
+};
+
+#endif // LIVEVIEW_H

@@ -1,0 +1,270 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Ending a transfer from the slicer's side: cancel() and close(), in every state.
+
+#include "scriptedprinter.h"
+#include "session.h"
+
+#include <QTimer>
+
+using zytest::ScriptedPrinter;
+using zytest::TransferRules;
+using Session = zytest::TransferSession<ScriptedPrinter>;
+
+class CancellingTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cancelsWhileAChunkIsUnacknowledged();
+    void cancelsInsideAProgressSlot();
+    void sendsAgainAfterACancel();
+    void cancelsBeforeTheReplyTwice();
+    void cancelsNothingHarmlessly();
+    void closesDuringATransfer();
+
+    void aRefusedCancelEndsTheNextTransfer();
+    void anUnansweredCancelEndsTheNextTransfer();
+    void cancelOpensTheConnectionAgain();
+    void cancelsOnTheNextConnectionOnceAcknowledged();
+};
+
+namespace
+{
+
+QString s(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+TransferRules silent()
+{
+    TransferRules rules;
+    rules.acknowledges = false;
+    return rules;
+}
+
+int cancelsSeen(const Session &session)
+{
+    return session.printer.messages(s("CANCEL_FILE")).size();
+}
+
+int cancelsReported(const Session &session)
+{
+    return session.trace.count(s("cancelFinished"));
+}
+
+QString aFile(Session &session)
+{
+    return session.writeFile(s("local.zydlp"), zytest::compressibleBytes(3 * zytest::chunkBytes));
+}
+
+/// A whole transfer: true when it went through as if nothing had been before.
+bool transferWorks(Session &session)
+{
+    session.printer.answerTransfers();
+    const int chunksBefore = session.printer.chunks().size();
+    const int cancelsBefore = cancelsSeen(session);
+    session.trace.clear();
+    session.client.sendFile(aFile(session), s("again.zydlp"));
+    return zytest::waitUntil([&] {
+        return session.hasEnded() && session.trace.count(s("finish")) == 1
+            && session.printer.chunks().size() == chunksBefore + 3
+            && cancelsSeen(session) == cancelsBefore;
+    });
+}
+
+} // namespace
+
+void CancellingTest::cancelsWhileAChunkIsUnacknowledged()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.printer.answerTransfers(silent());
+    connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client,
+            [&] { session.client.cancel(); });
+
+    session.client.sendFile(aFile(session), s("m"));
+
+    WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 1);
+    QCOMPARE(cancelsSeen(session), 1);
+    QCOMPARE(session.printer.texts().constLast(), s(R"({"cmd":"CANCEL_FILE"})"));
+    QCOMPARE(session.printer.chunks().size(), 1);
+    QCOMPARE(session.logLines().constLast(), s("send end"));
+    QCOMPARE(session.logLines().size(), 4);
+    QCOMPARE(session.trace.lines().size(), 3);
+}
+
+void CancellingTest::cancelsInsideAProgressSlot()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.printer.answerTransfers();
+    connect(&session.client, &ZySslEchoClient::fileTransProgress, this,
+            [&](const QString &, qlonglong, qlonglong received) {
+                if (received == 2 * zytest::chunkBytes)
+                    session.client.cancel();
+            });
+
+    session.client.sendFile(aFile(session), s("m"));
+
+    WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 1);
+    QCOMPARE(cancelsSeen(session), 1);
+    QCOMPARE(session.printer.chunks().size(), 2);
+    QCOMPARE(session.trace.count(s("finish")), 0);
+}
+
+void CancellingTest::sendsAgainAfterACancel()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.printer.answerTransfers(silent());
+    const auto cancelling = connect(&session.printer, &ScriptedPrinter::chunkReceived,
+                                    &session.client, [&] { session.client.cancel(); });
+    session.client.sendFile(aFile(session), s("m"));
+    WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 1);
+    disconnect(cancelling);
+
+    QVERIFY(transferWorks(session));
+}
+
+void CancellingTest::cancelsBeforeTheReplyTwice()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.printer.answerTransfers();
+
+    session.client.sendFile(aFile(session), s("m"));
+    session.client.cancel();
+
+    // Once at once, and once in place of the first chunk.
+    WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 2);
+    QCOMPARE(cancelsSeen(session), 2);
+    QCOMPARE(session.printer.chunks().size(), 0);
+    QCOMPARE(session.logLines(),
+             (QStringList{s("start send"), s("_totalBytes =  3145728"), s("send end")}));
+    QVERIFY(transferWorks(session));
+}
+
+void CancellingTest::cancelsNothingHarmlessly()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.printer.answerTransfers();
+
+    session.client.cancel();
+
+    WAIT_COMPARE(session.trace.names(),
+                 (QStringList{s("cancelFinished"), s("jsonMessageReceived")}));
+    QCOMPARE(cancelsSeen(session), 1);
+    QVERIFY(transferWorks(session));
+}
+
+void CancellingTest::closesDuringATransfer()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.printer.answerTransfers(silent());
+    QStringList logInsideClose;
+    const auto closing
+        = connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client, [&] {
+              session.client.close();
+              logInsideClose = session.logLines();
+          });
+
+    session.client.sendFile(aFile(session), s("m"));
+
+    WAIT_VERIFY(session.hasEnded());
+    QCOMPARE(session.trace.names(), (QStringList{s("pauseSuccess"), s("jsonMessageReceived")}));
+    QCOMPARE(session.printer.chunks().size(), 1);
+    QCOMPARE(cancelsSeen(session), 0);
+    QVERIFY(!logInsideClose.contains(s("send end")));
+    QCOMPARE(session.logLines().constLast(), s("send end"));
+
+    disconnect(closing);
+    session.client.openWithUrl(session.printer.url());
+    WAIT_COMPARE(session.printer.connectionCount(), 2);
+    WAIT_COMPARE(session.trace.count(s("connected")), 1);
+    QVERIFY(transferWorks(session));
+}
+
+void CancellingTest::aRefusedCancelEndsTheNextTransfer()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.client.cancel();
+    WAIT_COMPARE(cancelsSeen(session), 1);
+    session.printer.sendText(s(R"({"cmd":"CANCEL_FILE","errorcode":3})"));
+    WAIT_COMPARE(session.trace.names(), QStringList{s("jsonMessageReceived")});
+
+    session.printer.answerTransfers();
+    session.client.sendFile(aFile(session), s("m"));
+
+    WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 1);
+    QCOMPARE(cancelsSeen(session), 2);
+    QCOMPARE(session.printer.chunks().size(), 0);
+    QVERIFY(transferWorks(session));
+}
+
+void CancellingTest::anUnansweredCancelEndsTheNextTransfer()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.client.cancel();
+    WAIT_COMPARE(cancelsSeen(session), 1);
+
+    session.printer.answerTransfers();
+    session.client.sendFile(aFile(session), s("m"));
+
+    WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 1);
+    QCOMPARE(cancelsSeen(session), 2);
+    QCOMPARE(session.printer.chunks().size(), 0);
+}
+
+void CancellingTest::cancelOpensTheConnectionAgain()
+{
+    ScriptedPrinter other;
+    Session session;
+    QVERIFY(session.open());
+    session.client.openWithUrl(other.url());
+    WAIT_COMPARE(session.trace.count(s("connected")), 1);
+    WAIT_COMPARE(other.connectionCount(), 1);
+    other.drop();
+    WAIT_COMPARE(session.client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
+    session.trace.clear();
+
+    session.client.cancel();
+
+    // The URL opened last, and no message.
+    WAIT_COMPARE(session.trace.lines(), QStringList{s("connected()")});
+    WAIT_COMPARE(other.connectionCount(), 2);
+    session.client.versionCheckCmd();
+    WAIT_COMPARE(other.texts(), QStringList{s(R"({"cmd":"VERSION_CHECK"})")});
+    QCOMPARE(session.printer.connectionCount(), 1);
+}
+
+void CancellingTest::cancelsOnTheNextConnectionOnceAcknowledged()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.printer.answerTransfers(silent());
+    connect(&session.printer, &ScriptedPrinter::chunkReceived, this,
+            [&] { session.printer.drop(); });
+    connect(&session.client, &ZySslEchoClient::disconnected, this,
+            [&] { QTimer::singleShot(0, &session.client, &ZySslEchoClient::cancel); });
+    connect(&session.printer, &ScriptedPrinter::peerConnected, this, [&] {
+        session.printer.send(zytest::startDataReply(s("0"), 3 * zytest::chunkBytes, 0));
+    });
+
+    session.client.sendFile(aFile(session), s("m"));
+
+    WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 1);
+    QCOMPARE(session.printer.connectionCount(), 2);
+    QCOMPARE(cancelsSeen(session), 1);
+    QCOMPARE(session.printer.chunks().size(), 1);
+    QCOMPARE(session.trace.count(s("disconnected")), 1);
+}
+
+QTEST_GUILESS_MAIN(CancellingTest)
+
+#include "tst_cancelling.moc"

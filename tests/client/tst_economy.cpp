@@ -1,0 +1,115 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// What a transfer costs: no processor time while it waits, and no more memory for a larger file.
+
+#include "processview.h"
+#include "scriptedprinter.h"
+#include "session.h"
+
+#include <QFile>
+#include <QTimer>
+
+using zytest::ScriptedPrinter;
+using zytest::TransferRules;
+using Session = zytest::TransferSession<ScriptedPrinter>;
+
+class EconomyTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void sleepsWhileAChunkIsUnacknowledged_data();
+    void sleepsWhileAChunkIsUnacknowledged();
+    void needsNoMoreMemoryForALargerFile_data();
+    void needsNoMoreMemoryForALargerFile();
+};
+
+namespace
+{
+
+QString s(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+constexpr qint64 mebi = 1024 * 1024;
+
+} // namespace
+
+void EconomyTest::sleepsWhileAChunkIsUnacknowledged_data()
+{
+    QTest::addColumn<bool>("isConnected");
+    QTest::newRow("connected") << true;
+    QTest::newRow("the connection lost") << false;
+}
+
+void EconomyTest::sleepsWhileAChunkIsUnacknowledged()
+{
+    QFETCH(bool, isConnected);
+    constexpr int waiting = 1000; // ms
+    Session session;
+    QVERIFY(session.open());
+    TransferRules silent;
+    silent.acknowledges = false;
+    session.printer.answerTransfers(silent);
+    qint64 before = 0;
+    qint64 used = -1;
+    QTimer timer;
+    timer.setSingleShot(true);
+    connect(&timer, &QTimer::timeout, &session.client, [&] {
+        used = zytest::processorTime() - before;
+        session.client.close();
+    });
+    // Both ends live in this process, so its time is theirs.
+    connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client, [&] {
+        if (!isConnected)
+            session.printer.drop();
+        before = zytest::processorTime();
+        timer.start(waiting);
+    });
+
+    session.client.sendFile(session.writeFile(s("local.zydlp"), "0123456789"), s("m"));
+    WAIT_VERIFY(session.hasEnded());
+
+    QVERIFY(used >= 0);
+    QVERIFY2(used < waiting / 10, qPrintable(QStringLiteral("%1 ms").arg(used)));
+}
+
+void EconomyTest::needsNoMoreMemoryForALargerFile_data()
+{
+    QTest::addColumn<bool>("compress");
+    QTest::newRow("as it is") << false;
+    QTest::newRow("compressed") << true;
+}
+
+void EconomyTest::needsNoMoreMemoryForALargerFile()
+{
+    QFETCH(bool, compress);
+    Session session;
+    QVERIFY(session.open());
+    session.printer.keepChunks(false);
+    TransferRules rules;
+    rules.compress = compress;
+    session.printer.answerTransfers(rules);
+    const auto peakAfterSending = [&](qint64 size) {
+        QFile file(session.writeFile(s("local.zydlp"), "start"));
+        const bool isSent = file.resize(size) && session.client.sendFileStart(file, s("m"))
+            && zytest::waitUntil([&] {
+                                return session.hasEnded() && session.trace.count(s("finish")) == 1;
+                            });
+        session.trace.clear();
+        return isSent ? zytest::peakMemory() : -1;
+    };
+
+    // The first transfer pays for every buffer that the second one uses.
+    const qint64 small = peakAfterSending(8 * mebi);
+    QVERIFY(small > 0);
+    const qint64 large = peakAfterSending(64 * mebi);
+    QVERIFY(large > 0);
+
+    QVERIFY2(large - small < 8 * mebi, qPrintable(QStringLiteral("%1 bytes").arg(large - small)));
+}
+
+QTEST_GUILESS_MAIN(EconomyTest)
+
+#include "tst_economy.moc"

@@ -1,0 +1,199 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The keep-alive: its ticks invoked one by one, since the library never starts the timer.
+
+#include "rawprinter.h"
+#include "session.h"
+
+using Session = zytest::Session<zytest::RawPrinter>;
+
+class KeepAliveTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void pingsOnTheFirstTick();
+    void pingsAgainAfterEachPong();
+    void aPongResetsTheCount();
+    void acceptsEveryCertificate();
+    void answersAClosingStateWithACloseOfItsOwn();
+
+    void aSilentPeerIsADisconnectOnTheFourthTick();
+    void goesOnReportingASilentPeer();
+    void neverReportsASilentPeerAfterClose();
+    void leavesAnotherStateAlone_data();
+    void leavesAnotherStateAlone();
+};
+
+namespace
+{
+
+QString s(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+bool tick(Session &session, int times = 1)
+{
+    bool isInvoked = true;
+    for (int i = 0; i < times; ++i)
+        isInvoked = session.invoke("trying") && isInvoked;
+    return isInvoked;
+}
+
+bool pong(Session &session)
+{
+    return session.invoke("onPong", Q_ARG(qulonglong, 1), Q_ARG(QByteArray, QByteArray("other")));
+}
+
+bool enterState(Session &session, QAbstractSocket::SocketState state)
+{
+    return session.invoke("onStateChanged", Q_ARG(QAbstractSocket::SocketState, state));
+}
+
+} // namespace
+
+void KeepAliveTest::pingsOnTheFirstTick()
+{
+    Session session;
+    QVERIFY(session.open());
+
+    QVERIFY(tick(session));
+
+    WAIT_COMPARE(session.printer.pings(), QByteArrayList{"ping"});
+    QCOMPARE(session.trace.lines(), QStringList());
+    QCOMPARE(session.logLines(), QStringList());
+}
+
+void KeepAliveTest::pingsAgainAfterEachPong()
+{
+    Session session;
+    QVERIFY(session.open());
+    for (int pings = 1; pings <= 6; ++pings) {
+        session.trace.clear();
+        QVERIFY(tick(session));
+        WAIT_COMPARE(session.printer.pings().size(), pings);
+        // Whatever comes behind the pong tells that the pong has come.
+        session.printer.write(zytest::RawPrinter::textFrame(s("{}")));
+        WAIT_COMPARE(session.trace.lines(), QStringList{s("jsonMessageReceived({})")});
+    }
+}
+
+void KeepAliveTest::aPongResetsTheCount()
+{
+    Session session;
+    session.printer.setAnswersPings(false);
+    QVERIFY(session.open());
+
+    QVERIFY(tick(session, 3));
+    QVERIFY(pong(session));
+    QVERIFY(tick(session, 3));
+    QCOMPARE(session.trace.lines(), QStringList());
+    WAIT_COMPARE(session.printer.pings().size(), 2);
+
+    QVERIFY(tick(session));
+    QCOMPARE(session.trace.lines(), QStringList{s("disconnected()")});
+}
+
+void KeepAliveTest::acceptsEveryCertificate()
+{
+    Session session;
+    QVERIFY(session.open());
+
+    QVERIFY(session.invoke("onSslErrors", Q_ARG(QList<QSslError>, {QSslError()})));
+
+    QCOMPARE(session.logLines(), QStringList{s("ssl Error!")});
+    QCOMPARE(session.trace.lines(), QStringList());
+}
+
+void KeepAliveTest::answersAClosingStateWithACloseOfItsOwn()
+{
+    Session session;
+    QVERIFY(session.open());
+
+    QVERIFY(enterState(session, QAbstractSocket::ClosingState));
+
+    WAIT_COMPARE(session.trace.lines(), QStringList{s("disconnected()")});
+    WAIT_COMPARE(session.printer.closeCodes(), QVector<int>{1000});
+}
+
+void KeepAliveTest::aSilentPeerIsADisconnectOnTheFourthTick()
+{
+    Session session;
+    session.printer.setAnswersPings(false);
+    QVERIFY(session.open());
+
+    QVERIFY(tick(session, 3));
+    QCOMPARE(session.trace.lines(), QStringList());
+    QVERIFY(tick(session));
+    QCOMPARE(session.trace.lines(), QStringList{s("disconnected()")});
+
+    // Only reported: the socket stays as it is, and nothing more than the one ping is sent.
+    QCOMPARE(session.client.socketConnectStatus(), QAbstractSocket::ConnectedState);
+    session.client.versionCheckCmd();
+    WAIT_COMPARE(session.printer.texts().size(), 1);
+    QCOMPARE(session.printer.pings().size(), 1);
+    QCOMPARE(session.printer.connectionCount(), 1);
+}
+
+void KeepAliveTest::goesOnReportingASilentPeer()
+{
+    Session session;
+    session.printer.setAnswersPings(false);
+    QVERIFY(session.open());
+
+    // The counters are not reset by the report.
+    QVERIFY(tick(session, 6));
+
+    QCOMPARE(session.trace.count(s("disconnected")), 3);
+    QVERIFY(pong(session));
+    QVERIFY(tick(session));
+    WAIT_COMPARE(session.printer.pings().size(), 2);
+    QCOMPARE(session.trace.count(s("disconnected")), 3);
+}
+
+void KeepAliveTest::neverReportsASilentPeerAfterClose()
+{
+    Session session;
+    session.printer.setAnswersPings(false);
+    QVERIFY(session.open());
+    session.printer.drop();
+    WAIT_COMPARE(session.trace.lines(), QStringList{s("disconnected()")});
+    session.client.close(); // while unconnected, so nothing clears the request to close
+
+    QVERIFY(tick(session, 8));
+
+    QCOMPARE(session.trace.lines(), QStringList{s("disconnected()")});
+}
+
+void KeepAliveTest::leavesAnotherStateAlone_data()
+{
+    QTest::addColumn<QAbstractSocket::SocketState>("state");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("unconnected") << QAbstractSocket::UnconnectedState << s("UnconnectedState");
+    QTest::newRow("host lookup") << QAbstractSocket::HostLookupState << s("HostLookupState");
+    QTest::newRow("connecting") << QAbstractSocket::ConnectingState << s("ConnectingState");
+    QTest::newRow("connected") << QAbstractSocket::ConnectedState << s("ConnectedState");
+    QTest::newRow("bound") << QAbstractSocket::BoundState << s("BoundState");
+    QTest::newRow("listening") << QAbstractSocket::ListeningState << s("ListeningState");
+}
+
+void KeepAliveTest::leavesAnotherStateAlone()
+{
+    QFETCH(QAbstractSocket::SocketState, state);
+    QFETCH(QString, name);
+    Session session;
+    QVERIFY(session.open());
+
+    QVERIFY(enterState(session, state));
+
+    QCOMPARE(session.logLines(),
+             QStringList{s("onStateChanged(QAbstractSocket::SocketState state) = QAbstractSocket::")
+                         + name});
+    QCOMPARE(session.client.socketConnectStatus(), QAbstractSocket::ConnectedState);
+    QCOMPARE(session.trace.lines(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(KeepAliveTest)
+
+#include "tst_keepalive.moc"

@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Offsets that no honest printer sends: any defined behaviour will do, as long as it ends.
+
+#include "scriptedprinter.h"
+#include "session.h"
+
+using zytest::ScriptedPrinter;
+using Session = zytest::TransferSession<ScriptedPrinter>;
+
+class OffsetsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void survivesAnyOffset_data();
+    void survivesAnyOffset();
+    void readsFromTheStartWhatIsNoOffset_data();
+    void readsFromTheStartWhatIsNoOffset();
+    void sendsNothingFromBeyondTheFile();
+};
+
+namespace
+{
+
+QString s(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+const QByteArray contents = "0123456789";
+
+/// Sends a file whose acceptance carries @p offset, and acknowledges whatever comes.
+void transferFrom(Session &session, const QJsonValue &offset)
+{
+    session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("m"));
+    zytest::waitUntil([&] { return session.printer.texts().size() == 1; });
+    QJsonObject reply
+        = zytest::startFileReply(zytest::objectIn(session.printer.texts().constLast()));
+    reply.insert(s("compress"), false);
+    reply.insert(s("offset"), offset);
+    QObject::connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client,
+                     [&] { session.printer.sendText(s(R"({"cmd":"START_DATA"})")); });
+    session.printer.send(reply);
+    zytest::waitUntil([&] { return session.hasEnded(); });
+}
+
+} // namespace
+
+void OffsetsTest::survivesAnyOffset_data()
+{
+    QTest::addColumn<QString>("offset");
+    for (const char *offset : {"9223372036854775807", "9223372036854775806", "9223372036854775798",
+                               "-9223372036854775808", "-9223372036854775807", "-1", "-10", "11",
+                               "4294967296", "2147483648", "9223372036853727232"})
+        QTest::newRow(offset) << s(offset);
+}
+
+void OffsetsTest::survivesAnyOffset()
+{
+    QFETCH(QString, offset);
+    Session session;
+    QVERIFY(session.open());
+
+    transferFrom(session, offset);
+
+    QVERIFY(session.hasEnded());
+    QCOMPARE(session.logLines().constLast(), s("send end"));
+    QCOMPARE(session.trace.count(s("transError")), 0);
+    QVERIFY(session.printer.chunks().size() <= 1);
+    // The client is as good as before.
+    session.trace.clear();
+    session.printer.disconnect(&session.client);
+    session.printer.answerTransfers();
+    session.client.sendFile(session.dir.filePath(s("local.zydlp")), s("m"));
+    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+}
+
+void OffsetsTest::readsFromTheStartWhatIsNoOffset_data()
+{
+    QTest::addColumn<QJsonValue>("offset");
+    QTest::newRow("too large for 64 bits") << QJsonValue(s("9223372036854775808"));
+    QTest::newRow("a word") << QJsonValue(s("five"));
+    QTest::newRow("hexadecimal") << QJsonValue(s("0x5"));
+    QTest::newRow("empty") << QJsonValue(QString());
+    QTest::newRow("a number") << QJsonValue(5);
+    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined);
+}
+
+void OffsetsTest::readsFromTheStartWhatIsNoOffset()
+{
+    QFETCH(QJsonValue, offset);
+    Session session;
+    QVERIFY(session.open());
+
+    transferFrom(session, offset);
+
+    QCOMPARE(session.printer.chunks(), QByteArrayList{contents});
+    QVERIFY(session.logLines().contains(s("sendBytes= 10  _totalBytes= 10")));
+}
+
+void OffsetsTest::sendsNothingFromBeyondTheFile()
+{
+    Session session;
+    QVERIFY(session.open());
+
+    transferFrom(session, s("11"));
+
+    QCOMPARE(session.printer.chunks().size(), 0);
+    QCOMPARE(session.logLines(),
+             (QStringList{s("start send"), s("_totalBytes =  10"), s("send end")}));
+}
+
+QTEST_GUILESS_MAIN(OffsetsTest)
+
+#include "tst_offsets.moc"

@@ -1,0 +1,350 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Sending a file when something is wrong: the local file, the reply, the connection.
+
+#include "scriptedprinter.h"
+#include "session.h"
+
+#include <QFile>
+#include <QTimer>
+
+using zytest::ScriptedPrinter;
+using zytest::TransferRules;
+using Session = zytest::TransferSession<ScriptedPrinter>;
+
+class SendingFailuresTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void sendsChunksAsTheyAreWhenNothingIsSaidAboutCompression_data();
+    void sendsChunksAsTheyAreWhenNothingIsSaidAboutCompression();
+    void sendsNothingOfAnEmptyFile();
+    void aSecondFileDuringATransferIsRefusedUnseen();
+    void theLatestFileOwnsItsKey();
+    void takesAFailedWriteForAnAcknowledgement();
+
+    void reportsAFileThatCannotBeRead_data();
+    void reportsAFileThatCannotBeRead();
+    void startsNoTransferAfterAnUnknownKey();
+    void startsNoTransferAfterAFileHasVanished();
+    void reportsARefusalAndGoesOn_data();
+    void reportsARefusalAndGoesOn();
+    void waitsWithoutAConnectionUntilClosed();
+    void resumesAfterADroppedConnection();
+};
+
+namespace
+{
+
+QString s(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+/// Has the client announce @p path; the printer's record of it.
+QJsonObject announce(Session &session, const QString &path)
+{
+    const int before = session.printer.texts().size();
+    session.client.sendFile(path, s("stored.zydlp"));
+    zytest::waitUntil([&] { return session.printer.texts().size() > before; });
+    return zytest::objectIn(session.printer.texts().constLast());
+}
+
+QString keyIn(const QJsonObject &request)
+{
+    return request.value(s("key")).toString();
+}
+
+QString passedOn(const QJsonObject &reply)
+{
+    return QStringLiteral("jsonMessageReceived(%1)").arg(zytest::compactText(reply));
+}
+
+} // namespace
+
+void SendingFailuresTest::sendsChunksAsTheyAreWhenNothingIsSaidAboutCompression_data()
+{
+    QTest::addColumn<QJsonValue>("compress");
+    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined);
+    QTest::newRow("a string") << QJsonValue(s("true"));
+    QTest::newRow("a number") << QJsonValue(1);
+}
+
+void SendingFailuresTest::sendsChunksAsTheyAreWhenNothingIsSaidAboutCompression()
+{
+    QFETCH(QJsonValue, compress);
+    Session session;
+    QVERIFY(session.open());
+    const QString path = session.writeFile(s("local.zydlp"), "0123456789");
+    QJsonObject reply = zytest::startFileReply(announce(session, path));
+    reply.insert(s("compress"), compress); // undefined removes the key
+
+    session.printer.send(reply);
+    connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client,
+            [&] { session.printer.send(zytest::startDataReply(s("k"), 10, 10)); });
+
+    WAIT_VERIFY(session.hasEnded());
+    QCOMPARE(session.printer.chunks(), QByteArrayList{"0123456789"});
+}
+
+void SendingFailuresTest::sendsNothingOfAnEmptyFile()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.printer.answerTransfers();
+
+    session.client.sendFile(session.writeFile(s("empty.zydlp"), {}), s("m"));
+
+    WAIT_VERIFY(session.hasEnded());
+    QCOMPARE(session.printer.texts(),
+             QStringList{s(R"({"cmd":"START_FILE","filename":"m","key":"0","offset":"0",)"
+                           R"("size":"0"})")});
+    QCOMPARE(session.printer.chunks().size(), 0);
+    QCOMPARE(session.trace.lines().size(), 1);
+    QCOMPARE(session.logLines(),
+             (QStringList{s("start send"), s("_totalBytes =  0"), s("send end")}));
+}
+
+void SendingFailuresTest::aSecondFileDuringATransferIsRefusedUnseen()
+{
+    Session session;
+    QVERIFY(session.open());
+    const QString first = session.writeFile(s("first.zydlp"), "first first first");
+    const QString second = session.writeFile(s("second.zydlp"), "second second");
+    const QString key = keyIn(announce(session, first));
+    connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client,
+            [&] { session.client.sendFile(second, s("second.zydlp")); });
+    connect(&session.printer, &ScriptedPrinter::textReceived, &session.client, [&] {
+        // "version" is noticed in every reply, dropped or not.
+        session.printer.sendText(
+            s(R"({"cmd":"START_FILE","compress":true,"errorcode":1,"version":"1","wifistate":3})"));
+        session.printer.send(zytest::startDataReply(key, 17, 17));
+        session.printer.send(zytest::checkDataReply(key, 1));
+    });
+
+    session.printer.send(
+        zytest::startFileReply(zytest::objectIn(session.printer.texts().constFirst())));
+    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+
+    QCOMPARE(session.printer.messages(s("START_FILE")).size(), 2);
+    QCOMPARE(session.printer.chunks().size(), 1);
+    QCOMPARE(session.trace.count(s("transError")), 0);
+    QCOMPARE(session.trace.lines().mid(0, 2),
+             (QStringList{s("checkVersion()"),
+                          QStringLiteral("fileTransProgress(%1, 17, 17)").arg(first)}));
+    QCOMPARE(session.trace.count(s("jsonMessageReceived")), 3);
+    // The second file's key is known all the same.
+    session.trace.clear();
+    session.printer.send(
+        zytest::checkDataReply(keyIn(session.printer.messages(s("START_FILE")).constLast()), 2));
+    WAIT_COMPARE(session.trace.of(s("finish")),
+                 QStringList{QStringLiteral("finish(%1, 2)").arg(second)});
+}
+
+void SendingFailuresTest::theLatestFileOwnsItsKey()
+{
+    Session session;
+    QVERIFY(session.open());
+    const QString first = session.writeFile(s("first.zydlp"), "first, same end");
+    const QString second = session.writeFile(s("second.zydlp"), "second, same end");
+    const QString key = keyIn(announce(session, first));
+    QCOMPARE(keyIn(announce(session, second)), key);
+
+    session.printer.send(zytest::startDataReply(key, 2, 1));
+
+    WAIT_COMPARE(session.trace.of(s("fileTransProgress")),
+                 QStringList{QStringLiteral("fileTransProgress(%1, 2, 1)").arg(second)});
+}
+
+void SendingFailuresTest::takesAFailedWriteForAnAcknowledgement()
+{
+    Session session;
+    QVERIFY(session.open());
+    const QString path
+        = session.writeFile(s("local.zydlp"), zytest::compressibleBytes(zytest::chunkBytes + 1));
+    const QJsonObject request = announce(session, path);
+    connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client, [&] {
+        QJsonObject failed = zytest::startDataReply(keyIn(request), 1048577, 0);
+        failed.insert(s("errorcode"), 2);
+        session.printer.send(failed);
+    });
+
+    session.printer.send(zytest::startFileReply(request));
+
+    WAIT_VERIFY(session.hasEnded());
+    QCOMPARE(session.printer.chunks().size(), 2);
+    QCOMPARE(session.trace.of(s("fileTransProgress")),
+             (QStringList{QStringLiteral("fileTransProgress(%1, 1048577, 0)").arg(path),
+                          QStringLiteral("fileTransProgress(%1, 1048577, 0)").arg(path)}));
+    QCOMPARE(session.trace.count(s("transError")), 0);
+}
+
+void SendingFailuresTest::reportsAFileThatCannotBeRead_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("missing") << s("missing.zydlp");
+    QTest::newRow("a directory") << s(".");
+    QTest::newRow("in a missing directory") << s("missing/model.zydlp");
+}
+
+void SendingFailuresTest::reportsAFileThatCannotBeRead()
+{
+    QFETCH(QString, name);
+    Session session;
+    QVERIFY(session.open());
+    const QString path = session.dir.filePath(name);
+
+    session.client.sendFile(path, s("m"));
+
+    QCOMPARE(session.trace.lines(), QStringList{s("transError(-1, )")});
+    QFile file(path);
+    QVERIFY(!session.client.sendFileStart(file, s("m")));
+    QCOMPARE(session.client.getFileKey(file), QString());
+    QCOMPARE(session.trace.lines().size(), 1);
+    session.client.versionCheckCmd();
+    WAIT_COMPARE(session.printer.texts(), QStringList{s(R"({"cmd":"VERSION_CHECK"})")});
+    QCOMPARE(session.logLines(), QStringList());
+}
+
+void SendingFailuresTest::startsNoTransferAfterAnUnknownKey()
+{
+    Session session;
+    QVERIFY(session.open());
+    const QJsonObject unknown{{s("cmd"), s("START_FILE")}, {s("key"), s("dead")}};
+
+    session.printer.send(unknown);
+    WAIT_COMPARE(session.trace.lines(), (QStringList{s("transError(-2, )"), passedOn(unknown)}));
+    QCOMPARE(session.logLines(), QStringList{s(R"(Can't open file for read "" "dead")")});
+
+    // Requests still go out, replies to START_FILE are dropped, all others are handled.
+    session.trace.clear();
+    session.printer.answerTransfers();
+    const QString path = session.writeFile(s("local.zydlp"), "0123456789");
+    const QString key = keyIn(announce(session, path));
+    session.printer.send(unknown);
+    session.printer.sendText(s(R"({"cmd":"START_FILE","errorcode":1})"));
+    session.printer.send(zytest::startDataReply(key, 10, 0));
+    WAIT_COMPARE(session.trace.lines(),
+                 (QStringList{QStringLiteral("fileTransProgress(%1, 10, 0)").arg(path),
+                              passedOn(zytest::startDataReply(key, 10, 0))}));
+    QCOMPARE(session.printer.chunks().size(), 0);
+    QCOMPARE(session.logLines().size(), 1);
+}
+
+void SendingFailuresTest::startsNoTransferAfterAFileHasVanished()
+{
+    Session session;
+    QVERIFY(session.open());
+    const QString path = session.writeFile(s("local.zydlp"), "0123456789");
+    const QJsonObject request = announce(session, path);
+    QVERIFY(QFile::remove(path));
+    const QJsonObject reply = zytest::startFileReply(request);
+
+    session.printer.send(reply);
+    WAIT_COMPARE(session.trace.lines(), (QStringList{s("transError(-2, )"), passedOn(reply)}));
+    QCOMPARE(
+        session.logLines(),
+        QStringList{
+            QStringLiteral("Can't open file for read \"%1\" \"%2\"").arg(path, keyIn(request))});
+
+    session.trace.clear();
+    session.writeFile(s("local.zydlp"), "0123456789");
+    session.printer.send(reply);
+    session.printer.sendText(s("{}"));
+    WAIT_COMPARE(session.trace.lines(), QStringList{s("jsonMessageReceived({})")});
+    QCOMPARE(session.printer.chunks().size(), 0);
+}
+
+void SendingFailuresTest::reportsARefusalAndGoesOn_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::newRow("busy") << 1;
+    QTest::newRow("no temporary file") << 2;
+    QTest::newRow("token rejected") << 4;
+    QTest::newRow("never sent by our printer") << -7;
+}
+
+void SendingFailuresTest::reportsARefusalAndGoesOn()
+{
+    QFETCH(int, code);
+    Session session;
+    QVERIFY(session.open());
+    const QString path = session.writeFile(s("local.zydlp"), "0123456789");
+    announce(session, path);
+    const QJsonObject refusal{{s("cmd"), s("START_FILE")}, {s("errorcode"), code}};
+
+    session.printer.send(refusal);
+    WAIT_COMPARE(session.trace.lines(),
+                 (QStringList{QStringLiteral("transError(%1, )").arg(code), passedOn(refusal)}));
+    QCOMPARE(session.printer.chunks().size(), 0);
+    QCOMPARE(session.logLines(), QStringList());
+
+    session.trace.clear();
+    session.printer.answerTransfers();
+    session.client.sendFile(path, s("m"));
+    WAIT_COMPARE(session.trace.of(s("finish")),
+                 QStringList{QStringLiteral("finish(%1, 1)").arg(path)});
+}
+
+void SendingFailuresTest::waitsWithoutAConnectionUntilClosed()
+{
+    Session session;
+    QVERIFY(session.open());
+    TransferRules silent;
+    silent.acknowledges = false;
+    session.printer.answerTransfers(silent);
+    connect(&session.printer, &ScriptedPrinter::chunkReceived, this,
+            [&] { session.printer.drop(); });
+    bool wasWaiting = false;
+    connect(&session.client, &ZySslEchoClient::disconnected, this, [&] {
+        QTimer::singleShot(0, &session.client, [&] {
+            wasWaiting = !session.hasEnded() && !session.logLines().contains(s("send end"));
+            session.client.close();
+        });
+    });
+
+    session.client.sendFile(session.writeFile(s("local.zydlp"), "0123456789"), s("m"));
+
+    WAIT_VERIFY(session.hasEnded());
+    QVERIFY(wasWaiting);
+    // Nothing was connected any more, so close() has nothing to report.
+    QCOMPARE(session.trace.names(), (QStringList{s("disconnected"), s("jsonMessageReceived")}));
+    QCOMPARE(session.logLines().constLast(), s("send end"));
+}
+
+void SendingFailuresTest::resumesAfterADroppedConnection()
+{
+    const QByteArray contents = zytest::compressibleBytes(2 * zytest::chunkBytes + 11);
+    Session session;
+    QVERIFY(session.open());
+    const QString path = session.writeFile(s("local.zydlp"), contents);
+    TransferRules rules;
+    rules.acknowledges = false;
+    session.printer.answerTransfers(rules);
+    const auto dropping = connect(&session.printer, &ScriptedPrinter::chunkReceived, this,
+                                  [&] { session.printer.drop(); });
+    connect(&session.client, &ZySslEchoClient::disconnected, this, [&] { session.client.close(); });
+    session.client.sendFile(path, s("m"));
+    WAIT_VERIFY(session.hasEnded());
+    disconnect(dropping);
+
+    session.trace.clear();
+    rules = {};
+    rules.offset = zytest::chunkBytes;
+    session.printer.answerTransfers(rules);
+    session.client.openWithUrl(session.printer.url());
+    WAIT_COMPARE(session.printer.connectionCount(), 2);
+    WAIT_COMPARE(session.trace.count(s("connected")), 1);
+    session.client.sendFile(path, s("m"));
+
+    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    QByteArray arrived;
+    for (const QByteArray &payload : session.printer.chunks())
+        arrived += qUncompress(payload);
+    QVERIFY(arrived == contents);
+}
+
+QTEST_GUILESS_MAIN(SendingFailuresTest)
+
+#include "tst_sendingfailures.moc"

@@ -1,0 +1,394 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// zyprinter as a process when things go wrong: bad input, bad models, tokens, faults on purpose.
+
+#include "models.h"
+#include "printerprocess.h"
+#include "slicer.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QtTest>
+
+#include <csignal>
+
+namespace
+{
+
+const QString model = QStringLiteral("part.zydlp");
+const QVector<int> checkedAndStarted{2, 0};
+const QVector<int> checkFailed{2, 3};
+const QVector<int> tokenRejected{4};
+const QVector<int> busy{1};
+
+QStringList words(const char *text)
+{
+    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+QString text(const QJsonObject &reply, const char *key)
+{
+    return reply.value(QLatin1String(key)).toString();
+}
+
+int number(const QJsonObject &reply, const char *key)
+{
+    return reply.value(QLatin1String(key)).toInt(-1);
+}
+
+} // namespace
+
+class TestPrinterRainyDay : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void rejectsItsCommandLine_data();
+    void rejectsItsCommandLine();
+    void rejectsItsDirectory_data();
+    void rejectsItsDirectory();
+    void saysThatItsPortIsInUse();
+
+    void keepsButDoesNotPrintWhatIsNoModel_data();
+    void keepsButDoesNotPrintWhatIsNoModel();
+    void doesNotPrintWhatItDoesNotHave_data();
+    void doesNotPrintWhatItDoesNotHave();
+    void writesOnlyIntoItsOwnDirectory_data();
+    void writesOnlyIntoItsOwnDirectory();
+    void failsWhenTheModelIsDamagedDuringThePrint();
+
+    void asksForTheToken();
+    void takesTheTokenFromTheEnvironment();
+    void refusesATransferWithAWrongToken();
+
+    void failsAtTheLayerAskedFor();
+    void refusesEverythingWhenAskedTo();
+    void servesOthersDuringASlowCheck();
+    void startsAfterASlowCheck();
+    void endsDuringASlowCheck();
+    void makesNamesFromTheWireHarmlessInItsLog();
+
+private:
+    bool begin(const char *arguments, int layers);
+
+    std::unique_ptr<PrinterProcess> m_printer;
+    std::unique_ptr<QTemporaryDir> m_local;
+    Slicer m_slicer;
+};
+
+void TestPrinterRainyDay::init()
+{
+    m_printer = std::make_unique<PrinterProcess>();
+    m_local = std::make_unique<QTemporaryDir>();
+}
+
+/// A printer that holds a model of so many layers.
+bool TestPrinterRainyDay::begin(const char *arguments, int layers)
+{
+    writeFile(m_local->filePath(model), smallModel(layers));
+    return m_printer->start(words(arguments)) && m_slicer.connectTo(m_printer->url())
+        && m_slicer.send(m_local->filePath(model), model) == 1;
+}
+
+void TestPrinterRainyDay::rejectsItsCommandLine_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("error");
+    QTest::newRow("no directory") << words("") << QByteArray("--dir is required");
+    QTest::newRow("unknown option") << words("--dir /tmp --bogus") << QByteArray("--bogus");
+    QTest::newRow("stray argument") << words("--dir /tmp stray") << QByteArray("stray");
+    QTest::newRow("port as text") << words("--dir /tmp --port http") << QByteArray("--port");
+    QTest::newRow("port too high") << words("--dir /tmp --port 65536") << QByteArray("--port");
+    QTest::newRow("port below zero") << words("--dir /tmp --port -1") << QByteArray("--port");
+    QTest::newRow("no speed") << words("--dir /tmp --speed 0") << QByteArray("--speed");
+    QTest::newRow("endless speed") << words("--dir /tmp --speed inf") << QByteArray("--speed");
+    QTest::newRow("speed no number") << words("--dir /tmp --speed nan") << QByteArray("--speed");
+    QTest::newRow("layer 0") << words("--dir /tmp --fail-at 0") << QByteArray("--fail-at");
+    QTest::newRow("slow check below zero")
+        << words("--dir /tmp --slow-check -1") << QByteArray("--slow-check");
+}
+
+void TestPrinterRainyDay::rejectsItsCommandLine()
+{
+    QFETCH(const QStringList, arguments);
+    QFETCH(const QByteArray, error);
+    const RunResult result = runPrinter(arguments);
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.error.startsWith("zyprinter: "), result.error.constData());
+    QVERIFY2(result.error.contains(error), result.error.constData());
+    QVERIFY2(result.error.endsWith("; see zyprinter --help\n"), result.error.constData());
+    QCOMPARE(result.error.count('\n'), 1);
+    QCOMPARE(result.output, QByteArray());
+}
+
+void TestPrinterRainyDay::rejectsItsDirectory_data()
+{
+    QTest::addColumn<QString>("directory");
+    QTest::addColumn<QByteArray>("fault");
+    // Not even root may write into /proc.
+    QTest::newRow("missing") << QStringLiteral("/nonexistent/models")
+                             << QByteArray("does not exist");
+    QTest::newRow("below a file") << QStringLiteral("/dev/null/models")
+                                  << QByteArray("does not exist");
+    QTest::newRow("a file") << QStringLiteral("/dev/null") << QByteArray("is no directory");
+    QTest::newRow("not writable") << QStringLiteral("/proc") << QByteArray("is not writable");
+}
+
+void TestPrinterRainyDay::rejectsItsDirectory()
+{
+    QFETCH(const QString, directory);
+    QFETCH(const QByteArray, fault);
+    const RunResult result = runPrinter({QStringLiteral("--dir"), directory});
+    QCOMPARE(result.exitCode, 3);
+    QCOMPARE(result.error,
+             "zyprinter: receive directory " + fault + ": " + directory.toUtf8()
+                 + "; give --dir a directory that can be written\n");
+    QCOMPARE(result.output, QByteArray());
+}
+
+void TestPrinterRainyDay::saysThatItsPortIsInUse()
+{
+    QTcpServer other;
+    QVERIFY(other.listen(QHostAddress::Any));
+    const QString port = QString::number(other.serverPort());
+    const RunResult result
+        = runPrinter({QStringLiteral("--dir"), m_local->path(), QStringLiteral("--port"), port});
+    QCOMPARE(result.exitCode, 4);
+    QCOMPARE(result.error,
+             "zyprinter: port is in use or not permitted: " + port.toUtf8()
+                 + "; choose another --port, or 0 for a free one\n");
+    QCOMPARE(result.output, QByteArray());
+}
+
+void TestPrinterRainyDay::keepsButDoesNotPrintWhatIsNoModel_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArray>("fault");
+    QByteArray damaged = smallModel(20);
+    damaged[damaged.size() - 6] = char(~damaged.at(damaged.size() - 6));
+    QTest::newRow("other content")
+        << QByteArray(100000, 'x') << QByteArray("the magic number is missing");
+    QTest::newRow("one byte") << QByteArray("x") << QByteArray("the magic number is missing");
+    QTest::newRow("damaged layer") << damaged << QByteArray("layer 20: CRC mismatch");
+    QTest::newRow("cut off") << smallModel(20).left(500) << QByteArray("file is cut off");
+}
+
+void TestPrinterRainyDay::keepsButDoesNotPrintWhatIsNoModel()
+{
+    QFETCH(const QByteArray, bytes);
+    QFETCH(const QByteArray, fault);
+    writeFile(m_local->filePath(model), bytes);
+    QVERIFY(m_printer->start());
+    QVERIFY(m_slicer.connectTo(m_printer->url()));
+    QCOMPARE(m_slicer.send(m_local->filePath(model), model), 2);
+    QVERIFY(readFile(m_printer->path(model)) == bytes);
+    QVERIFY2(m_printer->says("received \"part.zydlp\": no valid model: "),
+             m_printer->output().constData());
+    QCOMPARE(m_slicer.print(model), checkFailed);
+    QCOMPARE(m_slicer.printStatus(), QStringLiteral("PRINT_GENERAL"));
+    QVERIFY2(m_printer->says("check of \"part.zydlp\" failed: "), m_printer->output().constData());
+    QVERIFY2(m_printer->output().count(fault) == 2, m_printer->output().constData());
+}
+
+void TestPrinterRainyDay::doesNotPrintWhatItDoesNotHave_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("missing") << QStringLiteral("missing.zydlp");
+    QTest::newRow("no name") << QString();
+    QTest::newRow("absolute") << QStringLiteral("/part.zydlp");
+    QTest::newRow("above") << QStringLiteral("../part.zydlp");
+    QTest::newRow("the directory") << QStringLiteral(".");
+    QTest::newRow("a directory") << QStringLiteral("folder");
+    QTest::newRow("below") << QStringLiteral("folder/part.zydlp");
+    QTest::newRow("hidden") << QStringLiteral(".incoming");
+}
+
+void TestPrinterRainyDay::doesNotPrintWhatItDoesNotHave()
+{
+    QFETCH(const QString, name);
+    QVERIFY(begin("", 5));
+    QVERIFY(QDir(m_printer->path({})).mkdir(QStringLiteral("folder")));
+    writeFile(m_printer->path(QStringLiteral("folder/part.zydlp")), smallModel(5));
+    QCOMPARE(m_slicer.print(name), checkFailed);
+    QCOMPARE(m_slicer.print(model), checkedAndStarted);
+}
+
+void TestPrinterRainyDay::writesOnlyIntoItsOwnDirectory_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("above") << QStringLiteral("../evil.zydlp");
+    QTest::newRow("far above") << QStringLiteral("../../evil.zydlp");
+    QTest::newRow("absolute") << QStringLiteral("%1/evil.zydlp");
+    QTest::newRow("below") << QStringLiteral("below/evil.zydlp");
+    QTest::newRow("roundabout") << QStringLiteral("../.incoming/evil.zydlp");
+    QTest::newRow("hidden") << QStringLiteral(".evil");
+    QTest::newRow("parent") << QStringLiteral("..");
+    QTest::newRow("no name") << QString();
+    QTest::newRow("the reception file") << QStringLiteral("wifi_tranfer.tmp");
+    QTest::newRow("too long") << QString(300, QLatin1Char('e'));
+}
+
+void TestPrinterRainyDay::writesOnlyIntoItsOwnDirectory()
+{
+    QFETCH(QString, name);
+    // Two levels of its own, so that whatever lands above is seen.
+    const QString directory = m_local->filePath(QStringLiteral("a/b"));
+    QVERIFY(QDir().mkpath(directory));
+    if (name.contains(QLatin1Char('%')))
+        name = name.arg(m_local->path());
+    QTemporaryDir source;
+    const QString file = source.filePath(model);
+    writeFile(file, smallModel(3));
+    QVERIFY(m_printer->start({QStringLiteral("--dir"), directory}));
+    QVERIFY(m_slicer.connectTo(m_printer->url()));
+    QCOMPARE(m_slicer.send(file, name), 2);
+    QDir everything(m_local->path());
+    everything.setFilter(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    QCOMPARE(everything.entryList(), QStringList{QStringLiteral("a")});
+    everything.cd(QStringLiteral("a"));
+    QCOMPARE(everything.entryList(), QStringList{QStringLiteral("b")});
+    everything.cd(QStringLiteral("b"));
+    QCOMPARE(everything.entryList(), QStringList{QStringLiteral(".incoming")});
+    everything.cd(QStringLiteral(".incoming"));
+    QCOMPARE(everything.entryList(), QStringList());
+    // And goes on working.
+    QCOMPARE(m_slicer.send(file, model), 1);
+}
+
+void TestPrinterRainyDay::failsWhenTheModelIsDamagedDuringThePrint()
+{
+    QVERIFY(begin("--speed 1000", 1000));
+    QCOMPARE(m_slicer.print(model), checkedAndStarted);
+    QFile file(m_printer->path(model));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.seek(file.size() - 1000)); // seconds away, even at this speed
+    QCOMPARE(file.write(QByteArray(500, 'x')), 500);
+    file.close();
+    QVERIFY(m_slicer.reaches(QStringLiteral("PRINT_FAIL")));
+    const QString layer = text(m_slicer.status(), "curSliceLayer");
+    QVERIFY(m_printer->says("failed: \"part.zydlp\": layer " + layer.toUtf8() + ": CRC mismatch"));
+}
+
+void TestPrinterRainyDay::asksForTheToken()
+{
+    const QString token = QStringLiteral("s3cret");
+    QVERIFY(begin("--token s3cret --speed 0.001", 50)); // sent without a token
+    for (const QString &wrong : {QString(), QStringLiteral("S3CRET"), QStringLiteral("s3cret ")}) {
+        QCOMPARE(m_slicer.print(model, wrong), tokenRejected);
+        QCOMPARE(m_slicer.pause(wrong), QStringLiteral("TOKEN_ERROR"));
+        QCOMPARE(m_slicer.stop(wrong), QStringLiteral("TOKEN_ERROR"));
+        const QJsonObject status = m_slicer.status(wrong);
+        QCOMPARE(text(status, "printStatus"), QStringLiteral("TOKEN_ERROR"));
+        QCOMPARE(text(status, "printExposure"), QString());
+        m_slicer.setParameters({{QStringLiteral("printExposure"), QStringLiteral("9")}}, wrong);
+        QVERIFY(text(m_slicer.status(token), "printExposure") != QStringLiteral("9"));
+    }
+    QCOMPARE(m_slicer.print(model, token), checkedAndStarted);
+    m_slicer.setParameters({{QStringLiteral("printExposure"), QStringLiteral("9")}}, token);
+    QCOMPARE(text(m_slicer.status(token), "printExposure"), QStringLiteral("9"));
+    QCOMPARE(m_slicer.pause(token), QStringLiteral("CMD_SUCCES"));
+    QCOMPARE(m_slicer.stop(token), QStringLiteral("CMD_SUCCES"));
+    QVERIFY(!m_printer->output().contains("s3cret"));
+}
+
+void TestPrinterRainyDay::takesTheTokenFromTheEnvironment()
+{
+    qputenv("ZYPRINTER_TOKEN", "fromenv");
+    const bool hasBegun = begin("", 5);
+    qunsetenv("ZYPRINTER_TOKEN");
+    QVERIFY(hasBegun);
+    QCOMPARE(m_slicer.print(model), tokenRejected);
+    QCOMPARE(m_slicer.print(model, QStringLiteral("fromenv")), checkedAndStarted);
+}
+
+void TestPrinterRainyDay::refusesATransferWithAWrongToken()
+{
+    QVERIFY(begin("--token s3cret", 5));
+    QJsonObject request{{QStringLiteral("cmd"), QStringLiteral("START_FILE")},
+                        {QStringLiteral("filename"), QStringLiteral("other")},
+                        {QStringLiteral("size"), QStringLiteral("10")},
+                        {QStringLiteral("key"), QStringLiteral("1")},
+                        {QStringLiteral("token"), QStringLiteral("guess")}};
+    const QJsonObject refusal = m_slicer.ask(request);
+    QCOMPARE(number(refusal, "errorcode"), 4);
+    QCOMPARE(number(refusal, "wifistate"), 6);
+    QVERIFY(m_printer->says("refused a transfer: wrong token"));
+    request.insert(QStringLiteral("token"), QStringLiteral("s3cret"));
+    QCOMPARE(number(m_slicer.ask(request), "errorcode"), 0);
+    QVERIFY(m_printer->says("transfer accepted"));
+}
+
+void TestPrinterRainyDay::failsAtTheLayerAskedFor()
+{
+    QVERIFY(begin("--speed 1000 --fail-at 7", 20));
+    QCOMPARE(m_slicer.print(model), checkedAndStarted);
+    QVERIFY(m_slicer.reaches(QStringLiteral("PRINT_FAIL")));
+    QCOMPARE(text(m_slicer.status(), "curSliceLayer"), QStringLiteral("7"));
+    QVERIFY(m_printer->says("failed: \"part.zydlp\": layer 7: failure asked for by --fail-at"));
+    QCOMPARE(m_slicer.print(model), checkedAndStarted);
+}
+
+void TestPrinterRainyDay::refusesEverythingWhenAskedTo()
+{
+    writeFile(m_local->filePath(model), smallModel(5));
+    QVERIFY(m_printer->start(words("--refuse")));
+    QVERIFY(m_slicer.connectTo(m_printer->url()));
+    QCOMPARE(m_slicer.send(m_local->filePath(model), model), -1001);
+    QVERIFY(!QFile::exists(m_printer->path(model)));
+    QCOMPARE(m_slicer.print(model), busy);
+    QCOMPARE(m_slicer.pause(), QStringLiteral("CMD_FAIL"));
+    QCOMPARE(m_slicer.stop(), QStringLiteral("CMD_FAIL"));
+    QCOMPARE(m_slicer.printStatus(), QStringLiteral("PRINT_GENERAL"));
+}
+
+void TestPrinterRainyDay::servesOthersDuringASlowCheck()
+{
+    QVERIFY(begin("--slow-check 3600", 5));
+    QSignalSpy answers(&m_slicer.client(), &ZySslEchoClient::printErrorCode);
+    m_slicer.client().printStartCmd(model, {});
+    QVERIFY(answers.wait(30000));
+    QCOMPARE(answers.at(0).at(0).toInt(), 2);
+
+    Slicer other;
+    QVERIFY(other.connectTo(m_printer->url()));
+    QCOMPARE(other.printStatus(), QStringLiteral("PRINT_GENERAL"));
+    QCOMPARE(other.print(model), busy);
+    QCOMPARE(other.send(m_local->filePath(model), model), -1001);
+    QCOMPARE(answers.size(), 1);
+    QCOMPARE(other.stop(), QStringLiteral("CMD_SUCCES"));
+    QTRY_COMPARE_WITH_TIMEOUT(answers.size(), 2, 30000);
+    QCOMPARE(answers.at(1).at(0).toInt(), 3);
+    QCOMPARE(other.printStatus(), QStringLiteral("PRINT_END"));
+}
+
+void TestPrinterRainyDay::startsAfterASlowCheck()
+{
+    QVERIFY(begin("--slow-check 0.2 --speed 1000", 5));
+    QElapsedTimer clock;
+    clock.start();
+    QCOMPARE(m_slicer.print(model), checkedAndStarted);
+    QVERIFY(clock.elapsed() >= 190);
+    QVERIFY(m_slicer.reaches(QStringLiteral("PRINT_COMPLETE")));
+}
+
+void TestPrinterRainyDay::endsDuringASlowCheck()
+{
+    QVERIFY(begin("--slow-check 3600", 5));
+    QSignalSpy answers(&m_slicer.client(), &ZySslEchoClient::printErrorCode);
+    m_slicer.client().printStartCmd(model, {});
+    QVERIFY(answers.wait(30000));
+    QCOMPARE(m_printer->stop(SIGTERM), 0);
+    QVERIFY(!m_printer->output().contains("printing"));
+}
+
+void TestPrinterRainyDay::makesNamesFromTheWireHarmlessInItsLog()
+{
+    QVERIFY(begin("", 5));
+    QCOMPARE(m_slicer.print(QStringLiteral("x\n00:00:00 complete\x1b[2J")), checkFailed);
+    QVERIFY2(m_printer->says("\"x?00:00:00 complete?[2J\""), m_printer->output().constData());
+}
+
+QTEST_GUILESS_MAIN(TestPrinterRainyDay)
+#include "tst_printer_rainyday.moc"

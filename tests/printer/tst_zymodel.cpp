@@ -1,0 +1,153 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// zymodel as a process: what it writes is a model, and bad input gets one clear line.
+
+#include "modelreader.h"
+#include "models.h"
+#include "printerprocess.h"
+
+#include <QtTest>
+
+class TestZymodel : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void writesASolid();
+    void writesTheSameFileForTheSameOptions();
+    void checksAModel();
+    void saysItsVersionAndItsHelp();
+
+    void rejectsBadInput_data();
+    void rejectsBadInput();
+    void namesADamagedLayer();
+
+private:
+    QString path(const char *name) const { return m_dir.filePath(QLatin1String(name)); }
+    RunResult generate(const QString &out, const QStringList &more);
+
+    QTemporaryDir m_dir;
+};
+
+RunResult TestZymodel::generate(const QString &out, const QStringList &more)
+{
+    return runModel(QStringList{QStringLiteral("--out"), out, QStringLiteral("--resolution"),
+                                QStringLiteral("144x256"), QStringLiteral("--layers"),
+                                QStringLiteral("19")}
+                    + more);
+}
+
+void TestZymodel::writesASolid()
+{
+    const QString file = path("solid.zydlp");
+    const RunResult result = generate(file, {QStringLiteral("--resin"), QStringLiteral("Rot")});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.error, QByteArray());
+
+    zymodel::ModelReader reader;
+    QVERIFY2(reader.open(file) && reader.checkAllLayers(), qPrintable(reader.error()));
+    QCOMPARE(reader.layerCount(), 19);
+    QCOMPARE(reader.header().width, 144U);
+    QCOMPARE(reader.header().height, 256U);
+    QCOMPARE(reader.header().resin, QStringLiteral("Rot"));
+    // The sphere's diameter is 97 % of 144 pixels of 50 um, and 5 % of it are cut off.
+    QCOMPARE(reader.header().layerThickness, quint32(qRound(144 * 50e3 * 0.97 * 0.95 / 19)));
+
+    QByteArray mask;
+    QVERIFY(reader.readLayer(9, mask));
+    const auto count = [&mask](auto matches) {
+        return std::count_if(mask.cbegin(), mask.cend(), [&](char c) { return matches(uchar(c)); });
+    };
+    // A cut through the lattice: thin walls, and a good part of their pixels only partly covered.
+    const auto solid = count([](int grey) { return grey > 0; });
+    const auto edge = count([](int grey) { return grey > 0 && grey < 255; });
+    QVERIFY2(solid > mask.size() / 20 && solid < mask.size() / 2,
+             qPrintable(QString::number(solid)));
+    QVERIFY2(edge > solid / 10 && edge < solid, qPrintable(QString::number(edge)));
+    QCOMPARE(mask.left(144 * 50), QByteArray(144 * 50, '\0')); // beside the sphere
+}
+
+void TestZymodel::writesTheSameFileForTheSameOptions()
+{
+    QCOMPARE(generate(path("a"), {}).exitCode, 0);
+    QCOMPARE(generate(path("b"), {}).exitCode, 0);
+    QCOMPARE(generate(path("c"), {QStringLiteral("--seed"), QStringLiteral("2")}).exitCode, 0);
+    QCOMPARE(readFile(path("a")), readFile(path("b")));
+    QVERIFY(readFile(path("a")) != readFile(path("c")));
+    QVERIFY(readFile(path("a")).right(4) != readFile(path("c")).right(4));
+}
+
+void TestZymodel::checksAModel()
+{
+    QCOMPARE(generate(path("good"), {}).exitCode, 0);
+    const RunResult result = runModel({QStringLiteral("--check"), path("good")});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.output,
+             QByteArray("19 layers of 144x256 pixels, 349.2 um each, resin \"Standard Grey\": "
+                        "valid\n"));
+}
+
+void TestZymodel::saysItsVersionAndItsHelp()
+{
+    const RunResult version = runModel({QStringLiteral("--version")});
+    QCOMPARE(version.exitCode, 0);
+    QVERIFY(version.output.startsWith("zymodel "));
+    const RunResult help = runModel({QStringLiteral("--help")});
+    QCOMPARE(help.exitCode, 0);
+    for (const char *option : {"--out", "--check", "--layers", "--resolution", "--seed", "--resin"})
+        QVERIFY2(help.output.contains(option), option);
+}
+
+void TestZymodel::rejectsBadInput_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QByteArray>("error");
+    const auto words = [](const char *text) {
+        return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    };
+    QTest::newRow("nothing to do")
+        << words("") << 2
+        << QByteArray("zymodel: nothing to do; give --out FILE or --check FILE\n");
+    QTest::newRow("both") << words("--out a --check b") << 2 << QByteArray("excludes");
+    QTest::newRow("unknown option") << words("--out a --bogus") << 2 << QByteArray("--bogus");
+    QTest::newRow("no number") << words("--out a --layers x") << 2 << QByteArray("--layers");
+    QTest::newRow("no layers") << words("--out a --layers 0") << 2 << QByteArray("--layers");
+    QTest::newRow("resolution") << words("--out a --resolution 10") << 2
+                                << QByteArray("10 is no WIDTHxHEIGHT");
+    QTest::newRow("resolution with a tail")
+        << words("--out a --resolution 10x10x10") << 2 << QByteArray("10x10x10 is no WIDTHxHEIGHT");
+    QTest::newRow("cannot write") << words("--out /dev/null/a --layers 1") << 3
+                                  << QByteArray("/dev/null/a; give a --out that can be written");
+    QTest::newRow("cannot read") << words("--check /dev/null/a") << 3
+                                 << QByteArray("cannot read the model");
+    QTest::newRow("no model") << words("--check /dev/null") << 4
+                              << QByteArray("no valid model (no sliced model: the magic number is "
+                                            "missing): /dev/null");
+}
+
+void TestZymodel::rejectsBadInput()
+{
+    QFETCH(const QStringList, arguments);
+    QFETCH(const int, exitCode);
+    QFETCH(const QByteArray, error);
+    const RunResult result = runModel(arguments);
+    QCOMPARE(result.exitCode, exitCode);
+    QVERIFY2(result.error.startsWith("zymodel: "), result.error.constData());
+    QVERIFY2(result.error.contains(error), result.error.constData());
+    QCOMPARE(result.error.count('\n'), 1);
+}
+
+void TestZymodel::namesADamagedLayer()
+{
+    QByteArray model = smallModel(30);
+    model[model.size() - 10] = char(~model.at(model.size() - 10));
+    writeFile(path("damaged"), model);
+    const RunResult result = runModel({QStringLiteral("--check"), path("damaged")});
+    QCOMPARE(result.exitCode, 4);
+    QVERIFY2(result.error.contains("no valid model (layer 30: CRC mismatch"),
+             result.error.constData());
+}
+
+QTEST_GUILESS_MAIN(TestZymodel)
+#include "tst_zymodel.moc"

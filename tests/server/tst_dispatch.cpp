@@ -1,0 +1,226 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Which command reaches which handler, and what reaches none.
+
+#include "logcapture.h"
+#include "memberaccess.h"
+#include "rawpeer.h"
+#include "testprinter.h"
+#include "wirejson.h"
+
+#include <QtTest>
+
+using namespace zytest;
+
+class tst_Dispatch : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startsIdle();
+    void reachesTheHandler_data();
+    void reachesTheHandler();
+    void readsAMessageWithWhiteSpace();
+
+    void ignores_data();
+    void ignores();
+    void logsTheCommandWord_data();
+    void logsTheCommandWord();
+    void standsAloneWithoutAServer();
+    void namesCommandResults_data();
+    void namesCommandResults();
+    void namesPrinterStates_data();
+    void namesPrinterStates();
+};
+
+void tst_Dispatch::startsIdle()
+{
+    TestPrinter printer;
+    RawPeer peer(printer.port());
+    QVERIFY(printer.waitForConnections(1));
+    ZyFileTransHandle &handle = *printer.handles().first();
+    QCOMPARE(handle.status(), 0);
+    QCOMPARE(valueOf(FileDir(), handle), printer.dir());
+    QCOMPARE(valueOf(IsCompress(), handle), true);
+    QCOMPARE(valueOf(IsReceiving(), handle), false);
+    QCOMPARE(valueOf(PrintState(), handle), 0);
+}
+
+void tst_Dispatch::reachesTheHandler_data()
+{
+    QTest::addColumn<QByteArray>("request");
+    QTest::addColumn<QString>("firstCall");
+    QTest::addColumn<QJsonObject>("firstReply");
+    const auto row = [](const char *command, const char *call, const char *reply) {
+        QTest::newRow(command) << QByteArray("{\"cmd\":\"") + command + "\"}"
+                               << QString::fromLatin1(call) << json(reply);
+    };
+    row("GET_PRINT_STATUS", "sigGetPrinterStatus(||||||||||||0, )",
+        R"({"cmd":"GET_PRINT_STATUS","printStatus":"PRINT_GENERAL","filename":"",
+            "sliceLayerCount":"","curSliceLayer":"","printRemainTime":"","initExposure":"",
+            "delayLight":"","printExposure":"","printHeight":"","eleSpeed":"",
+            "bottomExposureNum":"","layerThickness":"","resin":""})");
+    row("START_FILE", "getPrintState(0, , false)",
+        R"({"cmd":"START_FILE","errorcode":0,"compress":true,"filename":"","size":"",
+            "offset":"0","key":""})");
+    row("CANCEL_FILE", "cancle()", R"({"cmd":"CANCEL_FILE","errorcode":0})");
+    row("START_PRINT", "getFilePrintState(0, , true)",
+        R"({"cmd":"START_PRINT","status":"CHECKING","filename":""})");
+    row("PRINT_PAUSE", "sigDoPrintPause(0, )", R"({"cmd":"PRINT_PAUSE","status":"CMD_SUCCES"})");
+    row("PRINT_STOP", "sigDoPrintStop(0, )", R"({"cmd":"PRINT_STOP","status":"CMD_SUCCES"})");
+    row("VERSION_CHECK", "sifGetVersionCheck()", R"({"version":"1"})");
+    row("PRINT_PARA_SET", "sigSetPrintPara(||||||||||||0, )",
+        R"({"cmd":"PRINT_PARA_SET","status":""})");
+}
+
+void tst_Dispatch::reachesTheHandler()
+{
+    QFETCH(QByteArray, request);
+    TestPrinter printer;
+    RawPeer peer(printer.port());
+    QTEST(peer.ask(request), "firstReply");
+    QVERIFY(waitUntil([&] { return !printer.host().calls().isEmpty(); }));
+    QTEST(printer.host().calls().first(), "firstCall");
+}
+
+void tst_Dispatch::readsAMessageWithWhiteSpace()
+{
+    TestPrinter printer;
+    RawPeer peer(printer.port());
+    QCOMPARE(peer.ask(" {\n\t\"x\" : [ { } ] , \"cmd\" : \"VERSION_CHECK\" }\n"),
+             json(R"({"version":"1"})"));
+}
+
+void tst_Dispatch::ignores_data()
+{
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, const char *text) {
+        QTest::newRow(name) << QString::fromUtf8(text);
+    };
+    row("lower case", R"({"cmd":"start_print"})");
+    row("mixed case", R"({"cmd":"Version_Check"})");
+    row("a space before", R"({"cmd":" VERSION_CHECK"})");
+    row("a space behind", R"({"cmd":"VERSION_CHECK "})");
+    row("a beginning only", R"({"cmd":"VERSION"})");
+    row("a longer word", R"({"cmd":"PRINT_STOPING"})");
+    row("TRANSCMD_NULL", R"({"cmd":"TRANSCMD_NULL"})");
+    row("START_DATA", R"({"cmd":"START_DATA"})");
+    row("CHECK_DATA", R"({"cmd":"CHECK_DATA"})");
+    row("PRINT_WORKING_LIFE", R"({"cmd":"PRINT_WORKING_LIFE","token":"t"})");
+    row("an unknown word", R"({"cmd":"FORMAT_DISK"})");
+    row("an empty word", R"({"cmd":""})");
+    row("the number of a command", R"({"cmd":9})");
+    row("null", R"({"cmd":null})");
+    row("an array", R"({"cmd":["VERSION_CHECK"]})");
+    row("an object", R"({"cmd":{"cmd":"VERSION_CHECK"}})");
+    row("another letter case of the key", R"({"CMD":"VERSION_CHECK"})");
+    row("no cmd", R"({"token":"t"})");
+    row("an empty object", "{}");
+    row("an array of objects", R"([{"cmd":"VERSION_CHECK"}])");
+    row("an array of numbers", "[1,2]");
+    row("a JSON text", R"("x")");
+    row("truncated JSON", R"({"cmd":"VERSION_CHECK")");
+    row("no JSON", "VERSION_CHECK");
+    row("an empty message", "");
+}
+
+void tst_Dispatch::ignores()
+{
+    QFETCH(QString, text);
+    TestPrinter printer;
+    RawPeer peer(printer.port());
+    peer.sendText(text);
+    QVERIFY(peer.expectNothing());
+    QCOMPARE(printer.host().calls(), QStringList{QStringLiteral("sifGetVersionCheck()")});
+    QCOMPARE(printer.lastStatus(), 0);
+}
+
+void tst_Dispatch::logsTheCommandWord_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("line");
+    const auto row = [](const char *name, const char *text, const char *line) {
+        QTest::newRow(name) << QString::fromUtf8(text) << QString::fromUtf8(line);
+    };
+    row("a command", R"({"cmd":"PRINT_STOP"})", R"(strCmd: "PRINT_STOP")");
+    row("an unknown word", R"({"cmd":"a \"quoted\" word"})", R"(strCmd: "a \"quoted\" word")");
+    row("a number", R"({"cmd":9})", R"(strCmd: "")");
+    row("no cmd", "{}", R"(strCmd: "")");
+    row("no JSON", "no JSON", R"(strCmd: "")");
+}
+
+void tst_Dispatch::logsTheCommandWord()
+{
+    QFETCH(QString, text);
+    TestPrinter printer;
+    RawPeer peer(printer.port());
+    QVERIFY(printer.waitForConnections(1));
+    LogCapture log;
+    peer.sendText(text);
+    QVERIFY(waitUntil([&] { return !log.lines().isEmpty(); }));
+    QTEST(log.texts().first(), "line");
+    QVERIFY(waitUntil([&] { return peer.texts().size() == printer.host().calls().size(); }));
+    QCOMPARE(log.lines().size(), 1);
+}
+
+void tst_Dispatch::standsAloneWithoutAServer()
+{
+    QObject notAServer;
+    ZyFileTransHandle handle(&notAServer, nullptr);
+    QCOMPARE(handle.status(), 0);
+    QCOMPARE(valueOf(IsCompress(), handle), true);
+    QCOMPARE(valueOf(FileDir(), handle), QString());
+    QCOMPARE(valueOf(Key(), handle), QString());
+    QCOMPARE(valueOf(FileName(), handle), QString());
+    QCOMPARE(valueOf(TmpFileName(), handle), QString());
+    QCOMPARE(valueOf(TransFileSize(), handle), 0);
+    QCOMPARE(valueOf(TransOffset(), handle), 0);
+    // None of these needs a server.
+    handle.processJson(json(R"({"cmd":"CHECK_DATA"})"));
+    handle.processBinary(qCompress("data"));
+    handle.saveKeyInfo();
+    QCOMPARE(handle.getKeyInfo(), QJsonObject());
+    handle.onDisconnect();
+    QCOMPARE(handle.status(), 0);
+}
+
+void tst_Dispatch::namesCommandResults_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("word");
+    QTest::newRow("0") << 0 << QString();
+    QTest::newRow("1") << 1 << QString();
+    QTest::newRow("5") << 5 << QString();
+    QTest::newRow("6") << 6 << QStringLiteral("TOKEN_ERROR");
+    QTest::newRow("7") << 7 << QStringLiteral("CMD_SUCCES");
+    QTest::newRow("8") << 8 << QStringLiteral("CMD_FAIL");
+    QTest::newRow("9") << 9 << QString();
+}
+
+void tst_Dispatch::namesCommandResults()
+{
+    QFETCH(int, code);
+    ZyFileTransHandle handle(nullptr, nullptr);
+    QTEST(handle.getCmdExeStatusKey(code), "word");
+}
+
+void tst_Dispatch::namesPrinterStates_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("word");
+    QTest::newRow("-1") << -1 << QString();
+    QTest::newRow("0") << 0 << QStringLiteral("PRINT_GENERAL");
+    QTest::newRow("6") << 6 << QStringLiteral("PRINT_STOPING");
+    QTest::newRow("8") << 8 << QStringLiteral("TOKEN_ERROR");
+    QTest::newRow("9") << 9 << QString();
+}
+
+void tst_Dispatch::namesPrinterStates()
+{
+    QFETCH(int, code);
+    ZyFileTransHandle handle(nullptr, nullptr);
+    QTEST(handle.getPrintStatusKey(code), "word");
+}
+
+QTEST_GUILESS_MAIN(tst_Dispatch)
+#include "tst_dispatch.moc"

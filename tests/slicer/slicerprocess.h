@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// A running zyslicer, and what it needs: models, settings of its own.
+
+#ifndef SLICERPROCESS_H
+#define SLICERPROCESS_H
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QProcess>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QVector>
+
+/// QVERIFY with the bytes that were looked at.
+#define VERIFY_TEXT(condition, text) QVERIFY2(condition, QByteArray(text).constData())
+
+/// Runs beside the test, whose event loop serves printers and proxies meanwhile.
+class SlicerProcess
+{
+public:
+    explicit SlicerProcess(const QStringList &arguments, const QString &settings = {});
+    /// Ends it if it still runs.
+    ~SlicerProcess();
+
+    /// False when it still runs after a long time, or crashed.
+    bool waitForExit();
+    /// Waits until its standard output has @p text; false when it ends or lasts too long before.
+    bool waitForOutput(const QByteArray &text);
+    /// Waits for a line of --json whose "event" is @p event; empty when none comes.
+    QJsonObject waitForEvent(const QString &event);
+
+    /// SIGINT, as Ctrl-C gives it.
+    void interrupt();
+    void kill();
+
+    int exitCode() const { return m_process.exitCode(); }
+    const QByteArray &output() const { return m_output; }
+    const QByteArray &errors() const { return m_errors; }
+
+private:
+    Q_DISABLE_COPY(SlicerProcess)
+
+    QTemporaryDir m_directory;
+    QProcess m_process;
+    QByteArray m_output;
+    QByteArray m_errors;
+};
+
+struct SlicerResult {
+    int exitCode = -1; ///< -1 when it crashed or did not end
+    QByteArray output;
+    QByteArray errors;
+};
+
+SlicerResult runSlicer(const QStringList &arguments, const QString &settings = {});
+
+/// The objects of --json; ends the test program on a line that is not one object.
+QVector<QJsonObject> jsonLines(const QByteArray &output);
+/// Those with this "event".
+QVector<QJsonObject> eventsNamed(const QString &event, const QByteArray &output);
+
+/// Whether @p errors is one line of the form "zyslicer: what: value; advice" with @p part in it.
+bool isOneErrorLine(const QByteArray &errors, const QByteArray &part);
+
+/// The exit code, and the one line on standard error with its part in it.
+#define EXPECT_FAILURE(result, code, part)                                                         \
+    do {                                                                                           \
+        const SlicerResult failed = (result);                                                      \
+        VERIFY_TEXT(isOneErrorLine(failed.errors, part), failed.errors);                           \
+        QCOMPARE(failed.exitCode, code);                                                           \
+    } while (false)
+
+/// Writes a valid sliced model of @p layers small layers to @p path; returns @p path.
+QString makeModel(const QString &path, int layers = 20);
+
+/// A URL at which nobody listens.
+QString deadUrl();
+
+#endif // SLICERPROCESS_H

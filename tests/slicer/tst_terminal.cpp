@@ -1,0 +1,196 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Progress on a terminal: zyslicer behind a pseudo-terminal of a known size.
+
+#include "modelfiles.h"
+#include "printerprocess.h"
+#include "slicerprocess.h"
+#include "texts.h"
+
+#include <QRegularExpression>
+#include <QtTest>
+
+#include <fcntl.h>
+#include <pty.h>
+#include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace
+{
+
+struct TerminalResult {
+    int exitCode = -1;
+    QByteArray screen; ///< all that was written, control sequences included
+};
+
+/// Runs zyslicer with a terminal of @p columns and @p rows as its standard output and input;
+/// types Ctrl-C once @p interruptAt has been written.
+TerminalResult runOnTerminal(const QStringList &arguments, unsigned short columns,
+                             unsigned short rows, const QByteArray &interruptAt = {})
+{
+    QList<QByteArray> bytes{QByteArrayLiteral(ZYSLICER)};
+    for (const QString &argument : arguments)
+        bytes.append(argument.toUtf8());
+    std::vector<char *> argv;
+    for (QByteArray &argument : bytes)
+        argv.push_back(argument.data());
+    argv.push_back(nullptr);
+
+    const winsize size{rows, columns, 0, 0};
+    int terminal = -1;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, &size);
+    if (child == 0) {
+        setenv("TERM", "xterm", 1);
+        execv(argv[0], argv.data());
+        _exit(127);
+    }
+    TerminalResult result;
+    bool isInterrupted = interruptAt.isEmpty();
+    char buffer[4096];
+    // Reading fails once the child has closed its end.
+    for (ssize_t count; (count = read(terminal, buffer, sizeof buffer)) > 0;) {
+        result.screen.append(buffer, static_cast<int>(count));
+        if (!isInterrupted && result.screen.contains(interruptAt)) {
+            isInterrupted = true;
+            if (write(terminal, "\003", 1) != 1)
+                break;
+        }
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    close(terminal);
+    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return result;
+}
+
+/// The lines drawn, without control sequences.
+QStringList drawnLines(const QByteArray &screen)
+{
+    QString text = QString::fromUtf8(screen);
+    text.remove(QRegularExpression("\\x1b\\[[0-9]*[A-Z]"_s));
+    text.remove(QLatin1Char('\r'));
+    return text.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+class TestTerminal : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void drawsABarOverItself();
+    void keepsToTheWidth_data();
+    void keepsToTheWidth();
+    void drawsOneLineForEachPrinter();
+    void writesPlainLinesWhenTheTerminalIsTooLow();
+    void cancelsWhenCtrlCIsTyped();
+    void drawsTheLayersOfAPrint();
+
+private:
+    QTemporaryDir m_directory;
+    QString m_file;
+    QString m_model;
+};
+
+void TestTerminal::initTestCase()
+{
+    m_file = zytest::writeFile(m_directory.filePath("file.zydlp"_s),
+                               zytest::randomBytes(qint64(zytest::chunkBytes) * 12));
+    m_model = makeModel(m_directory.filePath("part.zydlp"_s));
+}
+
+void TestTerminal::drawsABarOverItself()
+{
+    PrinterProcess printer;
+    const TerminalResult result
+        = runOnTerminal({"send"_s, m_model, "--to"_s, printer.url().toString()}, 100, 24);
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(result.screen.contains("\033[1A\033[J"));
+    const QStringList lines = drawnLines(result.screen);
+    VERIFY_TEXT(lines.filter("part.zydlp: sent, "_s).size() == 1, result.screen);
+    const QRegularExpression bar("^part\\.zydlp  \\[=+\\]  100 %  .* KiB  .*/s  0:0\\d$"_s);
+    VERIFY_TEXT(bar.match(lines.last()).hasMatch(), result.screen);
+}
+
+void TestTerminal::keepsToTheWidth_data()
+{
+    QTest::addColumn<int>("columns");
+    for (const int columns : {1, 20, 40, 60, 80, 200})
+        QTest::newRow(qPrintable("%1 columns"_s.arg(columns))) << columns;
+}
+
+void TestTerminal::keepsToTheWidth()
+{
+    QFETCH(int, columns);
+    PrinterProcess printer;
+    const TerminalResult result
+        = runOnTerminal({"send"_s, m_file, "--to"_s, printer.url().toString()},
+                        static_cast<unsigned short>(columns), 24);
+    QCOMPARE(result.exitCode, 8); // no model
+    int bars = 0;
+    for (const QString &line : drawnLines(result.screen)) {
+        // News and errors are told in full, progress has to fit.
+        if (line.contains(": "_s))
+            continue;
+        QVERIFY2(line.size() < std::max(columns, 2), qPrintable(line));
+        bars += line.contains(QLatin1Char('[')) ? 1 : 0;
+    }
+    QCOMPARE(bars > 0, columns > 30);
+}
+
+void TestTerminal::drawsOneLineForEachPrinter()
+{
+    PrinterProcess one;
+    PrinterProcess two;
+    const TerminalResult result = runOnTerminal(
+        {"send"_s, m_model, "--to"_s, one.url().toString(), "--to"_s, two.url().toString()}, 100,
+        24);
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(result.screen.contains("\033[2A\033[J"));
+    const QStringList lines = drawnLines(result.screen);
+    for (const PrinterProcess *printer : {&one, &two}) {
+        const QString label = printer->url().toString();
+        VERIFY_TEXT(!lines.filter(label + "  ["_s).isEmpty(), result.screen);
+    }
+}
+
+void TestTerminal::writesPlainLinesWhenTheTerminalIsTooLow()
+{
+    PrinterProcess printer;
+    const TerminalResult result
+        = runOnTerminal({"send"_s, m_model, "--to"_s, printer.url().toString()}, 100, 2);
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(!result.screen.contains('\033'));
+    QVERIFY(result.screen.contains("part.zydlp: 100 % "));
+}
+
+void TestTerminal::cancelsWhenCtrlCIsTyped()
+{
+    PrinterProcess printer;
+    const QString big = zytest::writeFile(m_directory.filePath("big.zydlp"_s),
+                                          zytest::randomBytes(qint64(zytest::chunkBytes) * 80));
+    const TerminalResult result
+        = runOnTerminal({"send"_s, big, "--to"_s, printer.url().toString()}, 100, 24, "MiB/s");
+    QCOMPARE(result.exitCode, 130);
+    VERIFY_TEXT(result.screen.contains("zyslicer: interrupted: big.zydlp"), result.screen);
+}
+
+void TestTerminal::drawsTheLayersOfAPrint()
+{
+    PrinterProcess printer({"--speed"_s, "20000"_s});
+    const TerminalResult result
+        = runOnTerminal({"send"_s, m_model, "--to"_s, printer.url().toString(), "--print"_s,
+                         "--watch"_s, "--interval"_s, "0.05"_s},
+                        100, 24);
+    QCOMPARE(result.exitCode, 0);
+    const QRegularExpression bar(
+        "^part\\.zydlp  \\[=+\\]  100 %  complete  layer 20/20  0:00 left$"_s);
+    VERIFY_TEXT(bar.match(drawnLines(result.screen).last()).hasMatch(), result.screen);
+}
+
+QTEST_GUILESS_MAIN(TestTerminal)
+
+#include "tst_terminal.moc"

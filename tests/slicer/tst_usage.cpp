@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// What is wrong before any printer is asked: usage, local files, settings.
+
+#include "modelfiles.h"
+#include "slicerprocess.h"
+#include "texts.h"
+
+#include <QtTest>
+
+#include <unistd.h>
+
+class TestUsage : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void refusesWrongUsage_data();
+    void refusesWrongUsage();
+    void checksTheFileBeforeAnythingIsSent_data();
+    void checksTheFileBeforeAnythingIsSent();
+    void tellsThatSettingsAreNotWritable();
+    void keepsAnErrorOnOneLine();
+
+private:
+    QTemporaryDir m_directory;
+    QString m_model;
+};
+
+void TestUsage::initTestCase()
+{
+    m_model = makeModel(m_directory.filePath("part.zydlp"_s));
+}
+
+void TestUsage::refusesWrongUsage_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("part");
+    const auto row = [](const char *name, const QStringList &arguments, const char *part) {
+        QTest::newRow(name) << arguments << QByteArray(part);
+    };
+    const QString url = "ws://127.0.0.1:1"_s;
+    row("nothing", {}, "required");
+    row("unknown command", {"sned"_s}, "sned");
+    row("unknown option", {"status"_s, "--bogus"_s}, "--bogus");
+    row("no file", {"send"_s, "--to"_s, url}, "FILE");
+    row("one name for two files", {"send"_s, "a"_s, "b"_s, "--as"_s, "c"_s}, "--as");
+    row("print of two files", {"send"_s, "a"_s, "b"_s, "--print"_s}, "--print");
+    row("watch without print", {"send"_s, "a"_s, "--watch"_s}, "--watch");
+    row("negative stall", {"send"_s, "a"_s, "--stall"_s, "-1"_s}, "--stall");
+    row("retries no number", {"send"_s, "a"_s, "--retries"_s, "many"_s}, "--retries");
+    row("quiet and JSON", {"status"_s, "--quiet"_s, "--json"_s}, "--quiet");
+    row("unknown parameter", {"set"_s, "exposure=3"_s, "--to"_s, url}, "exposure");
+    row("no assignment", {"set"_s, "initExposure"_s, "--to"_s, url}, "initExposure");
+    row("empty print name", {"print"_s, ""_s, "--to"_s, url}, "NAME");
+    row("unknown printer", {"status"_s, "--to"_s, "bench9"_s}, "unknown printer: bench9");
+    row("no address", {"status"_s, "--to"_s, "http://host"_s}, "http://host");
+    row("no printer", {"status"_s}, "no printer named");
+    row("the same printer twice", {"status"_s, "--to"_s, url, "--to"_s, "127.0.0.1:1"_s},
+        "named twice: 127.0.0.1:1");
+}
+
+void TestUsage::refusesWrongUsage()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, part);
+    EXPECT_FAILURE(runSlicer(arguments), 2, part);
+}
+
+void TestUsage::checksTheFileBeforeAnythingIsSent_data()
+{
+    QTest::addColumn<QString>("file"); // empty: the good model
+    QTest::addColumn<QString>("name"); // null: the file's own
+    QTest::addColumn<QByteArray>("part");
+    const QString file = m_directory.filePath("empty.zydlp"_s);
+    zytest::writeFile(file, {});
+    QTest::newRow("missing") << "/nonexistent/part.zydlp"_s << QString()
+                             << QByteArray("no such file: /nonexistent/part.zydlp");
+    QTest::newRow("directory") << m_directory.path() << QString()
+                               << QByteArray("not a regular file");
+    QTest::newRow("device") << "/dev/null"_s << QString() << QByteArray("not a regular file");
+    QTest::newRow("empty") << file << QString() << QByteArray("file is empty");
+    QTest::newRow("unreadable") << m_directory.filePath("secret.zydlp"_s) << QString()
+                                << QByteArray("not readable");
+    const auto name = [](const char *tag, const QString &text, const char *part) {
+        QTest::newRow(tag) << QString() << text << QByteArray(part);
+    };
+    name("empty name", ""_s, "no file name");
+    name("separator", "a/b.zydlp"_s, "path separator in the file name: a/b.zydlp");
+    name("other separator", "a\\b.zydlp"_s, "path separator");
+    name("parent", ".."_s, "leads out");
+    name("parent within", "a..b"_s, "leads out");
+    name("this folder", "."_s, "leads out");
+    name("reception file", "wifi_tranfer.tmp"_s, "reserved");
+    name("reception file in capitals", "WIFI_TRANFER.TMP"_s, "reserved");
+    name("too long", QString(256, QLatin1Char('x')), "too long");
+    name("control character", "a\nb"_s, "control character");
+}
+
+void TestUsage::checksTheFileBeforeAnythingIsSent()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, name);
+    QFETCH(QByteArray, part);
+    if (file.endsWith("secret.zydlp"_s)) {
+        if (geteuid() == 0)
+            QSKIP("the superuser can read every file");
+        zytest::writeFile(file, "secret");
+        QFile::setPermissions(file, {});
+    }
+    QStringList arguments{"send"_s, file.isEmpty() ? m_model : file, "--to"_s, deadUrl()};
+    if (!name.isNull())
+        arguments += {"--as"_s, name};
+    // Not 3: the printer, which is not there, was not asked.
+    EXPECT_FAILURE(runSlicer(arguments), 7, part);
+}
+
+void TestUsage::tellsThatSettingsAreNotWritable()
+{
+    const QString settings = m_directory.filePath("part.zydlp/settings.ini"_s);
+    EXPECT_FAILURE(runSlicer({"printers"_s, "add"_s, "a"_s, "ws://10.0.0.1:1"_s}, settings), 7,
+                   "settings not writable");
+}
+
+void TestUsage::keepsAnErrorOnOneLine()
+{
+    EXPECT_FAILURE(runSlicer({"send"_s, "/nonexistent\nfile"_s, "--to"_s, deadUrl()}), 7,
+                   "/nonexistent?file");
+}
+
+QTEST_GUILESS_MAIN(TestUsage)
+
+#include "tst_usage.moc"
