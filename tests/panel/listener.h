@@ -26,7 +26,7 @@ struct Listener {
     {
         session.connectTo(url, QStringLiteral("secret"));
         return QTest::qWaitFor(
-            [this] { return session.link() == zypanel::PrinterSession::Link::Open; }, 20000);
+            [this] { return session.link() == zypanel::PrinterSession::Link::Open; }, 60000);
     }
 
     zypanel::PrinterSession session;

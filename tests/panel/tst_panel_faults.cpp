@@ -20,7 +20,7 @@ using Transfer = PrinterSession::Transfer;
 namespace
 {
 
-constexpr int patience = 20000; // ms
+constexpr int patience = 60000; // ms
 const QString name = QStringLiteral("part.zydlp");
 
 /// Accepts connections and says nothing.

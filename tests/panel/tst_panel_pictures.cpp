@@ -27,7 +27,7 @@ using namespace zypanel;
 namespace
 {
 
-constexpr int patience = 30000; // ms
+constexpr int patience = 60000; // ms
 
 QPalette lightPalette()
 {

@@ -19,7 +19,7 @@ using State = PrinterStatus::State;
 namespace
 {
 
-constexpr int patience = 20000; // ms
+constexpr int patience = 60000; // ms
 const QString name = QStringLiteral("part.zydlp");
 
 } // namespace

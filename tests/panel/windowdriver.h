@@ -16,7 +16,7 @@
 class WindowDriver
 {
 public:
-    static constexpr int patience = 30000; ///< ms
+    static constexpr int patience = 60000; ///< ms
 
     WindowDriver();
 

@@ -88,6 +88,9 @@ void PrinterSession::onConnected()
     m_connectWatch.stop();
     setLink(Link::Open);
     Q_EMIT noticed({Severity::Good, tr("Connected to %1.").arg(printerName())});
+    // A slot may have closed it again.
+    if (m_link != Link::Open)
+        return;
     m_client->versionCheckCmd();
     m_isStatusAwaited = false;
     m_isSilent = false;

@@ -56,7 +56,9 @@ void PrinterSession::offerFile()
 {
     m_stallTimer.start();
     setTransfer(Transfer::Offered);
-    m_client->sendFile(m_job.path, m_job.name);
+    // A slot may have cancelled it or closed the connection.
+    if (m_transfer == Transfer::Offered)
+        m_client->sendFile(m_job.path, m_job.name);
 }
 
 void PrinterSession::onProgress(qint64 total, qint64 received)

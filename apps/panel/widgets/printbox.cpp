@@ -132,7 +132,7 @@ void PrintBox::addFile(const QString &name)
 
 void PrintBox::updateTitle()
 {
-    const bool isUnknown = m_status.word.isEmpty() && m_status.filename.isEmpty();
+    const bool isUnknown = m_status.parameters.isEmpty();
     const bool isOffline = m_link != Link::Open;
     m_title->setText(isOffline       ? tr("Not connected")
                          : isUnknown ? tr("Asking the printer…")
