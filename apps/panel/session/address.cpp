@@ -14,7 +14,7 @@ QUrl printerUrl(const QString &text)
         return {};
     if (!address.contains(QLatin1String("://")))
         address.prepend(QLatin1String("ws://"));
-    const QUrl url(address, QUrl::StrictMode);
+    QUrl url(address, QUrl::StrictMode);
     const bool isWebSocket
         = url.scheme() == QLatin1String("ws") || url.scheme() == QLatin1String("wss");
     if (!url.isValid() || !isWebSocket || url.host().isEmpty())

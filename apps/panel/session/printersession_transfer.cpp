@@ -17,7 +17,7 @@ namespace zypanel
 namespace
 {
 
-constexpr qint64 chunkSize = 1024 * 1024; // of the protocol
+constexpr qint64 chunkSize = Q_INT64_C(1024) * 1024; // of the protocol
 constexpr int alreadyReceiving = 3; // "wifistate" of a refusal
 constexpr int furtherOffers = 5;
 

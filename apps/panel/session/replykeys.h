@@ -10,16 +10,16 @@
 namespace zypanel::reply
 {
 
-inline constexpr QLatin1String cmd{"cmd"};
-inline constexpr QLatin1String status{"status"};
-inline constexpr QLatin1String version{"version"};
-inline constexpr QLatin1String errorcode{"errorcode"};
-inline constexpr QLatin1String wifistate{"wifistate"};
+inline const QLatin1String cmd("cmd");
+inline const QLatin1String status("status");
+inline const QLatin1String version("version");
+inline const QLatin1String errorcode("errorcode");
+inline const QLatin1String wifistate("wifistate");
 
-inline constexpr QLatin1String startFile{"START_FILE"};
-inline constexpr QLatin1String printPause{"PRINT_PAUSE"};
-inline constexpr QLatin1String printStop{"PRINT_STOP"};
-inline constexpr QLatin1String printParaSet{"PRINT_PARA_SET"};
+inline const QLatin1String startFile("START_FILE");
+inline const QLatin1String printPause("PRINT_PAUSE");
+inline const QLatin1String printStop("PRINT_STOP");
+inline const QLatin1String printParaSet("PRINT_PARA_SET");
 
 } // namespace zypanel::reply
 
