@@ -47,6 +47,7 @@ ZySslEchoClient::ZySslEchoClient(const QUrl &url, QObject *parent)
 
 ZySslEchoClient::~ZySslEchoClient()
 {
+    wakeSendLoop();
     m_webSocket.disconnect(this);
     m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
 }
@@ -61,6 +62,7 @@ void ZySslEchoClient::close()
 {
     m_isSending = false;
     m_isActiveClose = true;
+    wakeSendLoop();
     m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
 }
 
@@ -84,7 +86,7 @@ void ZySslEchoClient::onConnected()
         const zyws::HeldSocket::Emission ending(*m_heldSocket);
         // Behind the messages that came before it; at once when none waits, since hosts expect
         // pauseSuccess() inside close().
-        if (m_deliveries->isEmpty())
+        if (m_deliveries->isEmpty() && !m_isAnsweringClose)
             onDisConnected();
         else
             m_deliveries->append([this] { onDisConnected(); });
@@ -107,8 +109,11 @@ void ZySslEchoClient::onStateChanged(QAbstractSocket::SocketState state)
 {
     const zyws::HeldSocket::Emission emission(*m_heldSocket);
     qCDebug(lcZyClient) << "onStateChanged(QAbstractSocket::SocketState state) =" << state;
-    if (state == QAbstractSocket::ClosingState && !m_isActiveClose)
+    if (state == QAbstractSocket::ClosingState && !m_isActiveClose) {
+        m_isAnsweringClose = true;
         m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
+        m_isAnsweringClose = false;
+    }
 }
 
 void ZySslEchoClient::trying()

@@ -169,12 +169,14 @@ private:
 
     void sendFrom(QFile &file, qint64 offset, bool compress);
     bool awaitDataReply();
+    void wakeSendLoop();
 
     std::unique_ptr<zyws::HeldSocket> m_heldSocket;
     QWebSocket &m_webSocket;
     QMap<QString, QString> m_keyFileMap;
     bool m_isSending = false;
     bool m_isActiveClose = false;
+    bool m_isAnsweringClose = false;
     bool m_isCanceling = false;
     QUrl m_url;
     bool m_hasDataReply = false;

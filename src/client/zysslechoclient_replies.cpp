@@ -70,6 +70,7 @@ void ZySslEchoClient::onStartFileReply(const QJsonObject &reply)
 void ZySslEchoClient::onStartDataReply(const QJsonObject &reply)
 {
     m_hasDataReply = true;
+    wakeSendLoop();
     Q_EMIT fileTransProgress(m_keyFileMap.value(reply.value(keys::key).toString()),
                              zyws::decimalValue(reply.value(keys::size)),
                              zyws::decimalValue(reply.value(keys::received)));

@@ -12,6 +12,7 @@
 #include "vocabulary.h"
 #include "zysslechoclient.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QDataStream>
 #include <QFile>
@@ -146,6 +147,16 @@ void ZySslEchoClient::cancel()
     }
     const QPointer<ZySslEchoClient> self(this);
     sendJsonMessage({{keys::cmd, zyws::wireWord(Command::CancelFile)}});
-    if (self)
-        m_isSending = false;
+    if (!self)
+        return;
+    m_isSending = false;
+    wakeSendLoop();
+}
+
+/// For a change that the send loop waits for. Qt's own dispatcher may run the event that brings it
+/// and then still wait for another one.
+void ZySslEchoClient::wakeSendLoop()
+{
+    if (auto *dispatcher = QAbstractEventDispatcher::instance(thread()))
+        dispatcher->wakeUp();
 }

@@ -38,7 +38,9 @@ void switchOn(qintptr descriptor, int level, int option)
 
 void setLinkOptions(const QWebSocket &socket)
 {
-    if (auto *tcp = socket.findChild<QTcpSocket *>()) {
+    // All of them: the socket of the connection before may still wait for its deferred deletion.
+    const auto sockets = socket.findChildren<QTcpSocket *>();
+    for (QTcpSocket *tcp : sockets) {
         tcp->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         tcp->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
     }
