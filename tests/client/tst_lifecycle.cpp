@@ -209,6 +209,8 @@ void LifecycleTest::opensAgainInsideASlot_data()
     QTest::addColumn<Ending>("ending");
     QTest::addColumn<QString>("signalLine");
     QTest::newRow("disconnected, closed by the peer") << Ending(closeByPeer) << disconnectedLine;
+    QTest::newRow("disconnected, dropped") << Ending(dropByPeer) << disconnectedLine;
+    QTest::newRow("disconnected, reset") << Ending(resetByPeer) << disconnectedLine;
     QTest::newRow("pauseSuccess, inside close()") << Ending(closeByClient) << pauseSuccessLine;
 }
 

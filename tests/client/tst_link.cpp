@@ -21,6 +21,7 @@ private Q_SLOTS:
     void setsItsOptionsAfterClose();
     void setsItsOptionsAfterADrop();
     void setsItsOptionsOnAConnectionThatReplacesAnother();
+    void setsItsOptionsInANestedLoop();
 };
 
 namespace
@@ -92,6 +93,24 @@ void LinkTest::setsItsOptionsOnAConnectionThatReplacesAnother()
     session.client.openWithUrl(session.printer.url());
     QVERIFY(reconnected(session, 2));
     QCOMPARE(missingOptions(session), QString());
+}
+
+void LinkTest::setsItsOptionsInANestedLoop()
+{
+    Session session;
+    QVERIFY(session.open());
+    QString missing = s("never connected");
+    // Qt deletes the socket before later, which is not before this slot has returned.
+    connect(&session.client, &ZySslEchoClient::checkVersion, this, [&] {
+        session.client.openWithUrl(session.printer.url());
+        if (reconnected(session, 2))
+            missing = missingOptions(session);
+    });
+
+    session.printer.write(zytest::RawPrinter::textFrame(s(R"({"version":"1"})")));
+
+    WAIT_VERIFY(session.trace.count(s("jsonMessageReceived")) == 1);
+    QCOMPARE(missing, QString());
 }
 
 QTEST_GUILESS_MAIN(LinkTest)
