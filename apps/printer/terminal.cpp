@@ -64,7 +64,7 @@ Screen::~Screen()
 bool Screen::flush()
 {
     while (!m_pending.isEmpty()) {
-        const ssize_t taken = write(m_descriptor, m_pending.constData(), size_t(m_pending.size()));
+        const ssize_t taken = write(m_descriptor, m_pending.data(), size_t(m_pending.size()));
         if (taken <= 0)
             return false;
         m_pending.remove(0, int(taken));
