@@ -7,8 +7,10 @@
 #include "modelreader.h"
 #include "modelwriter.h"
 #include "options.h"
+#include "replacement.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 #include <cmath>
@@ -61,14 +63,16 @@ bool writeModel(const Options &options, QIODevice *file)
 
 int generate(const Options &options)
 {
-    QSaveFile file(options.out);
-    if (!file.open(QIODevice::WriteOnly) || !writeModel(options, &file) || !file.commit()) {
-        zyapp::printError(program(),
-                          QStringLiteral("cannot write the model (%1)").arg(file.errorString()),
-                          options.out, QStringLiteral("give a --out that can be written"));
-        return fileError;
+    QString fault = zyapp::replacementFault(options.out);
+    if (fault.isEmpty()) {
+        QSaveFile file(options.out);
+        if (file.open(QIODevice::WriteOnly) && writeModel(options, &file) && file.commit())
+            return 0;
+        fault = file.errorString();
     }
-    return 0;
+    zyapp::printError(program(), QStringLiteral("cannot write the model (%1)").arg(fault),
+                      options.out, QStringLiteral("give a --out that can be written"));
+    return fileError;
 }
 
 int check(const QString &path)
@@ -76,7 +80,7 @@ int check(const QString &path)
     zymodel::ModelReader reader;
     const bool isValid = reader.open(path) && reader.checkAllLayers();
     if (!isValid) {
-        const bool isReadable = QFile(path).open(QIODevice::ReadOnly);
+        const bool isReadable = QFileInfo(path).isFile() && QFile(path).open(QIODevice::ReadOnly);
         zyapp::printError(program(),
                           isReadable
                               ? QStringLiteral("no valid model (%1)").arg(reader.error())

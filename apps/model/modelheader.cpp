@@ -70,7 +70,7 @@ QString fault(const ModelHeader &header, quint32 resinBytes)
 
 QByteArray headerBytes(const ModelHeader &header, const QVector<LayerEntry> &layers)
 {
-    const QByteArray resin = header.resin.toUtf8().left(maxResinBytes);
+    const QByteArray resin = header.resin.toUtf8();
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(streamVersion);

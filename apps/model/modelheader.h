@@ -42,7 +42,7 @@ struct ModelHeader {
     quint32 lightDelay = 0; ///< ms between a movement and the next exposure
     quint32 liftHeight = 0; ///< um
     quint32 liftSpeed = 0; ///< um per minute
-    QString resin;
+    QString resin; ///< at most maxResinBytes of UTF-8
 
     qint64 pixels() const { return qint64(width) * height; }
 };

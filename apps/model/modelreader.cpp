@@ -7,6 +7,7 @@
 #include "checksum.h"
 #include "runlength.h"
 
+#include <QFileInfo>
 #include <QtEndian>
 
 namespace zymodel
@@ -47,6 +48,10 @@ bool ModelReader::open(const QString &path)
 {
     m_file.close();
     m_file.setFileName(path);
+    // Opening a FIFO would wait for somebody who writes into it.
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return fail(QStringLiteral("it is no regular file"));
     // Unbuffered: whole layers are read at once, and as they are at that time.
     if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return fail(m_file.errorString());

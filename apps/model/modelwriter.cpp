@@ -41,7 +41,8 @@ bool ModelWriter::addLayer(const QByteArray &mask)
 
 bool ModelWriter::finish()
 {
-    if (m_layers.size() != int(m_header.layerCount))
+    if (m_layers.size() != int(m_header.layerCount)
+        || m_header.resin.toUtf8().size() > maxResinBytes)
         return false;
     const QByteArray header = headerBytes(m_header, m_layers);
     QByteArray trailer;

@@ -23,7 +23,7 @@ public:
     /// not be written.
     bool addLayer(const QByteArray &mask);
     /// Completes the file after the last layer. False when it could not be written or when layers
-    /// are missing.
+    /// are missing or the resin's name is too long.
     bool finish();
 
 private:

@@ -60,10 +60,23 @@ void describe(CLI::App &app, Options &options, Arguments &arguments)
     app.add_option("--seed", options.seed, "Moves the lattice, so that another file results")
         ->type_name("S")
         ->capture_default_str();
-    app.add_option("--resin", arguments.resin, "The resin's name in the header")
+    app.add_option("--resin", arguments.resin,
+                   "The resin's name in the header, at most 255 bytes of UTF-8")
         ->type_name("NAME")
         ->capture_default_str();
     zyapp::addVersionFlag(app, "zymodel");
+}
+
+std::optional<int> checkResin(const QString &name)
+{
+    const int bytes = name.toUtf8().size();
+    if (bytes <= zymodel::maxResinBytes)
+        return std::nullopt;
+    zyapp::printError(
+        QStringLiteral("zymodel"),
+        QStringLiteral("the resin's name takes %1 bytes of UTF-8").arg(bytes), name,
+        QStringLiteral("give a --resin of at most %1 bytes").arg(zymodel::maxResinBytes));
+    return zyapp::usageError;
 }
 
 } // namespace
@@ -83,5 +96,5 @@ std::optional<int> readOptions(int argc, char **argv, Options &options)
     options.out = zyapp::fromArgument(arguments.out);
     options.check = zyapp::fromArgument(arguments.check);
     options.resin = zyapp::fromArgument(arguments.resin);
-    return std::nullopt;
+    return checkResin(options.resin);
 }

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void keepsTheDocumentedBytes();
     void refusesMoreLayersThanAnnounced();
     void refusesToFinishWithoutAllLayers();
+    void refusesAResinTooLong();
 
     void findsEveryChangedByte();
     void findsEveryCutOff();
@@ -146,6 +147,19 @@ void TestModelFormat::refusesToFinishWithoutAllLayers()
     ModelWriter writer(&buffer, smallHeader(2));
     QVERIFY(writer.addLayer(smallMask(1)));
     QVERIFY(!writer.finish());
+}
+
+void TestModelFormat::refusesAResinTooLong()
+{
+    for (const int bytes : {maxResinBytes, maxResinBytes + 1}) {
+        QBuffer buffer;
+        QVERIFY(buffer.open(QIODevice::ReadWrite));
+        ModelHeader header = smallHeader(1);
+        header.resin = QString(bytes, QLatin1Char('r'));
+        ModelWriter writer(&buffer, header);
+        QVERIFY(writer.addLayer(smallMask(1)));
+        QCOMPARE(writer.finish(), bytes == maxResinBytes);
+    }
 }
 
 void TestModelFormat::findsEveryChangedByte()

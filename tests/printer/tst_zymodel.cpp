@@ -6,11 +6,18 @@
 #include "models.h"
 #include "printerprocess.h"
 
+#include <QDir>
 #include <QtTest>
+
+#include <sys/stat.h>
 
 class TestZymodel : public QObject
 {
     Q_OBJECT
+
+public:
+    /// Names beyond ASCII reach the program in any locale.
+    static void initMain() { qputenv("LC_ALL", "C.UTF-8"); }
 
 private Q_SLOTS:
     void writesASolid();
@@ -21,6 +28,10 @@ private Q_SLOTS:
     void rejectsBadInput_data();
     void rejectsBadInput();
     void namesADamagedLayer();
+    void leavesAloneWhatIsNoFile_data();
+    void leavesAloneWhatIsNoFile();
+    void takesNoLongerResinThanTheFormat_data();
+    void takesNoLongerResinThanTheFormat();
 
 private:
     QString path(const char *name) const { return m_dir.filePath(QLatin1String(name)); }
@@ -121,9 +132,13 @@ void TestZymodel::rejectsBadInput_data()
                                   << QByteArray("/dev/null/a; give a --out that can be written");
     QTest::newRow("cannot read") << words("--check /dev/null/a") << 3
                                  << QByteArray("cannot read the model");
-    QTest::newRow("no model") << words("--check /dev/null") << 4
+    QTest::newRow("no file to read")
+        << words("--check /dev/null") << 3
+        << QByteArray("cannot read the model (it is no regular file): /dev/null");
+    writeFile(path("text"), "no model at all");
+    QTest::newRow("no model") << QStringList{QStringLiteral("--check"), path("text")} << 4
                               << QByteArray("no valid model (no sliced model: the magic number is "
-                                            "missing): /dev/null");
+                                            "missing): ");
 }
 
 void TestZymodel::rejectsBadInput()
@@ -147,6 +162,70 @@ void TestZymodel::namesADamagedLayer()
     QCOMPARE(result.exitCode, 4);
     QVERIFY2(result.error.contains("no valid model (layer 30: CRC mismatch"),
              result.error.constData());
+}
+
+void TestZymodel::leavesAloneWhatIsNoFile_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<bool>("isLinked");
+    QTest::newRow("written") << QStringLiteral("--out") << false;
+    QTest::newRow("written by way of a link") << QStringLiteral("--out") << true;
+    QTest::newRow("checked") << QStringLiteral("--check") << false;
+    QTest::newRow("checked by way of a link") << QStringLiteral("--check") << true;
+}
+
+void TestZymodel::leavesAloneWhatIsNoFile()
+{
+    QFETCH(const QString, option);
+    QFETCH(const bool, isLinked);
+    QTemporaryDir dir;
+    const QString fifo = dir.filePath(QStringLiteral("fifo"));
+    const QString link = dir.filePath(QStringLiteral("link"));
+    QCOMPARE(mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    QVERIFY(QFile::link(fifo, link));
+    const RunResult result = runModel({option, isLinked ? link : fifo});
+    QCOMPARE(result.exitCode, 3);
+    QVERIFY2(result.error.contains("no regular file"), result.error.constData());
+    QCOMPARE(result.error.count('\n'), 1);
+    struct stat status {
+    };
+    QCOMPARE(lstat(QFile::encodeName(fifo).constData(), &status), 0);
+    QVERIFY(S_ISFIFO(status.st_mode));
+    QVERIFY(QFileInfo(link).isSymLink());
+    QCOMPARE(QDir(dir.path())
+                 .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot),
+             (QStringList{QStringLiteral("fifo"), QStringLiteral("link")}));
+}
+
+void TestZymodel::takesNoLongerResinThanTheFormat_data()
+{
+    QTest::addColumn<QString>("resin");
+    QTest::addColumn<int>("exitCode");
+    const QString umlaut = QStringLiteral("ü"); // two bytes
+    QTest::newRow("255 bytes") << umlaut.repeated(127) + QLatin1Char('x') << 0;
+    QTest::newRow("256 bytes") << umlaut.repeated(128) << 2;
+    QTest::newRow("256 bytes in one-byte characters") << QString(256, QLatin1Char('x')) << 2;
+}
+
+void TestZymodel::takesNoLongerResinThanTheFormat()
+{
+    QFETCH(const QString, resin);
+    QFETCH(const int, exitCode);
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("model"));
+    const RunResult result = generate(file, {QStringLiteral("--resin"), resin});
+    QCOMPARE(result.exitCode, exitCode);
+    QCOMPARE(QFile::exists(file), exitCode == 0);
+    if (exitCode == 0) {
+        zymodel::ModelReader reader;
+        QVERIFY2(reader.open(file), qPrintable(reader.error()));
+        QCOMPARE(reader.header().resin, resin);
+    } else {
+        QVERIFY2(result.error.contains("the resin's name takes 256 bytes of UTF-8: "),
+                 result.error.constData());
+        QVERIFY2(result.error.endsWith("; give a --resin of at most 255 bytes\n"),
+                 result.error.constData());
+    }
 }
 
 QTEST_GUILESS_MAIN(TestZymodel)
