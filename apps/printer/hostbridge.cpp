@@ -106,7 +106,7 @@ std::unique_ptr<zymodel::ModelReader> HostBridge::openChecked(const QString &nam
 {
     const QString path = m_store->path(name);
     if (path.isEmpty()) {
-        fault = QStringLiteral("the name is not accepted");
+        fault = ModelStore::nameFault(name);
         return nullptr;
     }
     auto model = std::make_unique<zymodel::ModelReader>();

@@ -4,18 +4,37 @@
 
 #include "layerpreview.h"
 
+#include "replacement.h"
+
 #include <QFileInfo>
 #include <QImage>
 #include <QSaveFile>
 
+namespace
+{
+
+QString picturePath(const QString &directory)
+{
+    return QFileInfo(directory).absoluteFilePath() + QStringLiteral("/layer.png");
+}
+
+} // namespace
+
 LayerPreview::LayerPreview(const QString &directory, QObject *parent)
-    : QObject(parent),
-      m_path(QFileInfo(directory).absoluteFilePath() + QStringLiteral("/layer.png"))
+    : QObject(parent), m_path(picturePath(directory))
 {
     constexpr int rest = 200; // ms; a picture takes a tenth of it
     m_rest.setInterval(rest);
     m_rest.setSingleShot(true);
     connect(&m_rest, &QTimer::timeout, this, &LayerPreview::writePending);
+}
+
+QString LayerPreview::pictureFault(const QString &directory)
+{
+    const QString fault = zyapp::replacementFault(picturePath(directory));
+    return fault.isEmpty()
+        ? QString()
+        : QStringLiteral("has a layer.png that cannot be replaced (%1)").arg(fault);
 }
 
 void LayerPreview::show(const QByteArray &mask, const QSize &size)
@@ -33,9 +52,22 @@ void LayerPreview::writePending()
     const auto *pixels = reinterpret_cast<const uchar *>(m_pending.constData());
     const QImage image(pixels, m_size.width(), m_size.height(), m_size.width(),
                        QImage::Format_Grayscale8);
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || !image.save(&file, "PNG") || !file.commit())
-        Q_EMIT failed(file.errorString());
+    const QString fault = write(image);
     m_pending.clear();
     m_rest.start();
+    if (!fault.isEmpty())
+        Q_EMIT failed(fault);
+}
+
+/// Empty, or why it could not be written.
+QString LayerPreview::write(const QImage &image) const
+{
+    // Again, since it may have come there meanwhile.
+    QString fault = zyapp::replacementFault(m_path);
+    if (!fault.isEmpty())
+        return fault;
+    QSaveFile file(m_path);
+    const bool isWritten
+        = file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit();
+    return isWritten ? QString() : file.errorString();
 }

@@ -10,6 +10,8 @@
 #include <QSize>
 #include <QTimer>
 
+class QImage;
+
 /// Keeps "layer.png" in a directory up to date: always a whole picture, at most five a second, the
 /// last layer always among them.
 class LayerPreview : public QObject
@@ -18,6 +20,10 @@ class LayerPreview : public QObject
 
 public:
     explicit LayerPreview(const QString &directory, QObject *parent = nullptr);
+
+    /// Why no picture can be put into @p directory because of what has its name there; empty when
+    /// one can.
+    static QString pictureFault(const QString &directory);
 
     /// @param mask one byte per pixel of @p size.
     void show(const QByteArray &mask, const QSize &size);
@@ -28,6 +34,7 @@ Q_SIGNALS:
 
 private:
     void writePending();
+    QString write(const QImage &image) const;
 
     QString m_path;
     QTimer m_rest; ///< between two pictures

@@ -36,11 +36,10 @@ int giveUp(ExitCode code, const QString &what, const QString &value, const QStri
     return code;
 }
 
-int badDirectory(const char *what, const QString &fault, const QString &path, const char *option)
+int badDirectory(const char *what, const QString &fault, const QString &path, const char *remedy)
 {
-    return giveUp(
-        BadDirectory, QStringLiteral("%1 %2").arg(QLatin1String(what), fault), path,
-        QStringLiteral("give %1 a directory that can be written").arg(QLatin1String(option)));
+    return giveUp(BadDirectory, QStringLiteral("%1 %2").arg(QLatin1String(what), fault), path,
+                  QLatin1String(remedy));
 }
 
 void printLine(const QString &line)
@@ -91,14 +90,18 @@ int serve(const Options &options, const ZySslEchoServer &server, const Machine &
 int run(const Options &options)
 {
     if (!options.preview.isEmpty()) {
-        const QString fault = directoryFault(options.preview);
+        QString fault = directoryFault(options.preview);
+        if (fault.isEmpty())
+            fault = LayerPreview::pictureFault(options.preview);
         if (!fault.isEmpty())
-            return badDirectory("preview directory", fault, options.preview, "--preview");
+            return badDirectory("preview directory", fault, options.preview,
+                                "give --preview a directory that can be written");
     }
     ModelStore store(options.directory);
     const QString fault = store.prepare();
     if (!fault.isEmpty())
-        return badDirectory("receive directory", fault, options.directory, "--dir");
+        return badDirectory("receive directory", fault, options.directory,
+                            "give --dir a directory of its own that can be written");
     // The server changes the current directory, so relative paths have been resolved by now.
     std::optional<LayerPreview> preview;
     if (!options.preview.isEmpty())

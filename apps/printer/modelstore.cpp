@@ -5,6 +5,7 @@
 #include "modelstore.h"
 
 #include "directory.h"
+#include "replacement.h"
 
 #include <QDir>
 #include <QFile>
@@ -28,13 +29,43 @@ QString lastError()
 
 ModelStore::ModelStore(const QString &directory)
     : m_directory(QFileInfo(directory).absoluteFilePath()),
-      m_incoming(m_directory + QStringLiteral("/.incoming"))
+      m_incoming(m_directory + QStringLiteral("/.incoming")),
+      m_lockPath(m_directory + QStringLiteral("/.zyprinter.lock")), m_lock(m_lockPath)
 {
+    // However long ago it was made: a printer runs for months.
+    m_lock.setStaleLockTime(0);
+}
+
+QString ModelStore::lock()
+{
+    const QString fault = zyapp::replacementFault(m_lockPath);
+    if (!fault.isEmpty())
+        return QStringLiteral("has a lock file (.zyprinter.lock) that cannot be used (%1)")
+            .arg(fault);
+    // Longer than another takes from making the file to holding it.
+    constexpr int patience = 200; // ms
+    if (m_lock.tryLock(patience))
+        return {};
+    if (m_lock.error() != QLockFile::LockFailedError)
+        return QStringLiteral("cannot be locked (.zyprinter.lock)");
+    // The number in a killed process's lock file may be that of another process by now, or of this
+    // one in a container. Removing works only on a file that nobody holds, so it tells them apart.
+    if (m_lock.removeStaleLockFile() && m_lock.tryLock(patience))
+        return {};
+    qint64 processId = 0;
+    QString host;
+    QString program;
+    return m_lock.getLockInfo(&processId, &host, &program)
+        ? QStringLiteral("is in use by another zyprinter, process %1").arg(processId)
+        : QStringLiteral("is in use by another zyprinter");
 }
 
 QString ModelStore::prepare()
 {
     QString fault = directoryFault(m_directory);
+    if (!fault.isEmpty())
+        return fault;
+    fault = lock();
     if (!fault.isEmpty())
         return fault;
     QDir().mkdir(m_incoming);
@@ -49,11 +80,22 @@ QString ModelStore::prepare()
     return {};
 }
 
+QString ModelStore::nameFault(const QString &name)
+{
+    if (name.isEmpty())
+        return QStringLiteral("it has no name");
+    if (name.contains(QLatin1Char('/')))
+        return QStringLiteral("a name with a slash is not accepted");
+    if (name.startsWith(QLatin1Char('.')))
+        return QStringLiteral("a name that begins with a dot is not accepted");
+    if (name == receptionFile)
+        return QStringLiteral("the name of the reception file is not accepted");
+    return {};
+}
+
 QString ModelStore::path(const QString &name) const
 {
-    const bool isAccepted = !name.isEmpty() && !name.startsWith(QLatin1Char('.'))
-        && !name.contains(QLatin1Char('/')) && name != receptionFile;
-    return isAccepted ? m_directory + QLatin1Char('/') + name : QString();
+    return nameFault(name).isEmpty() ? m_directory + QLatin1Char('/') + name : QString();
 }
 
 QString ModelStore::keep(const QString &receivedName)
@@ -63,7 +105,15 @@ QString ModelStore::keep(const QString &receivedName)
     if (kept.isEmpty()) {
         // Whatever lay there is overwritten already; what lies there now is the slicer's.
         QFile::remove(received);
-        return QStringLiteral("the name is not accepted");
+        // The name that the library reports when it could not give the file the slicer's.
+        return receivedName == receptionFile
+            ? QStringLiteral("it could not get the name that the slicer gave")
+            : nameFault(receivedName);
+    }
+    const QString fault = zyapp::replacementFault(kept);
+    if (!fault.isEmpty()) {
+        QFile::remove(received);
+        return QStringLiteral("what has that name cannot be replaced (%1)").arg(fault);
     }
     // QFile::rename() does not replace; a print of the old model goes on reading the old file.
     if (std::rename(QFile::encodeName(received).constData(), QFile::encodeName(kept).constData())

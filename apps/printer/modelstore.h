@@ -5,6 +5,7 @@
 #ifndef MODELSTORE_H
 #define MODELSTORE_H
 
+#include <QLockFile>
 #include <QString>
 #include <QStringList>
 
@@ -17,14 +18,17 @@
  *
  * The library writes a file under whatever name the slicer sends. A name is accepted here only if
  * it names a file right in the directory: no '/', no '.' in front, not the reception file's name.
+ *
+ * One process at a time uses the directory, since two would write into one reception file. It holds
+ * the lock file ".zyprinter.lock" there.
  */
 class ModelStore
 {
 public:
     explicit ModelStore(const QString &directory);
 
-    /// Makes the place for incoming files and takes over those that a crash left there. Empty, or
-    /// what is wrong with the directory.
+    /// Locks the directory, makes the place for incoming files and takes over those that a crash
+    /// left there. Empty, or what is wrong with the directory.
     QString prepare();
 
     const QString &directory() const { return m_directory; }
@@ -35,14 +39,20 @@ public:
     /// incomingDirectory(). Empty, or why the file was not kept; it is deleted then.
     QString keep(const QString &receivedName);
 
+    /// Why the model name @p name is not accepted; empty when it is.
+    static QString nameFault(const QString &name);
     /// Where the model @p name lies or would lie; empty for a name that is not accepted.
     QString path(const QString &name) const;
     /// The names of the files that are kept.
     QStringList names() const;
 
 private:
+    QString lock();
+
     QString m_directory;
     QString m_incoming;
+    QString m_lockPath;
+    QLockFile m_lock;
 };
 
 #endif // MODELSTORE_H

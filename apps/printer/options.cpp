@@ -52,8 +52,10 @@ void addFaults(CLI::App &app, Options &options)
 
 void addOptions(CLI::App &app, Options &options, Arguments &arguments)
 {
-    app.add_option("--dir", arguments.directory,
-                   "Keep received models in DIR, which must exist;\nfiles arrive in DIR/.incoming")
+    app.add_option(
+           "--dir", arguments.directory,
+           "Keep received models in DIR, which must exist and which no\nother zyprinter uses; "
+           "files arrive in DIR/.incoming")
         ->type_name("DIR")
         ->required();
     app.add_option("--port", options.port, "Listen on port N of every address; 0 takes a free one")
@@ -96,7 +98,8 @@ std::optional<int> readOptions(int argc, char **argv, Options &options)
         "  zyprinter --dir ~/models --port 8080\n"
         "  zyprinter --dir ~/models --view --speed 100 --preview /tmp\n"
         "  zyprinter --dir /tmp/models --port 8080 --fail-at 300\n\n"
-        "Exit codes: 0 stopped, 2 usage, 3 directory missing or not writable, 4 port in use.");
+        "Exit codes: 0 stopped, 2 usage, 3 directory missing, not writable or in use by another\n"
+        "zyprinter, 4 port in use.");
     addOptions(app, options, arguments);
     addFaults(app, options);
     zyapp::addVersionFlag(app, "zyprinter");
