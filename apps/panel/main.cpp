@@ -12,6 +12,8 @@
 #include <QFileInfo>
 #include <QIcon>
 #include <QLocale>
+#include <QRegularExpression>
+#include <QTextStream>
 
 namespace
 {
@@ -45,6 +47,12 @@ bool asksForText(QCommandLineParser &parser, int argc, char *argv[])
     return parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("version"));
 }
 
+int usageError(const QString &what)
+{
+    QTextStream(stderr) << "zypanel: " << what << "; see zypanel --help" << Qt::endl;
+    return 2;
+}
+
 void nameApplication()
 {
     QCoreApplication::setOrganizationName(QStringLiteral("zyWebsocket"));
@@ -70,10 +78,16 @@ int main(int argc, char *argv[])
     QGuiApplication::setDesktopFileName(QStringLiteral("zypanel"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/zypanel/icon.png")));
     zypanel::installTranslations(application, QLocale());
+    if (!parser.parse(QCoreApplication::arguments())) {
+        QString what = parser.errorText();
+        what.remove(QRegularExpression(QStringLiteral("\\.$")));
+        return usageError(what);
+    }
     parser.process(application);
     const QStringList arguments = parser.positionalArguments();
     if (arguments.size() > 2)
-        parser.showHelp(2);
+        return usageError(
+            QStringLiteral("too many arguments: %1").arg(arguments.mid(2).join(QLatin1Char(' '))));
 
     zypanel::MainWindow window;
     window.panel()->setToken(parser.value(QStringLiteral("token")));

@@ -21,11 +21,13 @@ class TestPanelExplains : public QObject
 
 private Q_SLOTS:
     void anAddressThatIsNoneIsExplained();
+    void aNameThatIsNotSavedIsUnknown();
     void anUnreachablePrinterIsExplained();
     void aWrongTokenIsExplainedAndCanBeReplaced();
     void aFileThatIsNoModelIsExplained();
     void aFailedPrintIsExplained();
-    void anEmptyFileIsNotSent();
+    void anEmptyFileCannotBeSent();
+    void aFileThatIsMendedCanBeSent();
 
 private:
     QString randomFile(qint64 size)
@@ -47,6 +49,17 @@ void TestPanelExplains::anAddressThatIsNoneIsExplained()
     QVERIFY(user.notice().contains(QStringLiteral("neither a saved printer nor an address")));
     QTest::mouseClick(&user.find<QWidget>("noticeDismiss"), Qt::LeftButton);
     QCOMPARE(user.notice(), QString());
+}
+
+void TestPanelExplains::aNameThatIsNotSavedIsUnknown()
+{
+    WindowDriver user;
+    user.type("address", QStringLiteral(" bench9 "));
+    QVERIFY(!user.find<QPushButton>("saveName").isEnabled());
+    QVERIFY(user.click("connect"));
+    QVERIFY2(user.notice().startsWith(QStringLiteral("Unknown printer “bench9”: ")),
+             qPrintable(user.notice()));
+    QCOMPARE(user.session().link(), PrinterSession::Link::Closed);
 }
 
 void TestPanelExplains::anUnreachablePrinterIsExplained()
@@ -104,15 +117,45 @@ void TestPanelExplains::aFailedPrintIsExplained()
     QVERIFY(user.notice().contains(QStringLiteral("Look at the printer")));
 }
 
-void TestPanelExplains::anEmptyFileIsNotSent()
+void TestPanelExplains::anEmptyFileCannotBeSent()
+{
+    PrinterProcess printer;
+    WindowDriver user;
+    QVERIFY(user.drop(randomFile(1000)));
+    QVERIFY(user.connectTo(printer.url().toString()));
+    const auto &send = user.find<QPushButton>("send");
+    QVERIFY(send.isEnabled());
+    QVERIFY(user.drop(randomFile(0)));
+    QVERIFY(user.find<QWidget>("dropHint").accessibleName().contains(QStringLiteral("is empty")));
+    QVERIFY(!send.isEnabled());
+    user.type("filePath", m_directory.filePath(QStringLiteral("missing.zydlp")));
+    QVERIFY(!send.isEnabled());
+}
+
+void TestPanelExplains::aFileThatIsMendedCanBeSent()
 {
     PrinterProcess printer;
     WindowDriver user;
     QVERIFY(user.connectTo(printer.url().toString()));
+    const auto &send = user.find<QPushButton>("send");
+    // Dropped again.
     QVERIFY(user.drop(randomFile(0)));
+    QVERIFY(!send.isEnabled());
+    QVERIFY(user.drop(randomFile(1000)));
+    QVERIFY(send.isEnabled());
+    // Mended in another program, which had the keyboard meanwhile.
+    QVERIFY(user.drop(randomFile(0)));
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    randomFile(1000);
+    QVERIFY(!send.isEnabled());
+    user.window().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&user.window()));
+    QTRY_VERIFY(send.isEnabled());
     QVERIFY(user.click("send"));
-    QVERIFY(user.notice().contains(QStringLiteral("is empty")));
-    QCOMPARE(user.session().transfer(), Transfer::Idle);
+    QVERIFY(user.awaitEvent(QStringLiteral("random.zydlp is on the printer")));
 }
 
 QTEST_MAIN(TestPanelExplains)

@@ -134,6 +134,8 @@ void TestPanelWords::addressesBecomeUrls_data()
                              << "";
     QTest::newRow("port too large") << "printer:99999"
                                     << "";
+    QTest::newRow("port 0") << "printer:0"
+                            << "";
     QTest::newRow("a sentence") << "the one upstairs"
                                 << "";
 }

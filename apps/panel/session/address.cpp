@@ -17,7 +17,7 @@ QUrl printerUrl(const QString &text)
     QUrl url(address, QUrl::StrictMode);
     const bool isWebSocket
         = url.scheme() == QLatin1String("ws") || url.scheme() == QLatin1String("wss");
-    if (!url.isValid() || !isWebSocket || url.host().isEmpty())
+    if (!url.isValid() || !isWebSocket || url.host().isEmpty() || url.port() == 0)
         return {};
     return url;
 }

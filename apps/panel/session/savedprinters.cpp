@@ -60,8 +60,7 @@ void SavedPrinters::remove(const QString &name)
 QUrl SavedPrinters::resolve(const QString &nameOrAddress) const
 {
     const QString text = nameOrAddress.trimmed();
-    const QUrl saved = url(text);
-    return saved.isEmpty() ? printerUrl(text) : saved;
+    return isName(text) ? url(text) : printerUrl(text);
 }
 
 QString SavedPrinters::lastUsed() const

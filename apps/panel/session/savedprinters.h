@@ -28,7 +28,8 @@ public:
     void save(const QString &name, const QUrl &url);
     void remove(const QString &name);
 
-    /// The URL of a saved name, or of an address; empty for neither.
+    /// The URL of a saved name, or of an address; empty for neither. What could be a name is no
+    /// address: a host alone is written with "ws://" or a port.
     QUrl resolve(const QString &nameOrAddress) const;
 
     /// The address last connected to, offered at the next start.

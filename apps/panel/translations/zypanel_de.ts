@@ -256,6 +256,10 @@
         <source>Un&amp;do</source>
         <translation>&amp;Zurück</translation>
     </message>
+    <message>
+        <source>In the printer&apos;s own units, which it does not name</source>
+        <translation>In den Einheiten des Druckers, der sie nicht nennt</translation>
+    </message>
 </context>
 <context>
     <name>zypanel::PrintBox</name>
@@ -345,6 +349,10 @@
     <message>
         <source>Events</source>
         <translation>Ereignisse</translation>
+    </message>
+    <message>
+        <source>Unknown printer “%1”: no printer is saved under this name. Give an address such as ws://192.168.1.20:8080.</source>
+        <translation>Unbekannter Drucker „%1“: Unter diesem Namen ist kein Drucker gespeichert. Geben Sie eine Adresse wie ws://192.168.1.20:8080 an.</translation>
     </message>
     <message>
         <source>“%1” is neither a saved printer nor an address such as ws://192.168.1.20:8080.</source>

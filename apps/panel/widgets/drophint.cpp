@@ -5,7 +5,6 @@
 #include "drophint.h"
 
 #include "formatting.h"
-#include "localfile.h"
 #include "theme.h"
 #include "words.h"
 
@@ -19,12 +18,11 @@ DropHint::DropHint(QWidget *parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("dropHint"));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
-    showFile({});
+    showFile({}, FileFault::None);
 }
 
-void DropHint::showFile(const QString &path)
+void DropHint::showFile(const QString &path, FileFault fault)
 {
-    const FileFault fault = path.isEmpty() ? FileFault::None : checkLocalFile(path);
     if (path.isEmpty()) {
         m_title = tr("Drop a sliced model here");
         m_detail = tr("or choose one below");

@@ -5,6 +5,8 @@
 #ifndef PANEL_DROPHINT_H
 #define PANEL_DROPHINT_H
 
+#include "localfile.h"
+
 #include <QWidget>
 
 namespace zypanel
@@ -18,8 +20,8 @@ class DropHint : public QWidget
 public:
     explicit DropHint(QWidget *parent = nullptr);
 
-    /// The file that is to be sent; an empty path asks for one.
-    void showFile(const QString &path);
+    /// The file that is to be sent, and what is wrong with it; an empty path asks for one.
+    void showFile(const QString &path, FileFault fault);
     /// A file is being dragged over the panel.
     void setActive(bool isActive);
 

@@ -35,6 +35,8 @@ ParameterForm::ParameterForm(QWidget *parent)
         label->setBuddy(m_fields[key].edit);
         form->addRow(label, row);
     }
+    setToolTip(tr("In the printer's own units, which it does not name"));
+    setAccessibleDescription(toolTip());
     m_apply->setObjectName(QStringLiteral("applyParameters"));
     m_revert->setObjectName(QStringLiteral("revertParameters"));
     auto *buttons = new QHBoxLayout;

@@ -119,10 +119,12 @@ void PrinterPanel::connectTo(const QString &nameOrAddress)
     const QUrl url = saved.resolve(nameOrAddress);
     m_connection->setAddress(nameOrAddress);
     if (url.isEmpty()) {
-        showNotice({Severity::Error,
-                    tr("“%1” is neither a saved printer nor an address such as "
-                       "ws://192.168.1.20:8080.")
-                        .arg(nameOrAddress)});
+        const QString text = SavedPrinters::isName(nameOrAddress.trimmed())
+            ? tr("Unknown printer “%1”: no printer is saved under this name. Give an address such "
+                 "as ws://192.168.1.20:8080.")
+            : tr("“%1” is neither a saved printer nor an address such as "
+                 "ws://192.168.1.20:8080.");
+        showNotice({Severity::Error, text.arg(nameOrAddress)});
         return;
     }
     saved.setLastUsed(nameOrAddress);

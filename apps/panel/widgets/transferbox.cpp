@@ -8,6 +8,7 @@
 #include "drophint.h"
 #include "formatting.h"
 
+#include <QEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -54,8 +55,7 @@ void TransferBox::buildFields()
     m_progress->setAccessibleName(tr("Sent"));
     m_detail->setObjectName(QStringLiteral("transferDetail"));
     m_detail->setTextFormat(Qt::PlainText);
-    connect(m_path, &QLineEdit::textChanged, this, &TransferBox::updateButtons);
-    connect(m_path, &QLineEdit::textChanged, m_hint, &DropHint::showFile);
+    connect(m_path, &QLineEdit::textChanged, this, &TransferBox::checkFile);
     connect(m_path, &QLineEdit::textEdited, this,
             [this](const QString &path) { m_name->setText(QFileInfo(path).fileName()); });
 }
@@ -104,6 +104,23 @@ void TransferBox::setFile(const QString &path)
 {
     m_path->setText(path);
     m_name->setText(QFileInfo(path).fileName());
+    // The same path may stand for another file by now.
+    checkFile();
+}
+
+void TransferBox::checkFile()
+{
+    m_fault = checkLocalFile(m_path->text());
+    m_hint->showFile(m_path->text(), m_fault);
+    updateButtons();
+}
+
+bool TransferBox::event(QEvent *event)
+{
+    // Back from another program, in which the file may have been made or mended.
+    if (event->type() == QEvent::WindowActivate && takesFile())
+        checkFile();
+    return QGroupBox::event(event);
 }
 
 QString TransferBox::file() const
@@ -206,7 +223,7 @@ void TransferBox::updateButtons()
     m_path->setEnabled(takesFile());
     m_choose->setEnabled(m_path->isEnabled());
     m_name->setEnabled(m_path->isEnabled());
-    m_send->setEnabled(!isBusy && m_link == Link::Open && !m_path->text().isEmpty());
+    m_send->setEnabled(!isBusy && m_link == Link::Open && m_fault == FileFault::None);
     m_send->setVisible(!isInterrupted);
     m_resume->setVisible(isInterrupted);
     m_resume->setEnabled(m_link != Link::Connecting);

@@ -5,6 +5,7 @@
 #ifndef PANEL_TRANSFERBOX_H
 #define PANEL_TRANSFERBOX_H
 
+#include "localfile.h"
 #include "printersession.h"
 #include "transferestimate.h"
 
@@ -47,10 +48,14 @@ Q_SIGNALS:
     void resumeRequested();
     void discardRequested();
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
     void buildFields();
     void buildButtons();
     void layOut();
+    void checkFile();
     void updateButtons();
     void updateDetail();
     void askToCancel();
@@ -61,6 +66,7 @@ private:
     QElapsedTimer m_clock;
     qint64 m_received = 0;
     qint64 m_total = 0;
+    FileFault m_fault = FileFault::Missing; ///< of the file that is to be sent
 
     DropHint *m_hint;
     QLineEdit *m_path;
