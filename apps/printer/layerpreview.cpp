@@ -55,7 +55,9 @@ void LayerPreview::writePending()
     const QString fault = write(image);
     m_pending.clear();
     m_rest.start();
-    if (!fault.isEmpty())
+    const bool isNew = fault != m_fault;
+    m_fault = fault;
+    if (isNew && !fault.isEmpty())
         Q_EMIT failed(fault);
 }
 

@@ -29,7 +29,7 @@ public:
     void show(const QByteArray &mask, const QSize &size);
 
 Q_SIGNALS:
-    /// The picture could not be written.
+    /// The picture could not be written; once for as long as the reason stays the same.
     void failed(const QString &reason);
 
 private:
@@ -40,6 +40,7 @@ private:
     QTimer m_rest; ///< between two pictures
     QByteArray m_pending; ///< shown and not yet written; empty when there is none
     QSize m_size;
+    QString m_fault; ///< of the last picture
 };
 
 #endif // LAYERPREVIEW_H

@@ -232,14 +232,19 @@ void TestPrinterDirectory::leavesAPictureAloneThatIsNoFile()
 
 void TestPrinterDirectory::leavesAPictureAloneThatIsNoFileAnyMore()
 {
-    writeFile(m_local->filePath(model), smallModel(5));
-    QVERIFY(m_printer->start({QStringLiteral("--preview"), m_local->path()}));
+    writeFile(m_local->filePath(model), smallModel(50));
+    // So slow that several pictures are due.
+    QVERIFY(m_printer->start({QStringLiteral("--preview"), m_local->path(),
+                              QStringLiteral("--speed"), QStringLiteral("200")}));
     const QString picture = m_local->filePath(QStringLiteral("layer.png"));
     QVERIFY(makeFifo(picture));
     QVERIFY(m_slicer.connectTo(m_printer->url()));
     QCOMPARE(m_slicer.send(m_local->filePath(model), model), 1);
     QCOMPARE(m_slicer.print(model), checkedAndStarted);
-    QVERIFY(m_printer->says("no preview: it is there and no regular file"));
+    QVERIFY(m_slicer.reaches(QStringLiteral("PRINT_COMPLETE")));
+    // Said once, not for each picture.
+    QVERIFY(m_printer->says("complete: "));
+    QCOMPARE(m_printer->output().count("no preview: it is there and no regular file"), 1);
     QVERIFY(isFifo(picture));
 }
 
