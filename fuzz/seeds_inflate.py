@@ -73,6 +73,11 @@ def dynamic(bits, literals, distances, body, own=None, raw_lengths=None):
     return bits
 
 
+def stored(data):
+    """A block that is not the last."""
+    return b"\0" + struct.pack("<HH", len(data), 0xFFFF ^ len(data)) + data
+
+
 def lenient(deflated):
     """What libdeflate reads in @p deflated, and how many bytes of it; nothing if it refuses."""
     library = ctypes.CDLL(ctypes.util.find_library("deflate"))
@@ -106,6 +111,31 @@ def literal_lengths(**lengths):
     return [symbols.get(i, 0) for i in range(max(257, 1 + max(symbols)))]
 
 
+def canonical(lengths):
+    """The codes of the symbols as (value, bits), by symbol."""
+    codes, code, last = {}, 0, 0
+    for length, symbol in sorted((length, symbol) for symbol, length in enumerate(lengths) if length):
+        code <<= length - last
+        codes[symbol] = (code, length)
+        code, last = code + 1, length
+    return codes
+
+
+def long_codes():
+    """Codes of all lengths, and matches that take 46 bits in three steps."""
+    literal_symbols = [65, 285, 256, *range(66, 72), 284, *range(72, 78)]
+    distance_symbols = [0, *range(1, 9), 28, *range(9, 13), 29, 13]
+    lengths = [*range(1, 16), 15]
+    literals = literal_lengths(**{f"s{symbol}": length
+                                  for symbol, length in zip(literal_symbols, lengths)})
+    distances = [dict(zip(distance_symbols, lengths)).get(symbol, 0) for symbol in range(30)]
+    literal, distance = canonical(literals), canonical(distances)
+    near = [literal[285], distance[0]]
+    far = [literal[285], distance[29], (0, 13), literal[284], (0, 5), distance[28], (0, 13)]
+    return payload(dynamic(Bits(), literals, distances,
+                           [literal[65]] + near * 100 + far * 20 + [literal[END]]))
+
+
 def sound_seeds():
     text = b"a layer, a layer and another layer; " * 8
     mixed = bytes((i * i >> 3) & 0xFF for i in range(700))
@@ -117,6 +147,7 @@ def sound_seeds():
         "mixed": packed(mixed * 3, 9),
         "fixed_block": payload(fixed(Bits(), [65, 66, (257, 1), END])),
         "flushed_blocks": packed_with_flushes(text),
+        "long_codes": long_codes(),
         "one_distance_code": payload(dynamic(
             Bits(), literal_lengths(s65=1, s256=2, s257=2), [1],
             [(0, 1), (3, 2), (0, 1), (2, 2)])),
@@ -125,8 +156,8 @@ def sound_seeds():
 
 def packed_with_flushes(data):
     compressor = zlib.compressobj()
-    stream = b"".join(compressor.compress(data[at:at + 40]) + compressor.flush(zlib.Z_FULL_FLUSH)
-                      for at in range(0, len(data), 40))
+    stream = b"".join(compressor.compress(data[at:at + 100]) + compressor.flush(zlib.Z_FULL_FLUSH)
+                      for at in range(0, len(data), 100))
     return struct.pack(">I", len(data)) + stream + compressor.flush()
 
 
@@ -146,8 +177,8 @@ def disputed_seeds():
         "incomplete_length_code": payload(dynamic(
             Bits(), [0] * 257, [0], [(0, 1), (0, 1)], own=[0, 1] + [0] * 17,
             raw_lengths=[(0, 1)] * 258)),
-        "lone_end_of_block_other_bit": payload(dynamic(
-            Bits(), literal_lengths(s256=1), [0], [(1, 1)])),
+        "lone_end_of_block_other_bit": payload(stored(b"A") + dynamic(
+            Bits(), literal_lengths(s256=1), [0], [(1, 1)]).bytes()),
         "lone_distance_code_other_bit": payload(dynamic(
             Bits(), with_match, [1], [(0, 1), (3, 2), (1, 1), (2, 2)])),
         "match_without_distance_code": payload(dynamic(

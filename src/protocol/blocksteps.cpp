@@ -53,25 +53,25 @@ bool BlockSteps::build(const std::uint8_t *literalLengths, int literalCount,
     if (literalLengths[endOfBlockSymbol] == 0 || !m_literals.build(literalLengths, literalCount)
         || !m_distances.build(distanceLengths, distanceCount))
         return false;
-    fillTable(m_literals, &m_steps[literalTable], literalStep);
-    fillTable(m_distances, &m_steps[distanceTable], distanceStep);
-    joinLiterals();
+    fillTable(m_literals, &m_singleSteps[literalTable], literalStep);
+    fillTable(m_distances, &m_singleSteps[distanceTable], distanceStep);
+    joinSteps();
     return true;
 }
 
-/// Lets a literal's step go on over all that fits into its place in the table.
-void BlockSteps::joinLiterals()
+/// Lets each step go on over all that fits into its place in the table.
+void BlockSteps::joinSteps()
 {
-    // Downwards, since what follows a code lies at a lower index.
-    for (std::size_t index = tableSize; index-- > 0;) {
-        Step step = m_steps[index];
-        while (!step.needsCare() && step.nextTable() == literalTable) {
-            const Step next = m_steps[index >> step.codeBits()];
-            if (next.needsCare() || step.codeBits() + next.codeBits() > stepTableBits)
+    for (unsigned at = 0; at < m_steps.size(); ++at) {
+        const unsigned index = at & (tableSize - 1);
+        Step step = m_singleSteps[at];
+        while (!step.needsCare() && step.bits() < stepTableBits) {
+            const Step next = m_singleSteps[step.nextTable() + (index >> step.bits())];
+            if (next.needsCare() || step.bits() + next.codeBits() > stepTableBits)
                 break;
             step = step.joined(next);
         }
-        m_steps[index] = step;
+        m_steps[at] = step;
     }
 }
 

@@ -13,7 +13,7 @@ namespace zyws
 {
 
 /// Where in BlockSteps' table a step is looked up: literals and lengths first, distances behind.
-constexpr int stepTableBits = 11;
+constexpr int stepTableBits = 10;
 constexpr unsigned literalTable = 0;
 constexpr unsigned distanceTable = 1U << stepTableBits;
 
@@ -92,11 +92,12 @@ public:
 private:
     static constexpr std::size_t tableSize = std::size_t(1) << stepTableBits;
 
-    void joinLiterals();
+    void joinSteps();
 
     HuffmanCode m_literals;
     HuffmanCode m_distances;
-    std::array<Step, 2 * tableSize> m_steps{};
+    std::array<Step, 2 * tableSize> m_singleSteps;
+    std::array<Step, 2 * tableSize> m_steps;
 };
 
 } // namespace zyws

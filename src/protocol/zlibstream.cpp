@@ -22,33 +22,30 @@ bool walkSymbols(BitReader &reader, const BlockSteps &steps)
 {
     // A copy stays in registers.
     BitReader local = reader;
+    local.refill();
     unsigned table = literalTable;
+    Step step = steps.step(table, local.bits());
     for (;;) {
         if (local.isOverrun())
             return false;
         local.refill();
-        // Two steps take 48 bits at most.
-        Step step = steps.step(table, local.bits());
-        if (Q_LIKELY(!step.needsCare())) {
+        if (Q_UNLIKELY(step.needsCare())) {
+            step = steps.carefulStep(table, local.bits());
+            if (step.isMeaningless())
+                return false;
+            local.skip(step.bits());
+            if (step.isEndOfBlock())
+                break;
+            table = step.nextTable();
+            step = steps.step(table, local.bits());
+            continue;
+        }
+        // Two steps leave enough bits to look up the third: no look-up waits for a refill.
+        for (int i = 0; i < 2 && Q_LIKELY(!step.needsCare()); ++i) {
             local.skip(step.bits());
             table = step.nextTable();
             step = steps.step(table, local.bits());
-            if (Q_LIKELY(!step.needsCare())) {
-                local.skip(step.bits());
-                table = step.nextTable();
-                continue;
-            }
-            if (local.isOverrun())
-                return false;
-            local.refill();
         }
-        step = steps.carefulStep(table, local.bits());
-        if (step.isMeaningless())
-            return false;
-        local.skip(step.bits());
-        if (step.isEndOfBlock())
-            break;
-        table = step.nextTable();
     }
     reader = local;
     return !reader.isOverrun();
