@@ -4,6 +4,7 @@
 
 #include "rawprinter.h"
 
+#include "emitlater.h"
 #include "processview.h"
 #include "scriptedprinter.h"
 
@@ -180,7 +181,7 @@ void RawPrinter::accept()
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             socket->deleteLater();
             m_peer.clear();
-            emitLater(&RawPrinter::peerDisconnected);
+            emitLater(this, &RawPrinter::peerDisconnected);
         });
         onReadyRead();
     }
@@ -203,7 +204,7 @@ bool RawPrinter::readHandshake()
     m_incoming.remove(0, end + 4);
     m_isOpen = true;
     write(handshakeAnswer(request) + m_greeting);
-    emitLater(&RawPrinter::peerConnected);
+    emitLater(this, &RawPrinter::peerConnected);
     return true;
 }
 
@@ -260,10 +261,10 @@ void RawPrinter::handleFrame(int opcode, bool isFinal, const QByteArray &payload
     const QByteArray message = std::exchange(m_message, QByteArray());
     if (m_messageOpcode == Text) {
         m_texts.append(QString::fromUtf8(message));
-        emitLater(&RawPrinter::textReceived, m_texts.constLast());
+        emitLater(this, &RawPrinter::textReceived, m_texts.constLast());
     } else {
         m_chunks.append(message);
-        emitLater(&RawPrinter::chunkReceived, message);
+        emitLater(this, &RawPrinter::chunkReceived, message);
     }
 }
 

@@ -24,3 +24,10 @@ QByteArray contentOf(const QString &path)
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
+
+QString RandomFile::create(qint64 size)
+{
+    const QString path = m_directory.filePath(QStringLiteral("model"));
+    m_content = writeRandomFile(path, size);
+    return path;
+}

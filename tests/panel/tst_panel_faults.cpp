@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QSignalSpy>
 #include <QTcpServer>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QWebSocketServer>
 
@@ -61,15 +60,7 @@ private Q_SLOTS:
     void mayBeDeletedWhileSending();
 
 private:
-    QString newFile(qint64 size)
-    {
-        const QString path = m_directory.filePath(QStringLiteral("model"));
-        m_content = writeRandomFile(path, size);
-        return path;
-    }
-
-    QTemporaryDir m_directory;
-    QByteArray m_content;
+    RandomFile m_file;
 };
 
 void TestPanelFaults::aPortWhereNobodyListensIsReported()
@@ -128,7 +119,7 @@ void TestPanelFaults::refusalsAreExplained()
     printer.mayReceive = answer;
     Listener listener;
     QVERIFY(listener.connectTo(printer.url()));
-    QVERIFY(listener.session.send(newFile(100), name));
+    QVERIFY(listener.session.send(m_file.create(100), name));
     QTRY_COMPARE_WITH_TIMEOUT(listener.session.transfer(), Transfer::Idle, patience);
     QVERIFY(listener.hasSaid(transferErrorNotice(code, wifiState)));
     QCOMPARE(listener.session.link(), Link::Open);
@@ -152,7 +143,7 @@ void TestPanelFaults::aPrinterThatCannotStoreIsExplained()
         QVERIFY(QDir().mkdir(place));
     Listener listener;
     QVERIFY(listener.connectTo(printer.url()));
-    QVERIFY(listener.session.send(newFile(100), name));
+    QVERIFY(listener.session.send(m_file.create(100), name));
     QTRY_COMPARE_WITH_TIMEOUT(listener.session.transfer(), Transfer::Idle, patience);
     QVERIFY(listener.hasSaid(transferErrorNotice(2)));
 }
@@ -164,7 +155,7 @@ void TestPanelFaults::anEmptyFileIsNotOffered()
     printer.onOffer = [&isOffered] { isOffered = true; };
     Listener listener;
     QVERIFY(listener.connectTo(printer.url()));
-    const QString path = newFile(0);
+    const QString path = m_file.create(0);
     QVERIFY(!listener.session.send(path, name));
     QCOMPARE(listener.said.last(), fileFaultNotice(FileFault::Empty, path).text);
     QCOMPARE(listener.session.transfer(), Transfer::Idle);
@@ -177,7 +168,7 @@ void TestPanelFaults::anEmptyFileIsNotOffered()
 void TestPanelFaults::aFileThatVanishesLeavesTheSessionUsable()
 {
     TestPrinter printer;
-    const QString path = newFile(3 * mebibyte);
+    const QString path = m_file.create(3 * mebibyte);
     printer.onOffer = [&path] { QFile::remove(path); };
     Listener listener;
     QVERIFY(listener.connectTo(printer.url()));
@@ -187,13 +178,13 @@ void TestPanelFaults::aFileThatVanishesLeavesTheSessionUsable()
     QTRY_COMPARE_WITH_TIMEOUT(listener.session.link(), Link::Open, patience);
 
     const QSignalSpy stored(&listener.session, &PrinterSession::fileStored);
-    const QString another = newFile(2 * mebibyte);
+    const QString another = m_file.create(2 * mebibyte);
     // The printer may notice the end of the first connection a little later, and refuse till then.
     while (stored.isEmpty()) {
         QVERIFY(listener.session.send(another, name));
         QTRY_COMPARE_WITH_TIMEOUT(listener.session.transfer(), Transfer::Idle, patience);
     }
-    QVERIFY(contentOf(printer.pathOf(name)) == m_content);
+    QVERIFY(contentOf(printer.pathOf(name)) == m_file.content());
 }
 
 void TestPanelFaults::aStalledTransferIsGivenUpAndCanBeResumed()
@@ -204,7 +195,7 @@ void TestPanelFaults::aStalledTransferIsGivenUpAndCanBeResumed()
     timeouts.transferStall = 200;
     listener.session.setTimeouts(timeouts);
     QVERIFY(listener.connectTo(printer.url()));
-    QVERIFY(listener.session.send(newFile(100), name));
+    QVERIFY(listener.session.send(m_file.create(100), name));
     QTRY_COMPARE_WITH_TIMEOUT(listener.session.transfer(), Transfer::Interrupted, patience);
     QCOMPARE(listener.session.link(), Link::Closed);
     QVERIFY(listener.hasSaid(linkFaultNotice(LinkFault::Stalled, printer.url().authority())));
@@ -220,7 +211,7 @@ void TestPanelFaults::anUnconfirmedCancelEndsTheConnection()
     timeouts.cancelling = 200;
     listener.session.setTimeouts(timeouts);
     QVERIFY(listener.connectTo(printer.url()));
-    QVERIFY(listener.session.send(newFile(100), name));
+    QVERIFY(listener.session.send(m_file.create(100), name));
     listener.session.cancelTransfer();
     QCOMPARE(listener.session.transfer(), Transfer::Cancelling);
     QTRY_COMPARE_WITH_TIMEOUT(listener.session.transfer(), Transfer::Idle, patience);
@@ -279,7 +270,7 @@ void TestPanelFaults::mayBeDeletedWhileSending()
             QMetaObject::invokeMethod(
                 session, [session] { delete session; }, Qt::QueuedConnection);
     });
-    QVERIFY(session->send(newFile(6 * mebibyte), name));
+    QVERIFY(session->send(m_file.create(6 * mebibyte), name));
     QTRY_COMPARE_WITH_TIMEOUT(gone.count(), 1, patience);
 }
 

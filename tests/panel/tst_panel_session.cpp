@@ -8,7 +8,6 @@
 
 #include <QDir>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace zypanel;
@@ -41,15 +40,7 @@ private Q_SLOTS:
     void disconnectingOnPurposeCanBeResumedToo();
 
 private:
-    QString newFile(qint64 size)
-    {
-        const QString path = m_directory.filePath(QStringLiteral("model"));
-        m_content = writeRandomFile(path, size);
-        return path;
-    }
-
-    QTemporaryDir m_directory;
-    QByteArray m_content;
+    RandomFile m_file;
 };
 
 void TestPanelSession::tellsWhatThePrinterDoes()
@@ -90,12 +81,12 @@ void TestPanelSession::sendsAFileAndRestsItsStatusRequests()
                 received.append(bytes);
             });
     const QSignalSpy stored(&listener.session, &PrinterSession::fileStored);
-    QVERIFY(listener.session.send(newFile(5 * mebibyte + 1), name));
+    QVERIFY(listener.session.send(m_file.create(5 * mebibyte + 1), name));
     QTRY_COMPARE_WITH_TIMEOUT(stored.count(), 1, patience);
     QCOMPARE(received.size(), 6);
     QCOMPARE(received.last(), 5 * mebibyte + 1);
     QCOMPARE(requestsAtEnd, requestsAtStart);
-    QVERIFY(contentOf(printer.pathOf(name)) == m_content);
+    QVERIFY(contentOf(printer.pathOf(name)) == m_file.content());
     QVERIFY(listener.hasSaid(checkStateNotice(1, name)));
     QTRY_VERIFY_WITH_TIMEOUT(printer.statusRequests > requestsAtEnd, patience);
 }
@@ -177,12 +168,12 @@ void TestPanelSession::cancelLeavesNothingOnThePrinter()
                 if (bytes == 2 * mebibyte)
                     listener.session.cancelTransfer();
             });
-    QVERIFY(listener.session.send(newFile(8 * mebibyte), name));
+    QVERIFY(listener.session.send(m_file.create(8 * mebibyte), name));
     QTRY_COMPARE_WITH_TIMEOUT(listener.session.transfer(), Transfer::Idle, patience);
     QVERIFY(QDir(printer.pathOf(QString())).isEmpty());
     // And the printer is ready for the next file.
     const QSignalSpy stored(&listener.session, &PrinterSession::fileStored);
-    QVERIFY(listener.session.send(newFile(mebibyte), name));
+    QVERIFY(listener.session.send(m_file.create(mebibyte), name));
     QTRY_COMPARE_WITH_TIMEOUT(stored.count(), 1, patience);
 }
 
@@ -196,7 +187,7 @@ void TestPanelSession::resumesAfterThePrinterWasGone()
                                       if (bytes == 3 * mebibyte)
                                           printer.stop();
                                   });
-    QVERIFY(listener.session.send(newFile(9 * mebibyte), name));
+    QVERIFY(listener.session.send(m_file.create(9 * mebibyte), name));
     QTRY_COMPARE_WITH_TIMEOUT(listener.session.transfer(), Transfer::Interrupted, patience);
     QCOMPARE(listener.session.link(), Link::Closed);
     QCOMPARE(listener.said.last(),
@@ -216,7 +207,7 @@ void TestPanelSession::resumesAfterThePrinterWasGone()
     QTRY_COMPARE_WITH_TIMEOUT(listener.session.transfer(), Transfer::Idle, patience);
     QVERIFY(!received.isEmpty());
     QCOMPARE(received.first(), 4 * mebibyte);
-    QVERIFY(contentOf(printer.pathOf(name)) == m_content);
+    QVERIFY(contentOf(printer.pathOf(name)) == m_file.content());
 }
 
 void TestPanelSession::disconnectingOnPurposeCanBeResumedToo()
@@ -227,12 +218,12 @@ void TestPanelSession::disconnectingOnPurposeCanBeResumedToo()
     const auto leaving
         = connect(&listener.session, &PrinterSession::transferProgress, &listener.session,
                   [&] { listener.session.disconnectFromPrinter(); });
-    QVERIFY(listener.session.send(newFile(4 * mebibyte), name));
+    QVERIFY(listener.session.send(m_file.create(4 * mebibyte), name));
     QTRY_COMPARE_WITH_TIMEOUT(listener.session.transfer(), Transfer::Interrupted, patience);
     disconnect(leaving);
     listener.session.resumeTransfer();
     QTRY_COMPARE_WITH_TIMEOUT(listener.session.transfer(), Transfer::Idle, patience);
-    QVERIFY(contentOf(printer.pathOf(name)) == m_content);
+    QVERIFY(contentOf(printer.pathOf(name)) == m_file.content());
 }
 
 QTEST_GUILESS_MAIN(TestPanelSession)

@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QList>
 
+#include "endings.h"
 #include "rawtcppeer.h"
 
 namespace zytest
@@ -59,6 +60,18 @@ inline QList<HostSignal> hostSignals()
         {"sigGetPrinterStatus", {commandFrame("GET_PRINT_STATUS")}, false},
         {"sigSetPrintPara", {commandFrame("PRINT_PARA_SET")}, false},
     };
+}
+
+/// Has @p peer send what leads to @p signal; false when the printer does not answer on the way.
+inline bool provoke(const HostSignal &signal, RawTcpPeer &peer, Ending ending = TcpReset)
+{
+    for (const QByteArray &frame : signal.frames)
+        peer.write(frame);
+    if (!signal.needsEnding)
+        return true;
+    const bool isReceiving = !peer.takeText().isNull() && !peer.takeText().isNull();
+    end(peer, ending);
+    return isReceiving;
 }
 
 } // namespace zytest

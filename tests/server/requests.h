@@ -30,6 +30,15 @@ inline QJsonObject startFile(const QString &name, qint64 size,
     return startFile(name, QString::number(size), key);
 }
 
+/// The answer to a START_FILE request that begins a new transfer.
+inline QJsonObject accepted(const QString &name, const QString &size)
+{
+    QJsonObject reply = startFile(name, size);
+    reply.insert(QStringLiteral("errorcode"), 0);
+    reply.insert(QStringLiteral("compress"), true);
+    return reply;
+}
+
 /// The answer to a data message.
 inline QJsonObject startData(qint64 size, qint64 received, int errorCode = 0,
                              const QString &key = QStringLiteral("78563412"))

@@ -127,13 +127,7 @@ void tst_Destruction::isDeletedInsideAHostsSlot()
         deleteServer(printer, deletion, peer);
         isOver = true;
     });
-    for (const QByteArray &frame : std::as_const(signal.frames))
-        peer.write(frame);
-    if (signal.needsEnding) {
-        QVERIFY(!peer.takeText().isNull());
-        QVERIFY(!peer.takeText().isNull());
-        peer.reset();
-    }
+    QVERIFY(provoke(signal, peer));
     QVERIFY(waitUntil([&] { return isOver && !printer.server(); }));
     QVERIFY(waitUntil([&] {
         return other.socket().state() == QAbstractSocket::UnconnectedState && peer.isEnded();
@@ -165,13 +159,7 @@ void tst_Destruction::isDeletedInsideASlotThatIsNested()
         inner.write(commandFrame("PRINT_PAUSE"));
         QVERIFY(waitUntil([&] { return isOver && !printer.server(); }));
     });
-    for (const QByteArray &frame : std::as_const(signal.frames))
-        outer.write(frame);
-    if (signal.needsEnding) {
-        QVERIFY(!outer.takeText().isNull());
-        QVERIFY(!outer.takeText().isNull());
-        outer.reset();
-    }
+    QVERIFY(provoke(signal, outer));
     QVERIFY(waitUntil([&] { return isOver && inner.isEnded() && outer.isEnded(); }));
 }
 

@@ -24,14 +24,6 @@ namespace
 
 const QString modelName = QStringLiteral("a.zydlp");
 
-QJsonObject accepted(const QString &name, const QString &size)
-{
-    QJsonObject reply = startFile(name, size);
-    reply.insert(QStringLiteral("errorcode"), 0);
-    reply.insert(QStringLiteral("compress"), true);
-    return reply;
-}
-
 } // namespace
 
 class tst_Reception : public QObject

@@ -165,13 +165,7 @@ void tst_SpinningHost::stopsSilentlyWhenThePeerHasLeft()
         }
         isOver = true;
     });
-    for (const QByteArray &frame : std::as_const(signal.frames))
-        peer.write(frame);
-    if (signal.needsEnding) {
-        QVERIFY(!peer.takeText().isNull());
-        QVERIFY(!peer.takeText().isNull());
-        end(peer, ending);
-    }
+    QVERIFY(provoke(signal, peer, ending));
     QVERIFY(waitUntil([&] { return isOver; }));
     QVERIFY(printer.waitForConnections(1));
     printer.host().takeCalls();
@@ -246,13 +240,7 @@ void tst_SpinningHost::answersAStartFileInside()
         other.send(startFile(modelName, 5));
         reply = other.take();
     });
-    for (const QByteArray &frame : std::as_const(signal.frames))
-        peer.write(frame);
-    if (signal.needsEnding) {
-        QVERIFY(!peer.takeText().isNull());
-        QVERIFY(!peer.takeText().isNull());
-        peer.reset();
-    }
+    QVERIFY(provoke(signal, peer));
     QVERIFY(waitUntil([&] { return !reply.isEmpty(); }));
     if (!isAccepted) {
         QCOMPARE(reply, refusal(1, name == QStringLiteral("checkFile") ? 4 : 3));

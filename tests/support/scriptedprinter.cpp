@@ -4,6 +4,8 @@
 
 #include "scriptedprinter.h"
 
+#include "emitlater.h"
+
 #include <QHostAddress>
 #include <QJsonDocument>
 #include <QWebSocketServer>
@@ -180,9 +182,9 @@ void ScriptedPrinter::accept()
             socket->deleteLater();
             if (m_peer == socket)
                 m_peer.clear();
-            emitLater(&ScriptedPrinter::peerDisconnected);
+            emitLater(this, &ScriptedPrinter::peerDisconnected);
         });
-        emitLater(&ScriptedPrinter::peerConnected);
+        emitLater(this, &ScriptedPrinter::peerConnected);
     }
 }
 
@@ -197,7 +199,7 @@ void ScriptedPrinter::recordText(const QString &text)
         else if (command == QLatin1String("CANCEL_FILE"))
             send(cancelFileReply());
     }
-    emitLater(&ScriptedPrinter::textReceived, text);
+    emitLater(this, &ScriptedPrinter::textReceived, text);
 }
 
 void ScriptedPrinter::recordChunk(const QByteArray &payload)
@@ -208,7 +210,7 @@ void ScriptedPrinter::recordChunk(const QByteArray &payload)
         for (const QJsonObject &reply : m_answers->toChunk(payload))
             send(reply);
     }
-    emitLater(&ScriptedPrinter::chunkReceived, payload);
+    emitLater(this, &ScriptedPrinter::chunkReceived, payload);
 }
 
 } // namespace zytest

@@ -105,18 +105,6 @@ Q_SIGNALS:
     void chunkReceived(const QByteArray &payload);
 
 private:
-    template <typename Signal, typename... Arguments>
-    void emitLater(Signal signal, const Arguments &...arguments)
-    {
-        QMetaObject::invokeMethod(
-            this,
-            [=] {
-                Q_EMIT(this->*signal)
-                (arguments...);
-            },
-            Qt::QueuedConnection);
-    }
-
     QWebSocket &current() const;
     void accept();
     void recordText(const QString &text);

@@ -6,12 +6,23 @@
 
 #include "slicerlog.h"
 
+#include <QMutex>
+
 #include <zysslechoclient.h>
 
 namespace
 {
 
 constexpr int openingPollInterval = 20; // ms
+
+/// Qt's first connection in a process registers a conversion without a lock, so two first ones at
+/// once, on threads of their own, make it print a warning: connections are opened one by one.
+ZySslEchoClient *openedClient(const QUrl &url, QObject *parent)
+{
+    static QMutex mutex;
+    const QMutexLocker locker(&mutex);
+    return new ZySslEchoClient(url, parent);
+}
 
 } // namespace
 
@@ -50,7 +61,7 @@ void PrinterLink::open()
     }
     drop();
     qCDebug(lcSlicer) << "connecting to" << m_printer.url;
-    m_client = new ZySslEchoClient(m_printer.url, this);
+    m_client = openedClient(m_printer.url, this);
     connect(m_client, &ZySslEchoClient::connected, this, &PrinterLink::onConnected);
     connect(m_client, &ZySslEchoClient::disconnected, this, &PrinterLink::onDisconnected);
     m_openingWatch.start();
