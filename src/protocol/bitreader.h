@@ -16,17 +16,20 @@ class BitReader
 public:
     BitReader(const uchar *begin, const uchar *end) : m_next(begin), m_end(end) { }
 
-    /// Makes 56 bits available to bits(), or all that are left. Not to be called on an overrun.
+    static constexpr int refilled = 56;
+
+    /// Makes that many bits available to bits(), or all that are left. Not to be called on an
+    /// overrun.
     void refill()
     {
         if (m_end - m_next >= 8) {
             // The bits above m_count may be there already; they are the same ones.
             m_bits |= qFromLittleEndian<quint64>(m_next) << m_count;
             m_next += (63 - m_count) >> 3;
-            m_count |= 56;
+            m_count |= refilled;
             return;
         }
-        for (; m_count < 56 && m_next < m_end; m_count += 8)
+        for (; m_count < refilled && m_next < m_end; m_count += 8)
             m_bits |= quint64(*m_next++) << m_count;
     }
 

@@ -67,7 +67,7 @@ void BlockSteps::joinSteps()
         Step step = m_singleSteps[at];
         while (!step.needsCare() && step.bits() < stepTableBits) {
             const Step next = m_singleSteps[step.nextTable() + (index >> step.bits())];
-            if (next.needsCare() || step.bits() + next.codeBits() > stepTableBits)
+            if (next.needsCare() || step.joined(next).decidingBits() > stepTableBits)
                 break;
             step = step.joined(next);
         }

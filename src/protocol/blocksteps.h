@@ -12,10 +12,13 @@
 namespace zyws
 {
 
-/// Where in BlockSteps' table a step is looked up: literals and lengths first, distances behind.
+/// Where in BlockSteps' tables a step is looked up: literals and lengths first, distances behind.
 constexpr int stepTableBits = 10;
 constexpr unsigned literalTable = 0;
 constexpr unsigned distanceTable = 1U << stepTableBits;
+
+/// Bits of the longest step without care: all of a place in the table, and a distance's extra bits.
+constexpr int longestStep = stepTableBits + 13;
 
 /**
  * One step of the walk: how many bits it takes, and which table the next one is in.
@@ -44,7 +47,8 @@ public:
 
     /// Bits of the codes and of the extra bits behind them.
     int bits() const { return static_cast<int>(m_packed & 0x3F); }
-    int codeBits() const { return static_cast<int>(m_packed >> 8 & 0xF); }
+    /// Those that decide what the step is: all but the extra bits at its end.
+    int decidingBits() const { return static_cast<int>(m_packed >> 8 & 0xFF); }
     unsigned nextTable() const { return m_packed >> 16; }
     /// A walk must not simply go on: the end, or a symbol that needs BlockSteps::carefulStep().
     bool needsCare() const { return m_packed & careful; }
@@ -54,15 +58,15 @@ public:
     /// This step and @p next, which needs no care, in one.
     Step joined(Step next) const
     {
-        return {codeBits() + next.codeBits(), bits() + next.bits(), 0, next.nextTable()};
+        return {bits() + next.decidingBits(), bits() + next.bits(), 0, next.nextTable()};
     }
 
 private:
     static constexpr unsigned careful = 0x40;
     static constexpr unsigned end = 0x80;
 
-    constexpr Step(int codeBits, int bits, unsigned flags, unsigned table)
-        : m_packed(static_cast<unsigned>(bits) | flags | static_cast<unsigned>(codeBits) << 8
+    constexpr Step(int decidingBits, int bits, unsigned flags, unsigned table)
+        : m_packed(static_cast<unsigned>(bits) | flags | static_cast<unsigned>(decidingBits) << 8
                    | table << 16)
     {
     }
@@ -96,8 +100,8 @@ private:
 
     HuffmanCode m_literals;
     HuffmanCode m_distances;
-    std::array<Step, 2 * tableSize> m_singleSteps;
-    std::array<Step, 2 * tableSize> m_steps;
+    std::array<Step, 2 * tableSize> m_singleSteps; ///< over one symbol each
+    std::array<Step, 2 * tableSize> m_steps; ///< over all that a place in the table tells
 };
 
 } // namespace zyws

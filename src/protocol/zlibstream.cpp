@@ -40,7 +40,8 @@ bool walkSymbols(BitReader &reader, const BlockSteps &steps)
             step = steps.step(table, local.bits());
             continue;
         }
-        // Two steps leave enough bits to look up the third: no look-up waits for a refill.
+        // Two steps leave enough bits to look up the third, so no look-up waits for a refill.
+        static_assert(2 * longestStep + stepTableBits <= BitReader::refilled);
         for (int i = 0; i < 2 && Q_LIKELY(!step.needsCare()); ++i) {
             local.skip(step.bits());
             table = step.nextTable();
