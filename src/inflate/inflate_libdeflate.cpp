@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 // Inflates a chunk with libdeflate where that is sure to give what zlib gives, the rest with Qt.
 
-#include "datachunk.h"
 #include "inflate.h"
 #include "zlibstream.h"
 
@@ -19,6 +18,8 @@ namespace
 {
 
 constexpr int prefixSize = 4;
+/// What a chunk holds. A larger announcement may be a lie that costs memory: Qt grows its buffer.
+constexpr quint32 largestSize = 1024 * 1024;
 
 struct FreeDecompressor {
     void operator()(libdeflate_decompressor *decompressor) const
@@ -33,7 +34,7 @@ QByteArray inflatedQuickly(const QByteArray &payload)
     if (payload.size() <= prefixSize)
         return {};
     const auto size = qFromBigEndian<quint32>(payload.constData());
-    if (size == 0 || size > chunkSize)
+    if (size == 0 || size > largestSize)
         return {};
     const char *stream = payload.constData() + prefixSize;
     const auto streamSize = static_cast<std::size_t>(payload.size() - prefixSize);
