@@ -92,11 +92,10 @@ def row(case, measure, unit, results, key, target=None):
 
 
 def is_met(ratio, target):
-    """Whether a ratio, as printed, meets a target such as "<= 1.05"; None without a target."""
+    """Whether a ratio meets a target such as "<= 1.05"; None without a target."""
     if target is None:
         return None
     relation, limit = target.split()
-    ratio = round(ratio, 2)
     return ratio <= float(limit) if relation == "<=" else ratio >= float(limit)
 
 

@@ -49,5 +49,5 @@ def run(options):
                                          lambda side: send(side, source, receive))
             rows += rows_of(f"{case}, {size:.1f} MiB", results)
             os.remove(source)
-        note = f"files in {measure.file_system(scratch)}"
-    return rows, {"files": note, "pairs": options.pairs}
+        place = measure.file_system(scratch)
+    return rows, {"files in": place, "pairs": options.pairs}

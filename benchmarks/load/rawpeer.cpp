@@ -87,7 +87,7 @@ QByteArray RawPeer::receive()
     }
     while (m_buffer.size() < header + size)
         readMore();
-    const QByteArray text = m_buffer.mid(header, size);
+    QByteArray text = m_buffer.mid(header, size);
     m_buffer.remove(0, header + size);
     return text;
 }
