@@ -53,6 +53,9 @@ class Loopback:
     def bytes_sent(self):
         return None
 
+    def measured_round_trip(self):
+        return 0.0
+
 
 class SlowLink:
     """

@@ -33,6 +33,11 @@ def digest(path):
         return hashlib.file_digest(file, "sha256").digest()
 
 
+def empty(directory):
+    for left in directory.iterdir():
+        shutil.rmtree(left) if left.is_dir() else left.unlink()
+
+
 def prepared_files(directory, quick, scratch):
     """The files by case; quick ones are the first part of each."""
     files = {}
@@ -57,8 +62,7 @@ def send_once(peer, link, file, expected):
     received = peer.inbox / file.name
     if not received.exists() or digest(received) != expected:
         raise PeerFailed(f"{peer.name}: {file.name} arrived damaged or not at all")
-    for left in peer.inbox.iterdir():
-        shutil.rmtree(left) if left.is_dir() else left.unlink()
+    empty(peer.inbox)
     return dict(zip(MEASURES, (run.wall, run.cpu, used, on_wire)))
 
 
