@@ -10,18 +10,17 @@ import shutil
 import signal
 import statistics
 import sys
-import tempfile
 from pathlib import Path
 
 HERE = Path(__file__).parent
 sys.path.insert(0, str(HERE.parent))
 
-from kinds import KINDS  # noqa: E402
+import files  # noqa: E402
+import measure  # noqa: E402
+from kinds import KINDS, Library  # noqa: E402
 from link import LinkUnavailable, Loopback, SlowLink  # noqa: E402
-from machine import machine  # noqa: E402
 from processes import PeerFailed, run_client  # noqa: E402
 
-CASES = {"layer model": "layer.zydlp", "random bytes": "random.bin", "mesh": "mesh.stl"}
 SLOW_RATE = 60  # Mbit/s, about what a printer's wireless link carries
 ROUNDS = 3
 QUICK_SIZE = 4 * 1024 * 1024
@@ -38,18 +37,18 @@ def empty(directory):
         shutil.rmtree(left) if left.is_dir() else left.unlink()
 
 
-def prepared_files(directory, quick, scratch):
-    """The files by case; quick ones are the first part of each."""
-    files = {}
-    for case, name in CASES.items():
+def sources(directory, quick, scratch):
+    """The files to send, by case; quick ones are the first part of each."""
+    found = {}
+    for case, name in files.NAMES.items():
         file = Path(directory) / name
         if quick:
             part = Path(scratch) / name
             with open(file, "rb") as whole:
                 part.write_bytes(whole.read(QUICK_SIZE))
             file = part
-        files[case] = file.resolve()
-    return files
+        found[case] = file.resolve()
+    return found
 
 
 def send_once(peer, link, file, expected):
@@ -74,13 +73,13 @@ def median_row(link, case, peer, runs):
     return row
 
 
-def compare_on(link, peers, files, rounds, missing):
+def compare_on(link, peers, sent, rounds, missing):
     """All peers on one link, taking turns; rows of medians."""
-    expected = {case: digest(file) for case, file in files.items()}
-    runs = {(case, peer): [] for case in files for peer in peers}
+    expected = {case: digest(file) for case, file in sent.items()}
+    runs = {(case, peer): [] for case in sent for peer in peers}
     failed = set()
     for turn in range(rounds):
-        for case, file in files.items():
+        for case, file in sent.items():
             for peer in peers[turn % len(peers):] + peers[:turn % len(peers)]:
                 if peer in failed:
                     continue
@@ -94,10 +93,11 @@ def compare_on(link, peers, files, rounds, missing):
             for (case, peer), done in runs.items() if done and peer not in failed]
 
 
-def serve_and_compare(link, peers, files, rounds, missing):
+def serve_and_compare(link, peers, sent, rounds, missing):
     with contextlib.ExitStack() as running:
         running.enter_context(link)
-        scratch = Path(running.enter_context(tempfile.TemporaryDirectory(prefix="zybench-")))
+        need = 2 * max(file.stat().st_size for file in sent.values())
+        scratch = Path(running.enter_context(measure.scratch(need)))
         serving = []
         for number, peer in enumerate(peers):
             directory = scratch / str(number)
@@ -108,7 +108,7 @@ def serve_and_compare(link, peers, files, rounds, missing):
                 serving.append(peer)
             except PeerFailed as error:
                 missing.append(f"failed on {link.name}: {peer.name}: {error}")
-        return compare_on(link, serving, files, rounds, missing) if serving else []
+        return compare_on(link, serving, sent, rounds, missing) if serving else []
 
 
 def compare(arguments):
@@ -118,33 +118,44 @@ def compare(arguments):
             missing.append(f"{peer.name}: {lack}")
         else:
             peers.append(peer)
-    rounds = 1 if arguments.quick else ROUNDS
-    with tempfile.TemporaryDirectory(prefix="zybench-") as scratch:
-        files = prepared_files(arguments.files, arguments.quick, scratch)
+    with measure.scratch(len(files.NAMES) * QUICK_SIZE) as scratch:
+        sent = sources(arguments.files, arguments.quick, scratch)
         for link in (Loopback(), SlowLink(SLOW_RATE)):
             try:
-                rows += serve_and_compare(link, peers, files, rounds, missing)
+                rows += serve_and_compare(link, peers, sent, rounds(arguments), missing)
             except LinkUnavailable as error:
                 missing.append(f"{link.name}: link not available here: {error}")
-    return {"section": "peers", "machine": machine(), "rows": rows, "missing": missing}
+    return rows, missing
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--files", required=True, help=f"directory with {', '.join(CASES.values())}")
+def rounds(arguments):
+    return 1 if arguments.quick else ROUNDS
+
+
+def options_parser(description):
+    parser = argparse.ArgumentParser(description=description)
+    parser.add_argument("--files", required=True,
+                        help=f"directory with {', '.join(files.NAMES.values())}")
     parser.add_argument("--out", required=True, help="where to write the results")
-    parser.add_argument("--programs", default="build/bench/benchmarks",
+    parser.add_argument("--programs", default=f"{measure.BUILD}/benchmarks",
                         help="directory of the library's benchmark programs")
     parser.add_argument("--quick", action="store_true",
                         help="one round with the first 4 MiB of each file, to try the programs")
-    arguments = parser.parse_args()
+    return parser
+
+
+def run_section(name, measure_rows, arguments):
+    """Calls measure_rows(arguments), which gives rows and what is missing; writes both."""
+    if lack := Library(arguments.programs).lacks():
+        sys.exit(lack)
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("ended by a signal"))
-    results = compare(arguments)
-    Path(arguments.out).write_text(json.dumps(results, indent=2) + "\n")
-    for line in results["missing"]:
+    described = {**measure.machine(), "rounds": rounds(arguments)}
+    rows, missing = measure_rows(arguments)
+    section = {"section": name, "machine": described, "rows": rows, "missing": missing}
+    Path(arguments.out).write_text(json.dumps(section, indent=2) + "\n")
+    for line in missing:
         print(line, file=sys.stderr)
-    return 0
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    run_section("peers", compare, options_parser(__doc__).parse_args())

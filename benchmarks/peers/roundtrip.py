@@ -2,29 +2,26 @@
 # SPDX-License-Identifier: MIT
 """Measures what one acknowledgement per chunk costs on a link with a delay, and computes the same."""
 
-import argparse
 import json
 import math
-import signal
 import statistics
 import sys
-import tempfile
 from contextlib import ExitStack
 from pathlib import Path
 
 HERE = Path(__file__).parent
 sys.path.insert(0, str(HERE.parent))
 
+import files  # noqa: E402
+import measure  # noqa: E402
 from kinds import Library  # noqa: E402
 from link import BURST, LinkUnavailable, Loopback, SlowLink  # noqa: E402
-from machine import machine  # noqa: E402
-from peers import CASES, digest, empty, prepared_files  # noqa: E402
+from peers import QUICK_SIZE, digest, empty, options_parser, rounds, run_section, sources  # noqa: E402
 from processes import PeerFailed, run_client  # noqa: E402
 
 CHUNK = 1024 * 1024
 ROUND_TRIPS = (0.0, 0.001, 0.005, 0.020)  # seconds
 RATE = 100  # Mbit/s
-ROUNDS = 3
 MEASURED_CASES = ("random bytes", "layer model")
 SEGMENT = 1448  # bytes of payload in a packet of 1500
 FIRST_WINDOW = 10  # segments that TCP sends before the first acknowledgement
@@ -60,29 +57,30 @@ def transfer(library, link, file, expected):
     return report["wall"], link.bytes_sent()[0] - before[0] if before else None
 
 
-def measure_on(link, library, files, rounds):
+def measure_on(link, library, sent, turns):
     """All files over one link in turns; (case, round trip, chunks, wall, bytes sent) of each."""
     with ExitStack() as running:
         running.enter_context(link)
-        scratch = running.enter_context(tempfile.TemporaryDirectory(prefix="zybench-"))
+        need = 2 * max(file.stat().st_size for file in sent.values())
+        scratch = running.enter_context(measure.scratch(need))
         running.callback(library.stop)
         library.serve(link, scratch)
         round_trip = link.measured_round_trip()
-        runs = {case: [] for case in files}
-        for turn in range(rounds):
-            for case, file in files.items():
+        runs = {case: [] for case in sent}
+        for turn in range(turns):
+            for case, file in sent.items():
                 print(f"{link.name}, round trip {round_trip * 1e3:.2f} ms: {case}, "
-                      f"{turn + 1} of {rounds}", file=sys.stderr)
+                      f"{turn + 1} of {turns}", file=sys.stderr)
                 runs[case].append(transfer(library, link, file, digest(file)))
     for case, done in runs.items():
-        walls, sent = zip(*done)
+        walls, on_wire = zip(*done)
         yield {
             "link": link.name,
             "case": case,
             "round_trip": round_trip,
-            "chunks": math.ceil(files[case].stat().st_size / CHUNK),
+            "chunks": math.ceil(sent[case].stat().st_size / CHUNK),
             "wall": statistics.median(walls),
-            "bytes_sent": None if None in sent else statistics.median(sent),
+            "bytes_sent": None if None in on_wire else statistics.median(on_wire),
         }
 
 
@@ -98,19 +96,15 @@ def add_computed(rows, rate):
                 row["chunks"], row["work"], row["bytes_sent"], rate, row["round_trip"])
 
 
-def measure(arguments):
+def compare(arguments):
     rows, missing = [], []
     library = Library(arguments.programs)
-    if lack := library.lacks():
-        missing.append(f"{library.name}: {lack}")
-        return rows, missing
-    with tempfile.TemporaryDirectory(prefix="zybench-") as scratch:
-        files = prepared_files(arguments.files, arguments.quick, scratch)
-        files = {case: files[case] for case in MEASURED_CASES}
-        links = [Loopback(), *(SlowLink(arguments.rate, trip) for trip in ROUND_TRIPS)]
-        for link in links:
+    with measure.scratch(len(files.NAMES) * QUICK_SIZE) as scratch:
+        sent = sources(arguments.files, arguments.quick, scratch)
+        sent = {case: sent[case] for case in MEASURED_CASES}
+        for link in (Loopback(), *(SlowLink(arguments.rate, trip) for trip in ROUND_TRIPS)):
             try:
-                rows += measure_on(link, library, files, 1 if arguments.quick else ROUNDS)
+                rows += measure_on(link, library, sent, rounds(arguments))
             except (LinkUnavailable, PeerFailed) as error:
                 missing.append(f"{link.name}: {error}")
     add_computed(rows, arguments.rate * 1e6)
@@ -118,23 +112,11 @@ def measure(arguments):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--files", required=True, help=f"directory with {', '.join(CASES.values())}")
-    parser.add_argument("--out", required=True, help="where to write the results")
-    parser.add_argument("--programs", default="build/bench/benchmarks",
-                        help="directory of the library's benchmark programs")
-    parser.add_argument("--rate", type=float, default=RATE, help="Mbit/s of the link (default %(default)s)")
-    parser.add_argument("--quick", action="store_true",
-                        help="one round with the first 4 MiB of each file, to try the programs")
-    arguments = parser.parse_args()
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit("ended by a signal"))
-    rows, missing = measure(arguments)
-    results = {"section": "roundtrip", "machine": machine(), "rows": rows, "missing": missing}
-    Path(arguments.out).write_text(json.dumps(results, indent=2) + "\n")
-    for line in missing:
-        print(line, file=sys.stderr)
-    return 0
+    parser = options_parser(__doc__)
+    parser.add_argument("--rate", type=float, default=RATE,
+                        help="Mbit/s of the link (default: %(default)s)")
+    run_section("roundtrip", compare, parser.parse_args())
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    main()
