@@ -157,7 +157,7 @@ class SlowLink:
 
     def _tear_down(self):
         # A second Ctrl-C must not leave namespaces behind.
-        before = signal.signal(signal.SIGINT, signal.SIG_IGN)
+        before = {end: signal.signal(end, signal.SIG_IGN) for end in (signal.SIGINT, signal.SIGTERM)}
         try:
             if self._relay:
                 self._relay.kill()
@@ -166,7 +166,8 @@ class SlowLink:
             for namespace in self._namespaces:
                 subprocess.run(["ip", "netns", "delete", namespace], stderr=subprocess.DEVNULL)
         finally:
-            signal.signal(signal.SIGINT, before)
+            for end, handler in before.items():
+                signal.signal(end, handler)
 
 
 @contextlib.contextmanager

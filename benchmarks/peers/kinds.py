@@ -92,7 +92,7 @@ class Rsync(Peer):
     def start(self, link):
         port = free_port()
         configuration = self.directory / "rsyncd.conf"
-        configuration.write_text(RSYNCD.format(inbox=self.inbox, user=os.geteuid(), group=os.getegid()))
+        configuration.write_text(RSYNCD.format(inbox=self.inbox) + (AS_ROOT if os.geteuid() == 0 else ""))
         self.launch(link, "rsync", "--daemon", "--no-detach", f"--config={configuration}",
                     f"--port={port}").await_port(port)
         return port
@@ -166,6 +166,10 @@ use chroot = no
 [inbox]
 path = {inbox}
 read only = no
-uid = {user}
-gid = {group}
+"""
+
+# Otherwise a daemon of root's writes as nobody, who may not write here.
+AS_ROOT = """
+uid = root
+gid = root
 """

@@ -148,7 +148,8 @@ def run_section(name, measure_rows, arguments):
     """Calls measure_rows(arguments), which gives rows and what is missing; writes both."""
     if lack := Library(arguments.programs).lacks():
         sys.exit(lack)
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit("ended by a signal"))
+    for end in (signal.SIGINT, signal.SIGTERM):  # leaves all contexts in order
+        signal.signal(end, lambda *_: sys.exit("ended by a signal"))
     described = {**measure.machine(), "rounds": rounds(arguments)}
     rows, missing = measure_rows(arguments)
     section = {"section": name, "machine": described, "rows": rows, "missing": missing}
