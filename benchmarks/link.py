@@ -5,6 +5,7 @@
 import contextlib
 import ctypes
 import fcntl
+import itertools
 import json
 import os
 import shutil
@@ -27,6 +28,8 @@ TUNSETIFF = 0x400454CA
 IFF_TUN = 0x0001
 IFF_NO_PI = 0x1000
 CLONE_NEWNET = 0x40000000
+
+_numbers = itertools.count()
 
 
 class LinkUnavailable(Exception):
@@ -72,8 +75,9 @@ class SlowLink:
         self.name = f"{rate:g} Mbit/s"
         self.rate = rate
         self.round_trip = round_trip
-        self._namespaces = [f"zybench-{os.getpid()}-{end}" for end in ("client", "server")]
-        self._devices = [f"zyb{os.getpid()}{end}" for end in ("c", "s")]
+        unique = f"{os.getpid()}-{next(_numbers)}"
+        self._namespaces = [f"zybench-{unique}-{end}" for end in ("client", "server")]
+        self._devices = [f"zyb{unique}{end}" for end in ("c", "s")]
         self._relay = None
 
     def __enter__(self):

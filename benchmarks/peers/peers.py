@@ -151,7 +151,10 @@ def run_section(name, measure_rows, arguments):
     for end in (signal.SIGINT, signal.SIGTERM):  # leaves all contexts in order
         signal.signal(end, lambda *_: sys.exit("ended by a signal"))
     described = {**measure.machine(), "rounds": rounds(arguments)}
-    rows, missing = measure_rows(arguments)
+    try:
+        rows, missing = measure_rows(arguments)
+    except PeerFailed as error:
+        sys.exit(str(error))
     section = {"section": name, "machine": described, "rows": rows, "missing": missing}
     Path(arguments.out).write_text(json.dumps(section, indent=2) + "\n")
     for line in missing:

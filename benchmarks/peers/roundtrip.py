@@ -6,17 +6,17 @@ import json
 import math
 import statistics
 import sys
+import tempfile
 from contextlib import ExitStack
 from pathlib import Path
 
 HERE = Path(__file__).parent
 sys.path.insert(0, str(HERE.parent))
 
-import files  # noqa: E402
 import measure  # noqa: E402
 from kinds import Library  # noqa: E402
 from link import BURST, LinkUnavailable, Loopback, SlowLink  # noqa: E402
-from peers import QUICK_SIZE, digest, empty, options_parser, rounds, run_section, sources  # noqa: E402
+from peers import digest, empty, options_parser, rounds, run_section, sources  # noqa: E402
 from processes import PeerFailed, run_client  # noqa: E402
 
 CHUNK = 1024 * 1024
@@ -41,7 +41,7 @@ def slow_start(rate, round_trip):
 
 def computed_wall(chunks, work, sent, rate, round_trip):
     """Seconds for all chunks: START_FILE's round trip, then work, line and round trip of each chunk."""
-    line = (sent / chunks - BURST) * 8 / rate
+    line = max(0.0, sent / chunks - BURST) * 8 / rate
     return round_trip + chunks * (work + line + round_trip) + slow_start(rate, round_trip)
 
 
@@ -57,28 +57,29 @@ def transfer(library, link, file, expected):
     return report["wall"], link.bytes_sent()[0] - before[0] if before else None
 
 
-def measure_on(link, library, sent, turns):
-    """All files over one link in turns; (case, round trip, chunks, wall, bytes sent) of each."""
-    with ExitStack() as running:
+class Line:
+    """A link with a running server at its far end, and what was measured on it so far."""
+
+    def __init__(self, link, programs, scratch, running):
         running.enter_context(link)
-        need = 2 * max(file.stat().st_size for file in sent.values())
-        scratch = running.enter_context(measure.scratch(need))
-        running.callback(library.stop)
-        library.serve(link, scratch)
-        round_trip = link.measured_round_trip()
-        runs = {case: [] for case in sent}
-        for turn in range(turns):
-            for case, file in sent.items():
-                print(f"{link.name}, round trip {round_trip * 1e3:.2f} ms: {case}, "
-                      f"{turn + 1} of {turns}", file=sys.stderr)
-                runs[case].append(transfer(library, link, file, digest(file)))
-    for case, done in runs.items():
-        walls, on_wire = zip(*done)
-        yield {
-            "link": link.name,
+        self.link = link
+        self.library = Library(programs)
+        running.callback(self.library.stop)
+        self.library.serve(link, tempfile.mkdtemp(dir=scratch))
+        self.round_trip = link.measured_round_trip()
+        self.runs = {}
+
+    def send(self, case, file, expected):
+        print(f"{self.link.name}, round trip {self.round_trip * 1e3:.2f} ms: {case}", file=sys.stderr)
+        self.runs.setdefault(case, []).append(transfer(self.library, self.link, file, expected))
+
+    def row(self, case, file):
+        walls, on_wire = zip(*self.runs[case])
+        return {
+            "link": self.link.name,
             "case": case,
-            "round_trip": round_trip,
-            "chunks": math.ceil(sent[case].stat().st_size / CHUNK),
+            "round_trip": self.round_trip,
+            "chunks": math.ceil(file.stat().st_size / CHUNK),
             "wall": statistics.median(walls),
             "bytes_sent": None if None in on_wire else statistics.median(on_wire),
         }
@@ -97,16 +98,23 @@ def add_computed(rows, rate):
 
 
 def compare(arguments):
-    rows, missing = [], []
-    library = Library(arguments.programs)
-    with measure.scratch(len(files.NAMES) * QUICK_SIZE) as scratch:
+    """All links at once, so that they take turns: a busy moment does not meet one of them alone."""
+    lines, missing = [], []
+    with ExitStack() as running:
+        largest = max(file.stat().st_size for file in Path(arguments.files).iterdir())
+        scratch = running.enter_context(measure.scratch(3 * largest))
         sent = sources(arguments.files, arguments.quick, scratch)
         sent = {case: sent[case] for case in MEASURED_CASES}
         for link in (Loopback(), *(SlowLink(arguments.rate, trip) for trip in ROUND_TRIPS)):
             try:
-                rows += measure_on(link, library, sent, rounds(arguments))
-            except (LinkUnavailable, PeerFailed) as error:
+                lines.append(Line(link, arguments.programs, scratch, running))
+            except LinkUnavailable as error:
                 missing.append(f"{link.name}: {error}")
+        for _ in range(rounds(arguments)):
+            for case, file in sent.items():
+                for line in lines:
+                    line.send(case, file, digest(file))
+        rows = [line.row(case, file) for line in lines for case, file in sent.items()]
     add_computed(rows, arguments.rate * 1e6)
     return rows, missing
 
