@@ -13,20 +13,21 @@ import measure
 
 NAMES = {"layer model": "layer.zydlp", "random bytes": "random.bin", "mesh": "mesh.stl"}
 MIB = 1024 * 1024
+DEFAULT_MIB = 64
 
 
 def provide(mib):
     """The directory that holds the three files of about mib MiB each."""
-    directory = os.path.join(measure.BUILD, "files")
-    marker = os.path.join(directory, "size")
-    if os.path.exists(marker) and open(marker, encoding="ascii").read() == str(mib):
+    directory = os.path.join(measure.BUILD, "files" if mib == DEFAULT_MIB else f"files-{mib}")
+    marker = os.path.join(directory, "complete")
+    if os.path.exists(marker):
         return directory
     os.makedirs(directory, exist_ok=True)
     for name, make in zip(NAMES.values(), (make_layers, make_noise, make_mesh)):
         print(f"making {name}, {mib} MiB", file=sys.stderr)
         make(os.path.join(directory, name), mib * MIB)
-    with open(marker, "w", encoding="ascii") as file:
-        file.write(str(mib))
+    with open(marker, "w", encoding="ascii"):
+        pass
     return directory
 
 

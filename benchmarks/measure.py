@@ -40,10 +40,10 @@ def run_json(command, **options):
 class Server:
     """A server's process. Its usage is known once the context has ended."""
 
-    def __init__(self, side, directory, environment=None):
+    def __init__(self, side, directory, environment=None, prefix=()):
         self.usage = None
         self._process = subprocess.Popen(
-            [server_of(side), "--dir", directory], stdout=subprocess.PIPE,
+            [*prefix, server_of(side), "--dir", directory], stdout=subprocess.PIPE,
             stderr=subprocess.DEVNULL, env={**os.environ, **(environment or {})})
         words = self._process.stdout.readline().split()
         if len(words) != 2 or words[0] != b"listening":

@@ -23,6 +23,7 @@ def ask(side, mode, clients, requests, environment):
     if set(json.loads(result["answer"])) != KEYS:
         raise RuntimeError(f"{side}: no whole status: {result['answer']}")
     result["latency"] = 1e6 * result.get("latency", 0)
+    result["cpu"] = server.usage["cpu"]
     return result
 
 
@@ -48,6 +49,8 @@ def run(options):
         results = compare("throughput", clients, THROUGHPUT_REQUESTS, options, measure.QUIET)
         rows.append(measure.row(f"{named(clients)}, all asking", "throughput", "1/s", results,
                                 "throughput", ">= 0.95"))
+        rows.append(measure.row(f"{named(clients)}, all asking", "server CPU, connecting included",
+                                "s", results, "cpu"))
     # As the library comes: a debug line for each command, which a host's filter may stop.
     results = compare("throughput", CROWDS[-1], THROUGHPUT_REQUESTS, options, {})
     rows.append(measure.row(f"{named(CROWDS[-1])}, all asking, debug lines on", "throughput",
