@@ -10,8 +10,8 @@ CROWDS = (1, 50, 500)
 KEYS = {"cmd", "printStatus", "filename", "sliceLayerCount", "curSliceLayer", "printRemainTime",
         "initExposure", "delayLight", "printExposure", "printHeight", "eleSpeed",
         "bottomExposureNum", "layerThickness", "resin"}
-LATENCY_REQUESTS = 4000
-THROUGHPUT_REQUESTS = 20000
+LATENCY_REQUESTS = 10000
+THROUGHPUT_REQUESTS = 60000
 
 
 def ask(side, mode, clients, requests, environment):
