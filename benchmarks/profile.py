@@ -17,7 +17,8 @@ import measure
 
 # The first that matches "function [object]" takes the instructions.
 PARTS = (
-    ("compress, inflate (zlib, libdeflate)", r"libz\.so|libdeflate|packChunk|unpackChunk"),
+    ("compress, inflate (zlib, libdeflate)", r"libz\.so|libdeflate|packChunk|unpackChunk|PlainZlibStream"
+     r"|zyws::.*(walk[A-Z]|BlockSteps|HuffmanCode|fillTable|readLengths)"),
     ("WebSocket: masking and framing", r"libQt5WebSockets"),
     ("copying memory", r":(__)?mem(cpy|move|set)\w* "),
     ("allocating memory", r"/malloc/|QArrayData::(de)?allocate"),
