@@ -4,6 +4,8 @@
 
 #include "datachunk.h"
 
+#include "inflate.h"
+
 namespace zyws
 {
 
@@ -15,7 +17,7 @@ QByteArray packChunk(const char *bytes, int size, bool compress)
 
 QByteArray unpackChunk(const QByteArray &payload, bool compress)
 {
-    return compress ? qUncompress(payload) : payload;
+    return compress ? inflated(payload) : payload;
 }
 
 qint64 advanced(qint64 offset, qint64 count)

@@ -16,22 +16,23 @@ void ZyFileTransHandle::getPrintStatus(QJsonObject request)
     m_server->getPrinterStatus(record, request.value(keys::token).toString());
     if (!watch.isServing())
         return;
-    sendMessage({
-        {keys::cmd, commandWord(GET_PRINT_STATUS)},
-        {keys::printStatus, getPrintStatusKey(record.printStatus)},
-        {keys::filename, record.filename},
-        {keys::sliceLayerCount, record.sliceLayerCount},
-        {keys::curSliceLayer, record.curSliceLayer},
-        {keys::printRemainTime, record.printRemainTime},
-        {keys::initExposure, record.initExposure},
-        {keys::delayLight, record.delayLight},
-        {keys::printExposure, record.printExposure},
-        {keys::printHeight, record.printHeight},
-        {keys::eleSpeed, record.eleSpeed},
-        {keys::bottomExposureNum, record.bottomExposureNum},
-        {keys::layerThickness, record.layerThickness},
-        {keys::resin, record.resin},
-    });
+    QJsonObject reply;
+    // One by one: an initializer list would first make a QString of every key.
+    reply.insert(keys::bottomExposureNum, record.bottomExposureNum);
+    reply.insert(keys::cmd, commandWord(GET_PRINT_STATUS));
+    reply.insert(keys::curSliceLayer, record.curSliceLayer);
+    reply.insert(keys::delayLight, record.delayLight);
+    reply.insert(keys::eleSpeed, record.eleSpeed);
+    reply.insert(keys::filename, record.filename);
+    reply.insert(keys::initExposure, record.initExposure);
+    reply.insert(keys::layerThickness, record.layerThickness);
+    reply.insert(keys::printExposure, record.printExposure);
+    reply.insert(keys::printHeight, record.printHeight);
+    reply.insert(keys::printRemainTime, record.printRemainTime);
+    reply.insert(keys::printStatus, getPrintStatusKey(record.printStatus));
+    reply.insert(keys::resin, record.resin);
+    reply.insert(keys::sliceLayerCount, record.sliceLayerCount);
+    sendMessage(reply);
 }
 
 void ZyFileTransHandle::setPrintPara(QJsonObject request)

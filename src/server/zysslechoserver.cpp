@@ -100,6 +100,7 @@ void ZySslEchoServer::onNewConnection()
     ZyWebHandle *handle = createHandle(socket);
     m_clients.append(socket);
     m_handles.append(handle);
+    m_handleOf.insert(socket, handle);
 }
 
 void ZySslEchoServer::connectSocket(QWebSocket *socket)
@@ -145,8 +146,13 @@ void ZySslEchoServer::deliver(QWebSocket *socket, std::function<void()> work)
     m_deliveries->append([this, peer = QPointer<QWebSocket>(socket), work = std::move(work)] {
         if (!peer)
             return;
-        const Serving serving(this, peer);
-        work();
+        const QPointer<ZySslEchoServer> self(this);
+        {
+            const Serving serving(this, peer);
+            work();
+        }
+        if (self)
+            flushReplies();
     });
 }
 
@@ -164,16 +170,8 @@ QList<QPointer<ZyWebHandle>> ZySslEchoServer::watchedHandles() const
 
 void ZySslEchoServer::processTextMessage(QString message)
 {
-    const QWebSocket *socket = servedSocket();
-    if (!socket)
-        return;
-    const QList<ZyWebHandle *> handles = m_handles;
-    for (ZyWebHandle *handle : handles) {
-        if (handle->m_socket == socket) {
-            handle->processJson(messageToJson(message));
-            return;
-        }
-    }
+    if (ZyWebHandle *handle = m_handleOf.value(servedSocket()))
+        handle->processJson(messageToJson(message));
 }
 
 void ZySslEchoServer::processBinaryMessage(QByteArray message)
@@ -216,21 +214,21 @@ void ZySslEchoServer::socketDisconnected()
 /// Takes the socket's handle out of the registry; false when the server is gone afterwards.
 bool ZySslEchoServer::endHandle(QWebSocket *socket)
 {
-    const auto match = std::find_if(m_handles.cbegin(), m_handles.cend(), [=](ZyWebHandle *handle) {
-        return handle->m_socket == socket;
-    });
-    if (match == m_handles.cend())
+    const QPointer<ZyWebHandle> handle(m_handleOf.value(socket));
+    if (!handle)
         return true;
-    ZyWebHandle *handle = *match;
     const bool isAlreadyEnding = std::exchange(handle->m_isAbandoned, true);
     if (handle->status() == ZyWebHandle::ReceivingFile && !isAlreadyEnding) {
         const QPointer<ZySslEchoServer> self(this);
         Q_EMIT fileTranDisconnet();
         if (!self)
             return false;
+        if (!handle) // ended meanwhile, in a nested loop
+            return true;
     }
     handle->onDisconnect();
     m_handles.removeOne(handle);
+    m_handleOf.remove(socket);
     handle->deleteLater();
     return true;
 }
@@ -243,8 +241,26 @@ void ZySslEchoServer::onSslErrors(const QList<QSslError> &errors)
 
 void ZySslEchoServer::sendJsonMessage(const QJsonObject &json)
 {
-    if (QWebSocket *socket = servedSocket())
-        socket->sendTextMessage(JsonToString(json));
+    QWebSocket *socket = servedSocket();
+    if (!socket)
+        return;
+    socket->sendTextMessage(JsonToString(json));
+    if (m_serving)
+        m_replied.append(socket);
+}
+
+/// Sends what waits in the sockets now, not one round of the event loop later, which 500
+/// connections make long. Once for all messages that came together: one by one they would wake the
+/// peers so.
+void ZySslEchoServer::flushReplies()
+{
+    if (!m_deliveries->isEmpty())
+        return;
+    const auto sockets = std::exchange(m_replied, {});
+    for (const QPointer<QWebSocket> &socket : sockets) {
+        if (socket)
+            socket->flush();
+    }
 }
 
 QJsonObject ZySslEchoServer::messageToJson(QString message) const

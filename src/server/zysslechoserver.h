@@ -6,6 +6,7 @@
 #define ZYSSLECHOSERVER_H
 
 #include <QByteArray>
+#include <QHash>
 #include <QJsonObject>
 #include <QList>
 #include <QMap>
@@ -172,17 +173,20 @@ private:
     QWebSocket *servedSocket() const;
     QList<QPointer<ZyWebHandle>> watchedHandles() const;
     bool endHandle(QWebSocket *socket);
+    void flushReplies();
     int busyAnswer() const;
 
     QWebSocketServer *m_pWebSocketServer;
     QList<QWebSocket *> m_clients;
     QList<ZyWebHandle *> m_handles;
     QMap<ZyWebHandle *, QWebSocket *> m_handleMap; // never filled
+    QHash<const QWebSocket *, ZyWebHandle *> m_handleOf;
     QString m_fileDir;
     [[maybe_unused]] WifiFileState *m_wifiFileState;
 
     std::unique_ptr<zyws::DeliveryLine> m_deliveries;
     Serving *m_serving = nullptr; ///< the innermost delivery under way
+    QList<QPointer<QWebSocket>> m_replied; ///< whose replies may still wait in their sockets
 };
 
 #endif // ZYSSLECHOSERVER_H

@@ -14,6 +14,7 @@
 
 #include <csignal>
 
+#include <malloc.h>
 #include <sys/resource.h>
 
 namespace
@@ -34,6 +35,17 @@ void limitFileSize(rlim_t bytes)
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{bytes, bytes};
     ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+/// Bytes that are allocated at this moment; 0 where the C library does not tell.
+std::size_t heapInUse()
+{
+#if defined(__GLIBC__) && __GLIBC_PREREQ(2, 33)
+    const auto info = ::mallinfo2();
+    return info.uordblks + info.hblkhd;
+#else
+    return 0;
+#endif
 }
 
 QByteArray digest(const QString &path)
@@ -70,7 +82,10 @@ void connectHost(ZySslEchoServer &server, const QString &directory)
     QObject::connect(&server, &ZySslEchoServer::sifGetVersionCheck,
                      [](QString &version) { version = QStringLiteral("1"); });
     QObject::connect(&server, &ZySslEchoServer::sigGetPrinterStatus,
-                     [](PrintStatusPara &status, const QString &token) { status.resin = token; });
+                     [](PrintStatusPara &status, const QString &token) {
+                         status.resin = token;
+                         status.sliceLayerCount = QString::number(heapInUse());
+                     });
     QObject::connect(&server, &ZySslEchoServer::fileTranStart, [] { printEvent("start"); });
     QObject::connect(&server, &ZySslEchoServer::fileTranDisconnet, [] { printEvent("dropped"); });
     QObject::connect(&server, &ZySslEchoServer::cancle, [] { printEvent("cancelled"); });

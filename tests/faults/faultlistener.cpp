@@ -22,13 +22,15 @@ int main(int argc, char **argv)
         printEvent("connected");
         client.sendFile(arguments.at(2), QStringLiteral("part.bin"));
     });
-    const auto reconnect = [&] {
-        printEvent("disconnected");
-        client.close(); // the send loop, should one run
-        QTimer::singleShot(0, &client, [&] { client.openWithUrl(url); });
-    };
-    QObject::connect(&client, &ZySslEchoClient::disconnected, reconnect);
-    QObject::connect(&client, &ZySslEchoClient::pauseSuccess, reconnect);
+    // Polled, since a connection that ends within its handshake is told by no signal.
+    QTimer watch;
+    watch.callOnTimeout(&client, [&] {
+        if (client.socketConnectStatus() != QAbstractSocket::UnconnectedState)
+            return;
+        client.close(); // ends the send loop, should one run
+        client.openWithUrl(url);
+    });
+    watch.start(1);
     QObject::connect(&client, &ZySslEchoClient::checkVersion, [] { printEvent("checkVersion"); });
     QObject::connect(&client, &ZySslEchoClient::getPrinterStatusInfo,
                      [](const QJsonObject &info) { printEvent("status", info); });

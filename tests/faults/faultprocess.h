@@ -30,7 +30,7 @@ public:
     /// Ends its standard input and waits; false when it had to be killed.
     bool quit();
     /// Waits for its end by itself.
-    bool waitForEnd(int timeout = patience);
+    bool waitForEnd(int timeout = 4 * patience);
     int exitCode() const;
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     qint64 pid() const { return m_process.processId(); }

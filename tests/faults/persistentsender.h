@@ -32,7 +32,7 @@ public:
         QString file;
         bool isClientReused = false; ///< openWithUrl() instead of a new client for each attempt
         int attempts = 200;
-        int stall = 5000; ///< without any sign of life for so long (ms), an attempt is given up
+        int stall = 60000; ///< without any sign of life for so long (ms), an attempt is given up
         int dropAfter = 0; ///< close() after so many chunks of the first attempt; 0: never
         int cancelAfter = 0; ///< cancel() after so many chunks; 0: never
     };

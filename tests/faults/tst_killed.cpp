@@ -67,7 +67,7 @@ private:
 void TestKilled::initTestCase()
 {
     m_file = m_directory.filePath(QStringLiteral("local.bin"));
-    m_contents = randomBytes(fileSize);
+    m_contents = compressibleBytes(fileSize);
     writeFile(m_file, m_contents);
 }
 

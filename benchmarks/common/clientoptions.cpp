@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The senders' command line.
+
+#include "clientoptions.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+namespace zybench
+{
+
+ClientOptions clientOptions(const QCoreApplication &app)
+{
+    const QCommandLineOption url(QStringLiteral("url"), QStringLiteral("Send to URL."),
+                                 QStringLiteral("URL"));
+    const QCommandLineOption file(QStringLiteral("file"), QStringLiteral("Send FILE."),
+                                  QStringLiteral("FILE"));
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    parser.addOptions({url, file});
+    parser.process(app);
+    if (!parser.isSet(url) || !parser.isSet(file))
+        parser.showHelp(2);
+    return {QUrl(parser.value(url)), parser.value(file)};
+}
+
+} // namespace zybench

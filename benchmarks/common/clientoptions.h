@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The senders' command line.
+
+#ifndef CLIENTOPTIONS_H
+#define CLIENTOPTIONS_H
+
+#include <QString>
+#include <QUrl>
+
+class QCoreApplication;
+
+namespace zybench
+{
+
+struct ClientOptions {
+    QUrl url;
+    QString file;
+};
+
+/// Reads "--url URL --file FILE"; leaves the process when they are wrong.
+ClientOptions clientOptions(const QCoreApplication &app);
+
+} // namespace zybench
+
+#endif // CLIENTOPTIONS_H

@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Inflates a chunk in Qt's compressed form.
+
+#ifndef INFLATE_H
+#define INFLATE_H
+
+#include <QByteArray>
+
+namespace zyws
+{
+
+/**
+ * What qUncompress() makes of @p payload, whatever the payload: the same bytes, and Qt's own
+ * warning when there are none.
+ */
+QByteArray inflated(const QByteArray &payload);
+
+} // namespace zyws
+
+#endif // INFLATE_H

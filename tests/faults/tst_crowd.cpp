@@ -1,0 +1,269 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// A thousand connections that say nothing, fifty that ask, and one transfer, at once.
+
+#include "faultprocess.h"
+#include "modelfiles.h"
+#include "rawpeer.h"
+#include "rawtcppeer.h"
+#include "rounds.h"
+
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <algorithm>
+#include <memory>
+#include <numeric>
+#include <utility>
+#include <vector>
+
+#include <sys/resource.h>
+
+using namespace zytest;
+
+namespace
+{
+
+constexpr int silentCount = 1000;
+constexpr int askingCount = 50;
+constexpr int leastQuestions = 20;
+constexpr int fileSize = 16 * chunkBytes;
+constexpr int pairCount = 7;
+constexpr double mostGrowth = 1.2;
+
+using Peers = std::vector<std::unique_ptr<RawPeer>>;
+using SilentPeers = std::vector<std::unique_ptr<RawTcpPeer>>;
+
+SilentPeers silentPeers(quint16 port, int count)
+{
+    SilentPeers peers;
+    for (int i = 0; i < count; ++i)
+        peers.push_back(std::make_unique<RawTcpPeer>(port));
+    return peers;
+}
+
+Peers askingPeers(quint16 port)
+{
+    Peers peers;
+    for (int i = 0; i < askingCount; ++i)
+        peers.push_back(std::make_unique<RawPeer>(port));
+    return peers;
+}
+
+/// Like the layers of a detailed model: a chunk takes the sender tens of milliseconds to compress.
+QByteArray detailedLayers()
+{
+    QRandomGenerator generator(1);
+    QByteArray bytes;
+    bytes.reserve(fileSize);
+    while (bytes.size() < fileSize) {
+        const int run = generator.bounded(5, 20);
+        bytes.append(qMin(run, fileSize - bytes.size()), static_cast<char>(generator.bounded(256)));
+    }
+    return bytes;
+}
+
+/// True when all are connected, and none has been told anything.
+bool areSilent(const SilentPeers &peers)
+{
+    return std::all_of(peers.begin(), peers.end(), [](const auto &peer) {
+        return peer->isConnected() && !peer->isEnded() && peer->texts().isEmpty();
+    });
+}
+
+/// How many answers have come and not been taken.
+int answersTo(const Peers &peers)
+{
+    return std::accumulate(peers.begin(), peers.end(), 0,
+                           [](int sum, const auto &peer) { return sum + peer->texts().size(); });
+}
+
+double median(std::vector<qint64> times)
+{
+    std::sort(times.begin(), times.end());
+    return static_cast<double>(times[times.size() / 2]);
+}
+
+/// Asks all peers at once; true when each gets the answer to its own question.
+bool allAreAnswered(Peers &peers, int round)
+{
+    const auto token
+        = [round](std::size_t peer) { return QStringLiteral("%1 of %2").arg(round).arg(peer); };
+    for (std::size_t i = 0; i < peers.size(); ++i)
+        peers[i]->send(QJsonObject{{QStringLiteral("cmd"), QStringLiteral("GET_PRINT_STATUS")},
+                                   {QStringLiteral("token"), token(i)}});
+    for (std::size_t i = 0; i < peers.size(); ++i) {
+        // The host puts the token where the resin's name belongs.
+        if (peers[i]->take().value(QLatin1String("resin")).toString() != token(i))
+            return false;
+    }
+    return true;
+}
+
+/// Bytes that the host has allocated at this moment. Not its resident memory: the allocator keeps
+/// much of that, for any program with so many connections.
+qint64 heapOf(const HostProcess &host)
+{
+    RawPeer peer(host.port());
+    return peer.ask(R"({"cmd":"GET_PRINT_STATUS","token":""})")
+        .value(QLatin1String("sliceLayerCount"))
+        .toString()
+        .toLongLong();
+}
+
+} // namespace
+
+class TestCrowd : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void everyCommandIsAnsweredDuringATransfer();
+    void memoryReturnsWhenTheCrowdHasLeft();
+    void transferTakesHardlyLongerInACrowd();
+
+private:
+    void verifyCrowdedTransfer(HostProcess &host);
+    qint64 transferTime(const HostProcess &host);
+    double growth(const HostProcess &lonely, const HostProcess &crowded);
+
+    QTemporaryDir m_local;
+    QByteArray m_contents;
+    QString m_file;
+    qint64 m_heapInCrowd = 0;
+};
+
+void TestCrowd::initTestCase()
+{
+    rlimit limit{};
+    QCOMPARE(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    limit.rlim_cur = limit.rlim_max;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    if (limit.rlim_max < 2 * silentCount)
+        QSKIP("This system does not let a process have two thousand open files");
+    m_contents = detailedLayers();
+    m_file = writeFile(m_local.filePath(QStringLiteral("local.bin")), m_contents);
+}
+
+void TestCrowd::verifyCrowdedTransfer(HostProcess &host)
+{
+    const int finishedBefore = host.events("finish").size();
+    const SilentPeers silent = silentPeers(host.port(), silentCount);
+    QVERIFY(areSilent(silent));
+    Peers asking = askingPeers(host.port());
+    SenderProcess sender(host.url(), m_file);
+    for (int round = 0; round < leastQuestions || sender.isRunning(); ++round)
+        QVERIFY(allAreAnswered(asking, round));
+    QVERIFY(sender.waitForEnd());
+    QCOMPARE(sender.exitCode(), 0);
+    QCOMPARE(sender.events("attempt").size(), 1);
+    const auto finished = host.events("finish");
+    QCOMPARE(finished.size(), finishedBefore + 1);
+    QCOMPARE(finished.last().value(QLatin1String("digest")).toString(), digestOf(m_contents));
+    QVERIFY(areSilent(silent));
+    m_heapInCrowd = heapOf(host);
+}
+
+void TestCrowd::everyCommandIsAnsweredDuringATransfer()
+{
+    const QTemporaryDir directory;
+    HostProcess host(directory.path());
+    QVERIFY(host.port() != 0);
+    verifyCrowdedTransfer(host);
+    QVERIFY(host.quit());
+    QCOMPARE(host.exitCode(), 0);
+}
+
+void TestCrowd::memoryReturnsWhenTheCrowdHasLeft()
+{
+    const QTemporaryDir directory;
+    HostProcess host(directory.path());
+    QVERIFY(host.port() != 0);
+    if (isSanitized() || heapOf(host) == 0)
+        QSKIP("The allocator of this build does not tell what is in use");
+    verifyCrowdedTransfer(host); // what is allocated once, for good
+    // One handle alone would be more for each connection.
+    constexpr qint64 tolerance = silentCount * 100;
+    qint64 before = 0;
+    QVERIFY(waitUntil([&] {
+        const qint64 now = heapOf(host);
+        return std::exchange(before, now) == now;
+    }));
+    QVERIFY(m_heapInCrowd > before + 10 * tolerance);
+    for (int crowd = 0; crowd < rounds(1); ++crowd)
+        verifyCrowdedTransfer(host);
+    qint64 after = 0;
+    const bool hasReturned = waitUntil([&] {
+        after = heapOf(host);
+        return after <= before + tolerance;
+    });
+    QVERIFY2(hasReturned, qPrintable(QStringLiteral("%1 -> %2").arg(before).arg(after)));
+}
+
+/// From the connection on, since a process takes its time to start; -1 after a failure.
+qint64 TestCrowd::transferTime(const HostProcess &host)
+{
+    SenderProcess sender(host.url(), m_file);
+    if (!sender.waitForEvents("connected"))
+        return -1;
+    QElapsedTimer clock;
+    clock.start();
+    const bool isFinished = sender.waitForEvents("finish");
+    const qint64 time = clock.elapsed();
+    return isFinished && sender.waitForEnd() && sender.exitCode() == 0 ? time : -1;
+}
+
+/// How many times as long a transfer takes in the crowd; 0 after a failure. The pairs take turns,
+/// so that whatever else the machine does slows both alike.
+double TestCrowd::growth(const HostProcess &lonely, const HostProcess &crowded)
+{
+    std::vector<qint64> times[2];
+    for (int pair = 0; pair < pairCount; ++pair) {
+        for (const bool isCrowded : {false, true}) {
+            const qint64 time = transferTime(isCrowded ? crowded : lonely);
+            if (time <= 0)
+                return 0;
+            times[isCrowded].push_back(time);
+        }
+    }
+    const double inCrowd = median(times[true]);
+    const double alone = median(times[false]);
+    qInfo("A transfer takes %g ms in the crowd, %g ms alone", inCrowd, alone);
+    return inCrowd / alone;
+}
+
+void TestCrowd::transferTakesHardlyLongerInACrowd()
+{
+    const QTemporaryDir lonelyDirectory;
+    const QTemporaryDir crowdedDirectory;
+    const HostProcess lonely(lonelyDirectory.path());
+    const HostProcess crowded(crowdedDirectory.path());
+    const SilentPeers silent = silentPeers(crowded.port(), silentCount);
+    const Peers asking = askingPeers(crowded.port());
+    int questionCount = 0;
+    QTimer questions;
+    questions.callOnTimeout([&] {
+        const int number = questionCount++ % askingCount;
+        asking[static_cast<std::size_t>(number)]->send(
+            QByteArray(R"({"cmd":"GET_PRINT_STATUS","token":"t"})"));
+    });
+    questions.start(20); // each asks once a second
+    // A machine that is busy elsewhere may spoil a series, but hardly each.
+    double times = 0;
+    for (int series = 0; series < 5 && (series == 0 || times > mostGrowth); ++series) {
+        times = growth(lonely, crowded);
+        QVERIFY(times > 0);
+    }
+    QVERIFY(times <= mostGrowth);
+    questions.stop();
+    QVERIFY(questionCount >= askingCount);
+    QVERIFY(waitUntil([&] { return answersTo(asking) == questionCount; }));
+    QVERIFY(areSilent(silent));
+}
+
+QTEST_GUILESS_MAIN(TestCrowd)
+#include "tst_crowd.moc"

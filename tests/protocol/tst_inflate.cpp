@@ -1,0 +1,239 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The inflater gives what qUncompress() gives, whichever library it was built with.
+
+#include "datachunk.h"
+#include "inflate.h"
+
+#ifdef ZYTEST_WITH_LIBDEFLATE
+#include "payloadrepair.h"
+#endif
+
+#include <QDir>
+#include <QFile>
+#include <QtEndian>
+#include <QtTest>
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+
+using Inflate = QByteArray (*)(const QByteArray &);
+
+QByteArray qtInflated(const QByteArray &payload)
+{
+    return qUncompress(payload);
+}
+
+struct Outcome {
+    QByteArray bytes;
+    bool isNull;
+    QStringList warnings;
+
+    bool operator==(const Outcome &other) const
+    {
+        return bytes == other.bytes && isNull == other.isNull && warnings == other.warnings;
+    }
+};
+
+QStringList seenWarnings;
+
+Outcome outcomeOf(Inflate inflate, const QByteArray &payload)
+{
+    // Not passed on: there are thousands, on purpose.
+    const QtMessageHandler before = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &text) { seenWarnings += text; });
+    const QByteArray bytes = inflate(payload);
+    qInstallMessageHandler(before);
+    return {bytes, bytes.isNull(), std::exchange(seenWarnings, {})};
+}
+
+bool agrees(const QByteArray &payload)
+{
+    if (outcomeOf(zyws::inflated, payload) == outcomeOf(qtInflated, payload))
+        return true;
+    qWarning("disagrees on %s", payload.toHex().constData());
+    return false;
+}
+
+/// Bytes with few repetitions and an uneven spread: much work for a Huffman code.
+QByteArray unevenBytes(int size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    quint32 state = 1;
+    for (char &byte : bytes) {
+        state = state * 1664525U + 1013904223U;
+        byte = static_cast<char>((state >> 24) & (state >> 16) & 0xFF);
+    }
+    return bytes;
+}
+
+QByteArray layers(int size)
+{
+    QByteArray bytes;
+    for (int row = 0; bytes.size() < size; ++row)
+        bytes += QByteArray(300 + row % 50, '\0') + QByteArray(40 + row % 7, '\xFF') + char(row);
+    return bytes.left(size);
+}
+
+QByteArray stored(const QByteArray &bytes)
+{
+    return qCompress(bytes, 0);
+}
+
+/// One small payload of each kind of block.
+void addSmallPayloads()
+{
+    QTest::addColumn<QByteArray>("payload");
+    QTest::newRow("a stored block") << stored("stored as it is");
+    QTest::newRow("a fixed code") << qCompress("a layer, a layer and another layer; a layer");
+    QTest::newRow("codes of its own") << qCompress(unevenBytes(180) + layers(2000));
+}
+
+QByteArray withoutPrefix(const QByteArray &payload)
+{
+    return payload.mid(4);
+}
+
+} // namespace
+
+class tst_Inflate : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void inflatesChunks_data();
+    void inflatesChunks();
+
+    void readsWhatInflatersDisagreeOnAsQtDoes_data();
+    void readsWhatInflatersDisagreeOnAsQtDoes();
+    void takesTheAnnouncedSizeAsQtDoes_data();
+    void takesTheAnnouncedSizeAsQtDoes();
+    void readsTruncatedPayloadsAsQtDoes_data() { addSmallPayloads(); }
+    void readsTruncatedPayloadsAsQtDoes();
+    void readsFlippedBitsAsQtDoes_data() { addSmallPayloads(); }
+    void readsFlippedBitsAsQtDoes();
+    void readsFlippedBitsUnderARightChecksumAsQtDoes_data() { addSmallPayloads(); }
+    void readsFlippedBitsUnderARightChecksumAsQtDoes();
+};
+
+void tst_Inflate::inflatesChunks_data()
+{
+    QTest::addColumn<QByteArray>("chunk");
+    QTest::addColumn<int>("level");
+    const QVector<QPair<const char *, QByteArray>> chunks{
+        {"one byte", "x"},
+        {"a short text", "layers and layers and layers"},
+        {"zeros", QByteArray(zyws::chunkSize, '\0')},
+        {"layers", layers(zyws::chunkSize)},
+        {"uneven bytes", unevenBytes(zyws::chunkSize)},
+        {"a bit more than a chunk", layers(zyws::chunkSize + 1)},
+    };
+    for (const auto &[name, chunk] : chunks) {
+        for (const int level : {-1, 0, 1, 9})
+            QTest::addRow("%s, level %d", name, level) << chunk << level;
+    }
+}
+
+void tst_Inflate::inflatesChunks()
+{
+    QFETCH(QByteArray, chunk);
+    QFETCH(int, level);
+    const Outcome outcome = outcomeOf(zyws::inflated, qCompress(chunk, level));
+    QVERIFY(outcome.bytes == chunk);
+    QCOMPARE(outcome.warnings, QStringList());
+}
+
+void tst_Inflate::readsWhatInflatersDisagreeOnAsQtDoes_data()
+{
+    QTest::addColumn<QByteArray>("payload");
+    const QDir corpus(QStringLiteral(ZYTEST_INFLATE_CORPUS));
+    const QStringList names = corpus.entryList(QDir::Files);
+    for (const QString &name : names) {
+        QFile file(corpus.filePath(name));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QTest::newRow(qPrintable(name)) << file.readAll();
+    }
+    QVERIFY(names.contains(QStringLiteral("length_symbol_286")));
+}
+
+void tst_Inflate::readsWhatInflatersDisagreeOnAsQtDoes()
+{
+    QFETCH(QByteArray, payload);
+    QVERIFY(agrees(payload));
+}
+
+void tst_Inflate::takesTheAnnouncedSizeAsQtDoes_data()
+{
+    QTest::addColumn<QByteArray>("payload");
+    const auto announce = [](quint32 size, const QByteArray &payload) {
+        QByteArray prefix(4, Qt::Uninitialized);
+        qToBigEndian(size, prefix.data());
+        return prefix + withoutPrefix(payload);
+    };
+    const QByteArray layer = qCompress(layers(5000));
+    QTest::newRow("none") << announce(0, layer);
+    QTest::newRow("one byte") << announce(1, layer);
+    QTest::newRow("one byte too few") << announce(4999, layer);
+    QTest::newRow("one byte too many") << announce(5001, layer);
+    QTest::newRow("a chunk") << announce(quint32(zyws::chunkSize), layer);
+    QTest::newRow("more than a chunk") << announce(quint32(zyws::chunkSize) + 1, layer);
+    QTest::newRow("more than Qt allocates") << announce(0xFFFFFFFF, layer);
+    QTest::newRow("nothing, rightly") << announce(0, qCompress(QByteArray()));
+    QTest::newRow("of nothing") << announce(1, stored(QByteArray()));
+    QTest::newRow("the prefix alone") << announce(1, QByteArray());
+    QTest::newRow("before a trailing byte") << layer + 'x';
+    QTest::newRow("before the stream once more") << layer + withoutPrefix(layer);
+    QTest::newRow("no payload") << QByteArray();
+    QTest::newRow("an empty payload") << QByteArray("");
+}
+
+void tst_Inflate::takesTheAnnouncedSizeAsQtDoes()
+{
+    QFETCH(QByteArray, payload);
+    QVERIFY(agrees(payload));
+}
+
+void tst_Inflate::readsTruncatedPayloadsAsQtDoes()
+{
+    QFETCH(QByteArray, payload);
+    for (int size = 0; size <= payload.size(); ++size)
+        QVERIFY2(agrees(payload.left(size)), qPrintable(QString::number(size)));
+}
+
+void tst_Inflate::readsFlippedBitsAsQtDoes()
+{
+    QFETCH(QByteArray, payload);
+    // The announced size has a test of its own: Qt reserves what it says, gigabytes of it.
+    for (int bit = 4 * 8; bit < payload.size() * 8; ++bit) {
+        QByteArray flipped = payload;
+        flipped[bit / 8] = static_cast<char>(flipped.at(bit / 8) ^ (1 << bit % 8));
+        QVERIFY2(agrees(flipped), qPrintable(QString::number(bit)));
+    }
+}
+
+void tst_Inflate::readsFlippedBitsUnderARightChecksumAsQtDoes()
+{
+#ifdef ZYTEST_WITH_LIBDEFLATE
+    QFETCH(QByteArray, payload);
+    int repaired = 0;
+    for (int bit = 6 * 8; bit < (payload.size() - 4) * 8; ++bit) {
+        QByteArray flipped = payload;
+        flipped[bit / 8] = static_cast<char>(flipped.at(bit / 8) ^ (1 << bit % 8));
+        const QByteArray damaged = flipped;
+        flipped.truncate(static_cast<int>(
+            fuzzing::repairPayload(reinterpret_cast<std::uint8_t *>(flipped.data()),
+                                   static_cast<std::size_t>(flipped.size()))));
+        repaired += flipped != damaged;
+        QVERIFY2(agrees(flipped), qPrintable(QString::number(bit)));
+    }
+    QVERIFY(repaired > 0);
+#else
+    QSKIP("takes libdeflate to find the checksum");
+#endif
+}
+
+QTEST_GUILESS_MAIN(tst_Inflate)
+#include "tst_inflate.moc"
