@@ -62,7 +62,10 @@ HostBridge::Answer HostBridge::permission(const char *what, const QString &token
 void HostBridge::answerTransfer(int &answer, const QString &token, bool needCheckToken)
 {
     // Also while printing: the print reads from a file of its own.
-    answer = permission("a transfer", token, needCheckToken, true);
+    const bool canReceive = m_store->canReceive();
+    if (!canReceive)
+        m_log->add(QStringLiteral("%1 has gone").arg(m_store->directory()));
+    answer = permission("a transfer", token, needCheckToken, canReceive);
 }
 
 void HostBridge::onTransferStart()

@@ -80,6 +80,11 @@ QString ModelStore::prepare()
     return {};
 }
 
+bool ModelStore::canReceive() const
+{
+    return QFileInfo(m_incoming).isDir() || QDir().mkdir(m_incoming);
+}
+
 QString ModelStore::nameFault(const QString &name)
 {
     if (name.isEmpty())

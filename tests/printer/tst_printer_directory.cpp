@@ -52,6 +52,7 @@ private Q_SLOTS:
     void keepsItsDirectoryForMonths();
     void keepsItsLockFileFromSlicers();
     void refusesALockFileThatIsNone();
+    void refusesTransfersWhenItHasGone();
     void leavesAModelAloneThatIsNoFile();
     void leavesAPictureAloneThatIsNoFile();
     void leavesAPictureAloneThatIsNoFileAnyMore();
@@ -200,6 +201,23 @@ void TestPrinterDirectory::refusesALockFileThatIsNone()
     QVERIFY2(result.error.contains("has a lock file (.zyprinter.lock) that cannot be used"),
              result.error.constData());
     QVERIFY(isFifo(path));
+}
+
+void TestPrinterDirectory::refusesTransfersWhenItHasGone()
+{
+    writeFile(m_local->filePath(model), smallModel(5));
+    QVERIFY(m_printer->start());
+    QVERIFY(m_slicer.connectTo(m_printer->url()));
+    QVERIFY(QDir(m_printer->path(QStringLiteral(".incoming"))).removeRecursively());
+    QCOMPARE(m_slicer.send(m_local->filePath(model), model), 1);
+
+    const QDir directory = QFileInfo(m_printer->path(lockName)).dir();
+    QVERIFY(QDir(directory).removeRecursively());
+    QCOMPARE(m_slicer.send(m_local->filePath(model), model), -1001);
+    QVERIFY(m_printer->says(" has gone"));
+    QVERIFY(QDir().mkpath(directory.path()));
+    QCOMPARE(m_slicer.send(m_local->filePath(model), model), 1);
+    QVERIFY(QFile::exists(m_printer->path(model)));
 }
 
 void TestPrinterDirectory::leavesAModelAloneThatIsNoFile()
