@@ -43,9 +43,11 @@ Outcome runPrintersCommand(const Request &request, PrinterBook &book)
         return book.add(request.savedName, request.savedUrl);
     if (request.command == Request::Command::PrintersRemove)
         return book.remove(request.savedName);
+    QVector<Printer> printers;
+    Outcome outcome = book.list(printers);
     if (request.isJson)
-        writeJson(book.printers());
+        writeJson(printers);
     else if (!request.isQuiet)
-        writeTable(book.printers());
-    return {};
+        writeTable(printers);
+    return outcome;
 }
