@@ -72,7 +72,26 @@ QJsonObject fields(const Event &event)
     return answer;
 }
 
+QJsonObject outcomeFields(const Outcome &outcome)
+{
+    return {{QStringLiteral("code"), static_cast<int>(outcome.code)},
+            {QStringLiteral("message"), outcome.isOk() ? QString() : outcome.text()}};
+}
+
 } // namespace
+
+void writeJsonLine(const QJsonObject &object)
+{
+    terminal::write(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))
+                    + QLatin1Char('\n'));
+}
+
+void writeJsonError(const Outcome &outcome)
+{
+    QJsonObject object = outcomeFields(outcome);
+    object.insert(QStringLiteral("event"), QStringLiteral("error"));
+    writeJsonLine(object);
+}
 
 void JsonView::report(int printer, const Event &event)
 {
@@ -81,15 +100,12 @@ void JsonView::report(int printer, const Event &event)
 
 void JsonView::endPrinter(int printer, const Outcome &outcome)
 {
-    write(printer, QStringLiteral("result"),
-          {{QStringLiteral("code"), static_cast<int>(outcome.code)},
-           {QStringLiteral("message"), outcome.isOk() ? QString() : outcome.text()}});
+    write(printer, QStringLiteral("result"), outcomeFields(outcome));
 }
 
 void JsonView::write(int printer, const QString &event, QJsonObject object) const
 {
     object.insert(QStringLiteral("event"), event);
     object.insert(QStringLiteral("printer"), printers()[printer].label);
-    terminal::write(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))
-                    + QLatin1Char('\n'));
+    writeJsonLine(object);
 }
