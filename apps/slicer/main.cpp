@@ -12,6 +12,7 @@
 #include "request.h"
 #include "requestparser.h"
 #include "slicerlog.h"
+#include "terminal.h"
 #include "view.h"
 
 #include <QCoreApplication>
@@ -32,6 +33,16 @@ int endWith(const Request &request, const Outcome &outcome)
     if (request.isJson && !outcome.isOk())
         writeJsonError(outcome);
     return exitWith(outcome);
+}
+
+/// What could not be told has not been done for whoever reads it.
+int exitCodeOnceWritten(int exitCode)
+{
+    const Outcome written = terminal::writingOutcome();
+    if (written.isOk())
+        return exitCode;
+    const int failure = exitWith(written);
+    return exitCode == static_cast<int>(ExitCode::Ok) ? failure : exitCode;
 }
 
 int runJobs(const Request &request, const QVector<Printer> &printers)
@@ -81,10 +92,11 @@ int run(const Request &request)
 
 int main(int argc, char **argv)
 {
+    terminal::reserveStreams();
     const QCoreApplication app(argc, argv);
     Request request;
     if (const std::optional<int> exitCode = parseRequest(argc, argv, request))
-        return *exitCode;
+        return exitCodeOnceWritten(*exitCode);
     installLogFilter(request.isVerbose);
-    return run(request);
+    return exitCodeOnceWritten(run(request));
 }
