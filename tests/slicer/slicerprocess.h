@@ -32,6 +32,7 @@ public:
 
     /// SIGINT, as Ctrl-C gives it.
     void interrupt();
+    void terminate() { m_process.terminate(); } ///< SIGTERM
     void kill();
 
     int exitCode() const { return m_process.exitCode(); }

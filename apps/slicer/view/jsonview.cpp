@@ -21,6 +21,8 @@ QString kindName(Event::Kind kind)
         return QStringLiteral("progress");
     case Event::Kind::Resumed:
         return QStringLiteral("resumed");
+    case Event::Kind::Restarted:
+        return QStringLiteral("restarted");
     case Event::Kind::Retrying:
         return QStringLiteral("retrying");
     case Event::Kind::Stored:
@@ -49,6 +51,8 @@ QJsonObject fields(const Event &event)
         return {{QStringLiteral("file"), event.file},
                 {QStringLiteral("offset"), event.received},
                 {QStringLiteral("total"), event.total}};
+    case Event::Kind::Restarted:
+        return {{QStringLiteral("file"), event.file}, {QStringLiteral("total"), event.total}};
     case Event::Kind::Retrying:
         return {{QStringLiteral("reason"), event.text},
                 {QStringLiteral("retry"), event.retry},
