@@ -6,11 +6,13 @@
 #include "fleet.h"
 #include "interruption.h"
 #include "jobsteps.h"
+#include "jsonview.h"
 #include "printerbook.h"
 #include "printerscommand.h"
 #include "request.h"
 #include "requestparser.h"
 #include "slicerlog.h"
+#include "terminal.h"
 #include "view.h"
 
 #include <QCoreApplication>
@@ -25,16 +27,22 @@ int exitWith(const Outcome &outcome)
     return static_cast<int>(outcome.code);
 }
 
-/// Before any printer is asked, so that nothing is half done for a mistake here.
-Outcome checkFiles(const Request &request)
+/// How a run ends that has asked no printer.
+int endWith(const Request &request, const Outcome &outcome)
 {
-    const QVector<ModelFile> files = modelFiles(request);
-    for (const ModelFile &file : files) {
-        Outcome outcome = checkModelFile(file);
-        if (!outcome.isOk())
-            return outcome;
-    }
-    return {};
+    if (request.isJson && !outcome.isOk())
+        writeJsonError(outcome);
+    return exitWith(outcome);
+}
+
+/// What could not be told has not been done for whoever reads it.
+int exitCodeOnceWritten(int exitCode)
+{
+    const Outcome written = terminal::writingOutcome();
+    if (written.isOk())
+        return exitCode;
+    const int failure = exitWith(written);
+    return exitCode == static_cast<int>(ExitCode::Ok) ? failure : exitCode;
 }
 
 int runJobs(const Request &request, const QVector<Printer> &printers)
@@ -66,17 +74,17 @@ int run(const Request &request)
     case Request::Command::PrintersList:
     case Request::Command::PrintersAdd:
     case Request::Command::PrintersRemove:
-        return exitWith(runPrintersCommand(request, book));
+        return endWith(request, runPrintersCommand(request, book));
     default:
         break;
     }
     QVector<Printer> printers;
-    const Outcome resolved = book.resolveAll(request.printers, printers);
-    if (!resolved.isOk())
-        return exitWith(resolved);
-    const Outcome checked = checkFiles(request);
-    if (!checked.isOk())
-        return exitWith(checked);
+    Outcome outcome = book.resolveAll(request.printers, printers);
+    // Before any printer is asked, so that nothing is half done for a mistake here.
+    if (outcome.isOk())
+        outcome = checkModelFiles(modelFiles(request));
+    if (!outcome.isOk())
+        return endWith(request, outcome);
     return runJobs(request, printers);
 }
 
@@ -84,10 +92,11 @@ int run(const Request &request)
 
 int main(int argc, char **argv)
 {
+    terminal::reserveStreams();
     const QCoreApplication app(argc, argv);
     Request request;
     if (const std::optional<int> exitCode = parseRequest(argc, argv, request))
-        return *exitCode;
+        return exitCodeOnceWritten(*exitCode);
     installLogFilter(request.isVerbose);
-    return run(request);
+    return exitCodeOnceWritten(run(request));
 }

@@ -13,7 +13,9 @@ const QVector<ExitCodeMeaning> &exitCodeMeanings()
         {ExitCode::Busy, "refused: the printer is busy receiving, checking or printing"},
         {ExitCode::Refused, "refused by the printer for another reason"},
         {ExitCode::TokenRejected, "the printer rejected the token"},
-        {ExitCode::LocalFile, "local file missing, unreadable, empty or not sendable by its name"},
+        {ExitCode::LocalFile,
+         "local file missing, unreadable, empty or not sendable by its name;\n"
+         "       or the settings or standard output not readable or writable"},
         {ExitCode::CheckFailed, "the printer's check of the model failed"},
         {ExitCode::PrintFailed, "the print failed or was stopped"},
         {ExitCode::SomeFailed, "some of several printers failed"},

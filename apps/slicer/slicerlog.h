@@ -9,7 +9,7 @@
 
 Q_DECLARE_LOGGING_CATEGORY(lcSlicer)
 
-/// Debug lines, the library's included, are shown only when @p isVerbose.
+/// Debug lines, the library's included, and Qt's warnings are shown only when @p isVerbose.
 void installLogFilter(bool isVerbose);
 
 #endif // SLICERLOG_H

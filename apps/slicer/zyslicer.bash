@@ -2,6 +2,19 @@
 # SPDX-License-Identifier: MIT
 # bash completion for zyslicer
 
+# The saved names, of the settings that the line names.
+_zyslicer_names()
+{
+    local i settings=()
+    for ((i = 1; i < cword; ++i)); do
+        case ${words[i]} in
+            --settings) settings=(--settings "${words[i + 1]/#\~\//$HOME/}") ;;
+            --settings=*) settings=("${words[i]/#--settings=\~\//--settings=$HOME/}") ;;
+        esac
+    done
+    zyslicer "${settings[@]}" printers 2>/dev/null | cut -d' ' -f1
+}
+
 _zyslicer()
 {
     local cur prev words cword
@@ -17,7 +30,7 @@ _zyslicer()
     case $prev in
         --to)
             # URLs are typed; saved names are completed.
-            COMPREPLY=($(compgen -W "$(zyslicer printers 2>/dev/null | cut -d' ' -f1)" -- "$cur"))
+            COMPREPLY=($(compgen -W "$(_zyslicer_names)" -- "$cur"))
             return
             ;;
         --settings)
@@ -45,7 +58,7 @@ _zyslicer()
         set) options="$printer $common $keys" ;;
         printers)
             case $prev in
-                remove) options=$(zyslicer printers 2>/dev/null | cut -d' ' -f1) ;;
+                remove) options=$(_zyslicer_names) ;;
                 *) options="add remove $common" ;;
             esac
             ;;

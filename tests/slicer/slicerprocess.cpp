@@ -85,6 +85,21 @@ SlicerResult runSlicer(const QStringList &arguments, const QString &settings)
     return {slicer.exitCode(), slicer.output(), slicer.errors()};
 }
 
+SlicerResult runInShell(const QString &script, const QStringList &arguments)
+{
+    const QTemporaryDir directory;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("ZYSLICER_SETTINGS"),
+                       directory.filePath(QStringLiteral("settings.ini")));
+    QProcess shell;
+    shell.setProcessEnvironment(environment);
+    shell.start(QStringLiteral("bash"),
+                QStringList{QStringLiteral("-c"), script, QStringLiteral(ZYSLICER)} + arguments);
+    if (!shell.waitForFinished(longTime))
+        return {};
+    return {shell.exitCode(), shell.readAllStandardOutput(), shell.readAllStandardError()};
+}
+
 QVector<QJsonObject> jsonLines(const QByteArray &output)
 {
     QVector<QJsonObject> objects;

@@ -32,6 +32,7 @@ public:
 
     /// SIGINT, as Ctrl-C gives it.
     void interrupt();
+    void terminate() { m_process.terminate(); } ///< SIGTERM
     void kill();
 
     int exitCode() const { return m_process.exitCode(); }
@@ -54,6 +55,10 @@ struct SlicerResult {
 };
 
 SlicerResult runSlicer(const QStringList &arguments, const QString &settings = {});
+
+/// Runs a bash @p script in which "$0" is the program and "$@" are its arguments. The test's event
+/// loop stands still meanwhile.
+SlicerResult runInShell(const QString &script, const QStringList &arguments);
 
 /// The objects of --json; ends the test program on a line that is not one object.
 QVector<QJsonObject> jsonLines(const QByteArray &output);

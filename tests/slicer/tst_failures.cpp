@@ -53,6 +53,7 @@ private Q_SLOTS:
     void tellsThatAPrintsCheckFailed();
     void tellsThatAPrintFailed();
     void doesNotPrintAfterABadCheck();
+    void hintsAtANameThatBeginsWithADot();
     void tellsThatAPauseIsRefused();
     void givesUpAStalledTransfer();
 
@@ -197,6 +198,15 @@ void TestFailures::doesNotPrintAfterABadCheck()
     EXPECT_FAILURE(runSlicer(send(urlOf(printer), {"--print"_s})), 8, "check failed: part.zydlp");
     QCOMPARE(printer.host().count("getFilePrintState"_s), 0);
     QVERIFY(QFile::exists(printer.path("part.zydlp"_s)));
+}
+
+void TestFailures::hintsAtANameThatBeginsWithADot()
+{
+    PrinterProcess printer;
+    EXPECT_FAILURE(runSlicer(send(printer.url().toString(), {"--as"_s, ".part.zydlp"_s})), 8,
+                   "may take no name that begins with a dot");
+    TestPrinter other; // takes such names
+    QCOMPARE(runSlicer(send(urlOf(other), {"--as"_s, ".part.zydlp"_s})).exitCode, 0);
 }
 
 void TestFailures::tellsThatAPauseIsRefused()

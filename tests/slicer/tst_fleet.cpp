@@ -47,6 +47,7 @@ private Q_SLOTS:
     void initTestCase();
     void sendsToTwentyPrintersAtOnce();
     void sumsUpWhatBecameOfEach();
+    void sumsUpWithoutTransfersWhenNothingIsSent();
     void tellsFailuresApartInJson();
     void interruptsAll();
 
@@ -101,6 +102,17 @@ void TestFleet::sumsUpWhatBecameOfEach()
     VERIFY_TEXT(table.contains("ok\nbad "), table);
     VERIFY_TEXT(table.contains("refused by the printer\n"), table);
     VERIFY_TEXT(table.contains("no connection\n"), table);
+}
+
+void TestFleet::sumsUpWithoutTransfersWhenNothingIsSent()
+{
+    const Printers printers(2);
+    const SlicerResult result = runSlicer(QStringList("version"_s) + printers.destinations());
+    QCOMPARE(result.exitCode, 0);
+    const QByteArray table = result.output.mid(result.output.indexOf("PRINTER"));
+    VERIFY_TEXT(table.startsWith("PRINTER ") && table.count("  ok\n") == 2, table);
+    for (const char *title : {"SENT", "TIME", "RATE", "-"})
+        VERIFY_TEXT(!table.contains(title), table);
 }
 
 void TestFleet::tellsFailuresApartInJson()

@@ -4,6 +4,7 @@
 
 #include "cuttingproxy.h"
 #include "modelfiles.h"
+#include "printerprocess.h"
 #include "rawpeer.h"
 #include "slicerprocess.h"
 #include "testprinter.h"
@@ -12,6 +13,8 @@
 
 #include <QRandomGenerator>
 #include <QtTest>
+
+#include <memory>
 
 using zytest::chunkBytes;
 using zytest::CuttingProxy;
@@ -54,11 +57,16 @@ private Q_SLOTS:
     void waitsOutASlowLink();
     void retriesWhileThePrinterStillHoldsTheLostConnection();
     void sendsAgainWhenTheVerdictIsLost();
+    void tellsThatARetryBeginsAnew();
+    void tellsALostPrinterInItsOwnWords();
     void cancelsOnThePrinterAtCtrlC();
+    void leavesWhenACancelIsNotAcknowledged();
     void leavesAtOnceAtTheSecondCtrlC();
     void leavesWhilePausingBeforeARetry();
     void followsAPrintOverACut();
     void stopsFollowingAtCtrlC();
+    void tellsAtCtrlCWhatThePrinterWasAsked_data();
+    void tellsAtCtrlCWhatThePrinterWasAsked();
 
 private:
     QTemporaryDir m_directory;
@@ -187,6 +195,39 @@ void TestRecovery::sendsAgainWhenTheVerdictIsLost()
     QVERIFY(bench.stored() == m_bytes);
 }
 
+void TestRecovery::tellsThatARetryBeginsAnew()
+{
+    Bench bench;
+    SlicerProcess slicer(bench.send(m_file, {"--retries"_s, "1000"_s}));
+    QVERIFY(!slicer.waitForEvent("progress"_s).isEmpty());
+    bench.proxy.freeze();
+    bench.proxy.cut();
+    QVERIFY(bench.printer.waitForConnections(0));
+    QVERIFY(QFile::remove(bench.printer.temporaryFile()));
+    bench.proxy.thaw();
+    const QJsonObject restarted = slicer.waitForEvent("restarted"_s);
+    QCOMPARE(restarted.value("file"_s).toString(), "a.zydlp"_s);
+    QVERIFY(slicer.waitForExit());
+    QCOMPARE(slicer.exitCode(), 0);
+    QVERIFY(eventsNamed("resumed"_s, slicer.output()).isEmpty());
+    QVERIFY(bench.stored() == m_bytes);
+}
+
+void TestRecovery::tellsALostPrinterInItsOwnWords()
+{
+    auto printer = std::make_unique<PrinterProcess>();
+    const QString file = zytest::writeFile(m_directory.filePath("big.zydlp"_s),
+                                           zytest::randomBytes(qint64(chunkBytes) * 80));
+    SlicerProcess slicer(
+        {"send"_s, file, "--to"_s, printer->url().toString(), "--retries"_s, "0"_s, "--json"_s});
+    QVERIFY(!slicer.waitForEvent("progress"_s).isEmpty());
+    printer.reset();
+    QVERIFY(slicer.waitForExit());
+    QCOMPARE(slicer.exitCode(), 11);
+    VERIFY_TEXT(isOneErrorLine(slicer.errors(), "given up after 1 attempts (connection lost)"),
+                slicer.errors());
+}
+
 void TestRecovery::cancelsOnThePrinterAtCtrlC()
 {
     Bench bench;
@@ -199,6 +240,18 @@ void TestRecovery::cancelsOnThePrinterAtCtrlC()
     VERIFY_TEXT(isOneErrorLine(slicer.errors(), "the printer has cancelled"), slicer.errors());
     QCOMPARE(bench.printer.host().count("cancle"_s), 1);
     QVERIFY(!QFile::exists(bench.printer.temporaryFile()));
+}
+
+void TestRecovery::leavesWhenACancelIsNotAcknowledged()
+{
+    Bench bench;
+    SlicerProcess slicer(bench.send(m_file, {"--stall"_s, "3600"_s, "--timeout"_s, "0.5"_s}));
+    QVERIFY(!slicer.waitForEvent("progress"_s).isEmpty());
+    bench.proxy.freeze();
+    slicer.terminate();
+    QVERIFY(slicer.waitForExit());
+    QCOMPARE(slicer.exitCode(), 130);
+    VERIFY_TEXT(isOneErrorLine(slicer.errors(), "did not acknowledge the cancel"), slicer.errors());
 }
 
 void TestRecovery::leavesAtOnceAtTheSecondCtrlC()
@@ -273,6 +326,42 @@ void TestRecovery::stopsFollowingAtCtrlC()
     QCOMPARE(slicer.exitCode(), 130);
     VERIFY_TEXT(isOneErrorLine(slicer.errors(), "the print goes on"), slicer.errors());
     QCOMPARE(bench.printer.host().count("sigDoPrintStop"_s), 0);
+}
+
+void TestRecovery::tellsAtCtrlCWhatThePrinterWasAsked_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("isConnected");
+    QTest::addColumn<QByteArray>("part");
+    const QByteArray nothing = "has been asked nothing";
+    const QByteArray goesOn = "the printer goes on with what it was doing";
+    QTest::newRow("connecting, status") << QStringList("status"_s) << false << goesOn;
+    QTest::newRow("connecting, watch") << QStringList{"status"_s, "--watch"_s} << false << goesOn;
+    QTest::newRow("connecting, stop") << QStringList("stop"_s) << false << nothing;
+    QTest::newRow("connecting, print") << QStringList{"print"_s, "x"_s} << false << nothing;
+    QTest::newRow("unanswered, stop")
+        << QStringList("stop"_s) << true << QByteArray("may still do what it was asked");
+}
+
+void TestRecovery::tellsAtCtrlCWhatThePrinterWasAsked()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(bool, isConnected);
+    QFETCH(QByteArray, part);
+    Bench bench;
+    if (isConnected)
+        bench.printer.host().during("sigDoPrintStop"_s, [&] { bench.proxy.freeze(); });
+    else
+        bench.proxy.freeze();
+    SlicerProcess slicer(arguments + QStringList{"--to"_s, bench.proxy.url().toString()});
+    QVERIFY(zytest::waitUntil([&] {
+        return isConnected ? bench.printer.host().count("sigDoPrintStop"_s) == 1
+                           : bench.proxy.connectionCount() == 1;
+    }));
+    slicer.interrupt();
+    QVERIFY(slicer.waitForExit());
+    QCOMPARE(slicer.exitCode(), 130);
+    VERIFY_TEXT(isOneErrorLine(slicer.errors(), part), slicer.errors());
 }
 
 QTEST_GUILESS_MAIN(TestRecovery)

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// What is wrong before any printer is asked: usage, local files, settings.
+// What is wrong before any printer is asked: usage and local files.
 
 #include "modelfiles.h"
 #include "slicerprocess.h"
@@ -20,7 +20,9 @@ private Q_SLOTS:
     void refusesWrongUsage();
     void checksTheFileBeforeAnythingIsSent_data();
     void checksTheFileBeforeAnythingIsSent();
-    void tellsThatSettingsAreNotWritable();
+    void tellsThatANameIsNoText();
+    void tellsErrorsInJsonToo_data();
+    void tellsErrorsInJsonToo();
     void keepsAnErrorOnOneLine();
 
 private:
@@ -49,10 +51,17 @@ void TestUsage::refusesWrongUsage_data()
     row("print of two files", {"send"_s, "a"_s, "b"_s, "--print"_s}, "--print");
     row("watch without print", {"send"_s, "a"_s, "--watch"_s}, "--watch");
     row("negative stall", {"send"_s, "a"_s, "--stall"_s, "-1"_s}, "--stall");
+    row("stall no number", {"send"_s, "a"_s, "--stall"_s, "nan"_s}, "--stall");
+    row("endless timeout", {"status"_s, "--timeout"_s, "inf"_s}, "--timeout");
+    row("interval no number", {"status"_s, "--interval"_s, "-nan"_s}, "--interval");
     row("retries no number", {"send"_s, "a"_s, "--retries"_s, "many"_s}, "--retries");
     row("quiet and JSON", {"status"_s, "--quiet"_s, "--json"_s}, "--quiet");
     row("unknown parameter", {"set"_s, "exposure=3"_s, "--to"_s, url}, "exposure");
     row("no assignment", {"set"_s, "initExposure"_s, "--to"_s, url}, "initExposure");
+    row("parameter twice", {"set"_s, "eleSpeed=1"_s, "eleSpeed=2"_s, "--to"_s, url},
+        "'eleSpeed' is given twice");
+    row("two files of one name", {"send"_s, "a/x.zydlp"_s, "x.zydlp"_s, "--to"_s, url},
+        "a/x.zydlp and x.zydlp");
     row("empty print name", {"print"_s, ""_s, "--to"_s, url}, "NAME");
     row("unknown printer", {"status"_s, "--to"_s, "bench9"_s}, "unknown printer: bench9");
     row("no address", {"status"_s, "--to"_s, "http://host"_s}, "http://host");
@@ -116,11 +125,40 @@ void TestUsage::checksTheFileBeforeAnythingIsSent()
     EXPECT_FAILURE(runSlicer(arguments), 7, part);
 }
 
-void TestUsage::tellsThatSettingsAreNotWritable()
+void TestUsage::tellsThatANameIsNoText()
 {
-    const QString settings = m_directory.filePath("part.zydlp/settings.ini"_s);
-    EXPECT_FAILURE(runSlicer({"printers"_s, "add"_s, "a"_s, "ws://10.0.0.1:1"_s}, settings), 7,
-                   "settings not writable");
+    EXPECT_FAILURE(runInShell("exec \"$0\" \"$@\" $'part\\377.zydlp'"_s, {"send"_s}), 2,
+                   "not valid in this locale's encoding");
+}
+
+void TestUsage::tellsErrorsInJsonToo_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("part");
+    const QString url = "ws://127.0.0.1:1"_s;
+    QTest::newRow("missing file") << QStringList{"send"_s, "/nonexistent"_s, "--to"_s, url} << 7
+                                  << "no such file"_s;
+    QTest::newRow("bad name") << QStringList{"send"_s, m_model, "--as"_s, "a/b"_s, "--to"_s, url}
+                              << 7 << "path separator"_s;
+    QTest::newRow("no printer") << QStringList{"status"_s} << 2 << "no printer named"_s;
+    QTest::newRow("unknown printer")
+        << QStringList{"printers"_s, "remove"_s, "bench9"_s} << 2 << "no such printer: bench9"_s;
+}
+
+void TestUsage::tellsErrorsInJsonToo()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, code);
+    QFETCH(QString, part);
+    const SlicerResult result = runSlicer(arguments + QStringList("--json"_s));
+    QCOMPARE(result.exitCode, code);
+    VERIFY_TEXT(isOneErrorLine(result.errors, part.toUtf8()), result.errors);
+    const QVector<QJsonObject> objects = jsonLines(result.output);
+    QCOMPARE(objects.size(), 1);
+    QCOMPARE(objects.first().value("event"_s).toString(), "error"_s);
+    QCOMPARE(objects.first().value("code"_s).toInt(), code);
+    VERIFY_TEXT(objects.first().value("message"_s).toString().contains(part), result.output);
 }
 
 void TestUsage::keepsAnErrorOnOneLine()

@@ -7,6 +7,11 @@
 #include "commandline.h"
 #include "wirewords.h"
 
+#include <QFile>
+
+#include <algorithm>
+#include <sstream>
+
 namespace
 {
 
@@ -21,6 +26,14 @@ QStringList toTexts(const std::vector<std::string> &values)
 int milliseconds(double seconds)
 {
     return static_cast<int>(seconds * 1000);
+}
+
+/// Text that cannot be turned back would name another file, or none.
+void requireText(const std::string &argument)
+{
+    if (QFile::encodeName(zyapp::fromArgument(argument)).toStdString() != argument)
+        throw CLI::ValidationError("file name '" + argument
+                                   + "' is not valid in this locale's encoding, such as UTF-8");
 }
 
 std::string parameterNames()
@@ -52,6 +65,8 @@ QJsonObject toParameters(const std::vector<std::string> &assignments)
         if (!isParameter(key))
             throw CLI::ValidationError("unknown parameter '" + key.toStdString() + "', known are "
                                        + parameterNames());
+        if (parameters.contains(key))
+            throw CLI::ValidationError("parameter '" + key.toStdString() + "' is given twice");
         parameters.insert(key, assignment.section(QLatin1Char('='), 1));
     }
     return parameters;
@@ -60,7 +75,17 @@ QJsonObject toParameters(const std::vector<std::string> &assignments)
 /// Seconds that fit an int of milliseconds.
 CLI::Validator seconds(double least)
 {
-    return CLI::Range(least, 86400.0, "SECONDS");
+    const auto check = [least](const std::string &text) {
+        constexpr double most = 86400;
+        double value = 0;
+        // Not CLI::Range, which takes "nan": that is neither below nor above anything.
+        if (CLI::detail::lexical_cast(text, value) && value >= least && value <= most)
+            return std::string();
+        std::ostringstream error;
+        error << "Value " << text << " not in range " << least << " to " << most;
+        return error.str();
+    };
+    return CLI::Validator(check, "SECONDS");
 }
 
 void addPrinterOptions(CLI::App *command, OptionValues &values)
@@ -217,6 +242,7 @@ void OptionValues::fill(Request &request) const
     request.command = commands.at(command);
     request.printers = toTexts(printers);
     request.token = zyapp::fromArgument(token);
+    std::for_each(files.begin(), files.end(), requireText);
     request.files = toTexts(files);
     request.isPrinting = isPrinting;
     request.isWatching = isWatching;
@@ -244,6 +270,8 @@ void OptionValues::fillLimits(Limits &limits) const
 
 void OptionValues::fillRemoteName(const CLI::App &command, Request &request) const
 {
+    requireText(asName);
+    requireText(printName);
     if (request.command == Request::Command::Print) {
         request.remoteName = zyapp::fromArgument(printName);
         if (request.remoteName.isEmpty())

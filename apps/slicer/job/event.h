@@ -14,6 +14,7 @@ struct Event {
         Offered, ///< file: the printer is asked to take it
         Progress, ///< file, received, total
         Resumed, ///< file, received (the offset), total
+        Restarted, ///< file, total: a retry that begins anew, the printer having lost its part
         Retrying, ///< text (why), retry, delay
         Stored, ///< file, text (the name on the printer), total, checkState
         PrintChecking, ///< file

@@ -41,8 +41,11 @@ void FollowStep::start()
 
 void FollowStep::interrupt()
 {
-    end({ExitCode::Interrupted, QStringLiteral("interrupted"), link().printer().description(),
-         QStringLiteral("the print goes on; follow it with 'zyslicer status --watch'")});
+    if (m_mode == Mode::UntilDone || m_wasRunning)
+        endInterrupted(
+            QStringLiteral("the print goes on; follow it with 'zyslicer status --watch'"));
+    else
+        endInterrupted(QStringLiteral("the printer goes on with what it was doing"));
 }
 
 void FollowStep::ask()

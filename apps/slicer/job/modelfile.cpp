@@ -6,6 +6,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 
 #include <algorithm>
 
@@ -61,4 +62,22 @@ Outcome checkModelFile(const ModelFile &file)
         return localFileError(QStringLiteral("file is empty"), file.path,
                               QStringLiteral("slice the model again"));
     return checkName(file.name);
+}
+
+Outcome checkModelFiles(const QVector<ModelFile> &files)
+{
+    QHash<QString, QString> paths; // by name
+    for (const ModelFile &file : files) {
+        if (paths.contains(file.name))
+            return {ExitCode::Usage, QStringLiteral("two files of one name"),
+                    QStringLiteral("%1 and %2").arg(paths.value(file.name), file.path),
+                    QStringLiteral("send one of them by itself, under another name, with --as")};
+        paths.insert(file.name, file.path);
+    }
+    for (const ModelFile &file : files) {
+        Outcome outcome = checkModelFile(file);
+        if (!outcome.isOk())
+            return outcome;
+    }
+    return {};
 }

@@ -7,6 +7,8 @@
 
 #include "outcome.h"
 
+#include <QVector>
+
 /// One file to send.
 struct ModelFile {
     QString path; ///< local
@@ -15,5 +17,7 @@ struct ModelFile {
 
 /// Ok, or why the file cannot be sent.
 Outcome checkModelFile(const ModelFile &file);
+/// The same for all of them; two must not have one name, the second would replace the first.
+Outcome checkModelFiles(const QVector<ModelFile> &files);
 
 #endif // MODELFILE_H

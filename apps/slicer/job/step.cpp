@@ -10,8 +10,10 @@ Step::Step(PrinterLink &link) : m_link(link) { }
 
 void Step::interrupt()
 {
-    end({ExitCode::Interrupted, QStringLiteral("interrupted"), m_link.printer().description(),
-         QStringLiteral("the printer goes on with what it was doing")});
+    endInterrupted(m_link.isOpen()
+                       ? QStringLiteral("the printer may still do what it was asked; look with "
+                                        "'zyslicer status'")
+                       : QStringLiteral("the printer has been asked nothing"));
 }
 
 void Step::end(const Outcome &outcome)
@@ -20,6 +22,12 @@ void Step::end(const Outcome &outcome)
         return;
     m_hasEnded = true;
     Q_EMIT ended(outcome);
+}
+
+void Step::endInterrupted(const QString &consequence)
+{
+    end({ExitCode::Interrupted, QStringLiteral("interrupted"), m_link.printer().description(),
+         consequence});
 }
 
 void Step::endUnconnected()

@@ -37,6 +37,7 @@ protected:
     PrinterLink &link() const { return m_link; }
     void end(const Outcome &outcome = {});
     bool hasEnded() const { return m_hasEnded; }
+    void endInterrupted(const QString &consequence);
     void endUnconnected();
     void endUnanswered(const QString &question, const QString &reason);
     void endTokenRejected();

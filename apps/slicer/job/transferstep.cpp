@@ -77,6 +77,8 @@ void TransferStep::onProgress(const QString &path, qint64 total, qint64 received
         const qint64 offset = resumeOffset(received, total);
         if (offset > 0)
             reportProgress(Event::Kind::Resumed, offset, total);
+        else if (m_mostReceived > 0)
+            reportProgress(Event::Kind::Restarted, 0, total);
     }
     if (received > m_mostReceived) {
         m_mostReceived = received;
@@ -152,10 +154,18 @@ void TransferStep::completeWhenSettled()
     if (m_checkState == 0 || m_checkState == 1)
         end();
     else
-        endWith(ExitCode::CheckFailed, QStringLiteral("check failed"),
-                QStringLiteral("the printer has stored the file but finds it no valid model "
-                               "(check state %1); slice it again")
-                    .arg(m_checkState));
+        endCheckFailed();
+}
+
+void TransferStep::endCheckFailed()
+{
+    // Printers may keep such names for themselves and say no more than this.
+    const QString advice = m_storedName.startsWith(QLatin1Char('.'))
+        ? QStringLiteral("the printer finds no valid model of this name (check state %1); it may "
+                         "take no name that begins with a dot: give another one with --as")
+        : QStringLiteral("the printer has stored the file but finds it no valid model (check "
+                         "state %1); slice it again");
+    endWith(ExitCode::CheckFailed, QStringLiteral("check failed"), advice.arg(m_checkState));
 }
 
 void TransferStep::onTimeLimit()
@@ -231,8 +241,8 @@ void TransferStep::retry(const QString &reason)
         endWith(
             ExitCode::GivenUp,
             QStringLiteral("transfer given up after %1 attempts (%2)").arg(m_attempts).arg(reason),
-            QStringLiteral("check the network and send again; the printer resumes what it "
-                           "holds"));
+            QStringLiteral("check the network and the printer and send again; what the printer "
+                           "still holds of it, if anything, is resumed"));
         return;
     }
     m_stage = Stage::Pausing;
@@ -253,7 +263,7 @@ void TransferStep::interrupt()
     case Stage::Sending:
         qCDebug(lcSlicer) << "cancelling" << m_file.name;
         m_stage = Stage::Cancelling;
-        m_timeLimit.start(link().limits().stall);
+        m_timeLimit.start(std::min(link().limits().stall, link().limits().reply));
         link().client()->cancel();
         break;
     case Stage::AwaitingVerdict: // a cancel now would delete the finished file

@@ -44,6 +44,7 @@ private:
     void refused(const QJsonObject &reply);
     void retry(const QString &reason);
     void completeWhenSettled();
+    void endCheckFailed();
     void endWith(ExitCode code, const QString &what, const QString &advice);
 
     JobNotes &m_notes;

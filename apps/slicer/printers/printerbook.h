@@ -10,25 +10,31 @@
 
 #include <QSettings>
 
+#include <memory>
+
 class PrinterBook
 {
 public:
     /// @p file empty: the file named by ZYSLICER_SETTINGS, else the user's own.
     explicit PrinterBook(const QString &file);
 
-    QVector<Printer> printers() const; ///< by name
+    /// All saved printers, by name.
+    Outcome list(QVector<Printer> &printers);
     Outcome add(const QString &name, const QString &url);
     Outcome remove(const QString &name);
 
     /// Turns a saved name or a URL into @p printer.
-    Outcome resolve(const QString &nameOrUrl, Printer &printer) const;
+    Outcome resolve(const QString &nameOrUrl, Printer &printer);
     /// Turns all of them; none means the only saved printer.
-    Outcome resolveAll(const QStringList &namesOrUrls, QVector<Printer> &printers) const;
+    Outcome resolveAll(const QStringList &namesOrUrls, QVector<Printer> &printers);
 
 private:
+    Outcome resolveName(const QString &name, Printer &printer);
+    Outcome open();
     Outcome sync();
 
-    QSettings m_settings;
+    QString m_path;
+    std::unique_ptr<QSettings> m_settings; ///< null until open()
 };
 
 #endif // PRINTERBOOK_H

@@ -4,11 +4,10 @@
 
 #include "printerscommand.h"
 
+#include "jsonview.h"
 #include "printerbook.h"
 #include "request.h"
 #include "terminal.h"
-
-#include <QJsonDocument>
 
 #include <algorithm>
 
@@ -17,12 +16,9 @@ namespace
 
 void writeJson(const QVector<Printer> &printers)
 {
-    for (const Printer &printer : printers) {
-        const QJsonObject object{{QStringLiteral("name"), printer.label},
-                                 {QStringLiteral("url"), printer.url.toString()}};
-        terminal::write(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))
-                        + QLatin1Char('\n'));
-    }
+    for (const Printer &printer : printers)
+        writeJsonLine({{QStringLiteral("name"), printer.label},
+                       {QStringLiteral("url"), printer.url.toString()}});
 }
 
 void writeTable(const QVector<Printer> &printers)
@@ -43,9 +39,11 @@ Outcome runPrintersCommand(const Request &request, PrinterBook &book)
         return book.add(request.savedName, request.savedUrl);
     if (request.command == Request::Command::PrintersRemove)
         return book.remove(request.savedName);
+    QVector<Printer> printers;
+    Outcome outcome = book.list(printers);
     if (request.isJson)
-        writeJson(book.printers());
+        writeJson(printers);
     else if (!request.isQuiet)
-        writeTable(book.printers());
-    return {};
+        writeTable(printers);
+    return outcome;
 }

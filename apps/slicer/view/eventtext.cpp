@@ -19,6 +19,11 @@ QString resumedText(const Event &event)
         .arg(byteText(event.received, event.total));
 }
 
+QString restartedText(const Event &event)
+{
+    return event.file + QStringLiteral(": from the start: the printer holds nothing of it");
+}
+
 QString retryingText(const Event &event)
 {
     const QString news = QStringLiteral("%1, retry %2 in %3 s")
@@ -50,6 +55,8 @@ QString eventText(const Event &event, const Printer &printer)
         return {};
     case Event::Kind::Resumed:
         return resumedText(event);
+    case Event::Kind::Restarted:
+        return restartedText(event);
     case Event::Kind::Retrying:
         return retryingText(event);
     case Event::Kind::Stored:

@@ -21,6 +21,8 @@ QString kindName(Event::Kind kind)
         return QStringLiteral("progress");
     case Event::Kind::Resumed:
         return QStringLiteral("resumed");
+    case Event::Kind::Restarted:
+        return QStringLiteral("restarted");
     case Event::Kind::Retrying:
         return QStringLiteral("retrying");
     case Event::Kind::Stored:
@@ -49,6 +51,8 @@ QJsonObject fields(const Event &event)
         return {{QStringLiteral("file"), event.file},
                 {QStringLiteral("offset"), event.received},
                 {QStringLiteral("total"), event.total}};
+    case Event::Kind::Restarted:
+        return {{QStringLiteral("file"), event.file}, {QStringLiteral("total"), event.total}};
     case Event::Kind::Retrying:
         return {{QStringLiteral("reason"), event.text},
                 {QStringLiteral("retry"), event.retry},
@@ -72,7 +76,26 @@ QJsonObject fields(const Event &event)
     return answer;
 }
 
+QJsonObject outcomeFields(const Outcome &outcome)
+{
+    return {{QStringLiteral("code"), static_cast<int>(outcome.code)},
+            {QStringLiteral("message"), outcome.isOk() ? QString() : outcome.text()}};
+}
+
 } // namespace
+
+void writeJsonLine(const QJsonObject &object)
+{
+    terminal::write(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))
+                    + QLatin1Char('\n'));
+}
+
+void writeJsonError(const Outcome &outcome)
+{
+    QJsonObject object = outcomeFields(outcome);
+    object.insert(QStringLiteral("event"), QStringLiteral("error"));
+    writeJsonLine(object);
+}
 
 void JsonView::report(int printer, const Event &event)
 {
@@ -81,15 +104,12 @@ void JsonView::report(int printer, const Event &event)
 
 void JsonView::endPrinter(int printer, const Outcome &outcome)
 {
-    write(printer, QStringLiteral("result"),
-          {{QStringLiteral("code"), static_cast<int>(outcome.code)},
-           {QStringLiteral("message"), outcome.isOk() ? QString() : outcome.text()}});
+    write(printer, QStringLiteral("result"), outcomeFields(outcome));
 }
 
 void JsonView::write(int printer, const QString &event, QJsonObject object) const
 {
     object.insert(QStringLiteral("event"), event);
     object.insert(QStringLiteral("printer"), printers()[printer].label);
-    terminal::write(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))
-                    + QLatin1Char('\n'));
+    writeJsonLine(object);
 }

@@ -7,6 +7,13 @@
 
 #include "view.h"
 
+#include <QJsonObject>
+
+/// One object, one line.
+void writeJsonLine(const QJsonObject &object);
+/// An "error" that belongs to no printer: none was asked yet.
+void writeJsonError(const Outcome &outcome);
+
 class JsonView : public View
 {
 public:

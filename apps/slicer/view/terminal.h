@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// Standard output: plain writing, and what kind of terminal it is.
+// Standard output: plain writing and its failure, and what kind of terminal it is.
 
 #ifndef TERMINAL_H
 #define TERMINAL_H
+
+#include "outcome.h"
 
 #include <QSize>
 #include <QString>
@@ -11,11 +13,17 @@
 namespace terminal
 {
 
+/// Call it before anything is opened: gives the numbers of standard streams that are closed to
+/// /dev/null, else the next socket would get one, and the output with it.
+void reserveStreams();
 /// Standard output is a terminal on which lines can be drawn over.
 bool isUsable();
 /// In characters.
 QSize size();
+/// Writes at once, and nothing any more after a failure. A closed pipe ends the program by SIGPIPE.
 void write(const QString &text);
+/// Ok as long as all that was written, by whatever means, has reached standard output.
+Outcome writingOutcome();
 
 } // namespace terminal
 

@@ -30,6 +30,19 @@ QString tableText(const Table &table)
     return text;
 }
 
+QStringList transferTitles()
+{
+    return {QStringLiteral("SENT"), QStringLiteral("TIME"), QStringLiteral("RATE")};
+}
+
+QStringList transferCells(const TransferLog::Entry &entry)
+{
+    const QString none = QStringLiteral("-");
+    if (entry.sent <= 0)
+        return {none, none, none};
+    return {byteText(entry.sent), durationText(duration(entry)), rateText(meanRate(entry))};
+}
+
 } // namespace
 
 TextView::TextView(const QVector<Printer> &printers)
@@ -61,16 +74,16 @@ QString TextView::marked(int printer, const QString &text) const
 
 QString TextView::summary() const
 {
-    Table table{{QStringLiteral("PRINTER"), QStringLiteral("SENT"), QStringLiteral("TIME"),
-                 QStringLiteral("RATE"), QStringLiteral("RESULT")}};
+    const bool isTransfer = m_transfers.hasSent();
+    Table table{QStringList(QStringLiteral("PRINTER"))
+                + (isTransfer ? transferTitles() : QStringList())
+                + QStringList(QStringLiteral("RESULT"))};
     for (int i = 0; i < printers().size(); ++i) {
-        const TransferLog::Entry &entry = m_transfers.entry(i);
-        const bool hasSent = entry.sent > 0;
-        const QString none = QStringLiteral("-");
-        table.append({printers()[i].label, hasSent ? byteText(entry.sent) : none,
-                      hasSent ? durationText(duration(entry)) : none,
-                      hasSent ? rateText(meanRate(entry)) : none,
-                      m_outcomes[i].isOk() ? QStringLiteral("ok") : m_outcomes[i].what});
+        QStringList cells(printers()[i].label);
+        if (isTransfer)
+            cells += transferCells(m_transfers.entry(i));
+        cells += m_outcomes[i].isOk() ? QStringLiteral("ok") : m_outcomes[i].what;
+        table.append(cells);
     }
     return tableText(table);
 }

@@ -4,6 +4,8 @@
 
 #include "transferlog.h"
 
+#include <algorithm>
+
 TransferLog::TransferLog(int printers) : m_entries(printers)
 {
     m_clock.start();
@@ -35,6 +37,12 @@ void TransferLog::note(int printer, const Event &event)
     default:
         break;
     }
+}
+
+bool TransferLog::hasSent() const
+{
+    return std::any_of(m_entries.begin(), m_entries.end(),
+                       [](const Entry &entry) { return entry.sent > 0; });
 }
 
 qint64 duration(const TransferLog::Entry &entry)

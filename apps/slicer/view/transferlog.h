@@ -28,6 +28,8 @@ public:
 
     void note(int printer, const Event &event);
     const Entry &entry(int printer) const { return m_entries[printer]; }
+    /// Whether any printer was sent anything.
+    bool hasSent() const;
 
 private:
     QElapsedTimer m_clock;
