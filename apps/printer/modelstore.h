@@ -35,8 +35,8 @@ public:
     /// Absolute; the receive directory to be given to the server.
     const QString &incomingDirectory() const { return m_incoming; }
 
-    /// False when the place for incoming files has gone: the server would then receive into whatever
-    /// is the current directory.
+    /// False when the place for incoming files has gone: the server would then receive into
+    /// whatever is the current directory.
     bool canReceive() const;
 
     /// Takes over the file that the server has just completed, @p receivedName being relative to
