@@ -37,6 +37,10 @@ _zyslicer()
             _filedir
             return
             ;;
+        --compression)
+            COMPREPLY=($(compgen -W "0 1 2 3 4 5 6 7 8 9" -- "$cur"))
+            return
+            ;;
         --token | --as | --stall | --retries | --back-off | --interval | --*timeout)
             return
             ;;
@@ -53,7 +57,7 @@ _zyslicer()
     local options
     case $command in
         '') options="$commands --version --verbose --settings --help" ;;
-        send) options="$printer $retry $watch --as --stall --print $common" ;;
+        send) options="$printer $retry $watch --as --compression --stall --print $common" ;;
         print | status) options="$printer $retry $watch $common" ;;
         set) options="$printer $common $keys" ;;
         printers)

@@ -111,7 +111,8 @@ void ZySslEchoClient::sendFrom(QFile &file, qint64 offset, bool compress)
         if (count > 0) {
             sentBytes = zyws::advanced(sentBytes, count);
             qCDebug(lcZyClient) << "sendBytes=" << sentBytes << " _totalBytes=" << totalBytes;
-            m_webSocket.sendBinaryMessage(zyws::packChunk(buffer.constData(), count, compress));
+            m_webSocket.sendBinaryMessage(
+                zyws::packChunk(buffer.constData(), count, compress, m_compressionLevel));
         }
         if (self)
             QCoreApplication::processEvents();
@@ -136,6 +137,16 @@ bool ZySslEchoClient::awaitDataReply()
             return false;
     }
     return true;
+}
+
+void ZySslEchoClient::setCompressionLevel(int level)
+{
+    m_compressionLevel = level;
+}
+
+int ZySslEchoClient::compressionLevel() const
+{
+    return m_compressionLevel;
 }
 
 void ZySslEchoClient::cancel()

@@ -22,6 +22,8 @@ private Q_SLOTS:
     void announcesAFileBeyondFourGibibytes();
     void sendsTheFileInChunks_data();
     void sendsTheFileInChunks();
+    void compressesAtTheLevelAskedFor_data();
+    void compressesAtTheLevelAskedFor();
     void reportsProgressThenTheEndThenTheReply();
     void reportsWhatThePrinterSaysItHolds();
     void resumesWhereThePrinterSays_data();
@@ -177,6 +179,38 @@ void SendingTest::sendsTheFileInChunks()
         QVERIFY(!compress || qUncompress(payload) == chunks.at(i));
     }
     QCOMPARE(loopLines(session), expectedLoopLines(size, sentBytes));
+}
+
+void SendingTest::compressesAtTheLevelAskedFor_data()
+{
+    QTest::addColumn<int>("level");
+    QTest::addColumn<int>("sentLevel");
+    QTest::newRow("left to zlib") << -1 << -1;
+    QTest::newRow("none") << 0 << 0;
+    QTest::newRow("fastest") << 1 << 1;
+    QTest::newRow("smallest") << 9 << 9;
+    QTest::newRow("no level") << 10 << -1;
+}
+
+void SendingTest::compressesAtTheLevelAskedFor()
+{
+    QFETCH(int, level);
+    QFETCH(int, sentLevel);
+    const QByteArray contents = zytest::compressibleBytes(mebi + 1);
+    Session session;
+    QVERIFY(session.open());
+    QCOMPARE(session.client.compressionLevel(), -1);
+    session.client.setCompressionLevel(level);
+    QCOMPARE(session.client.compressionLevel(), level);
+    session.printer.answerTransfers();
+
+    session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("stored.zydlp"));
+
+    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    QByteArrayList payloads;
+    for (const QByteArray &chunk : zytest::chunksOf(contents))
+        payloads.append(qCompress(chunk, sentLevel));
+    QVERIFY(session.printer.chunks() == payloads);
 }
 
 void SendingTest::reportsProgressThenTheEndThenTheReply()

@@ -23,6 +23,8 @@ private Q_SLOTS:
     void storesAModelUnderItsOwnNameByDefault();
     void sendsAnyBytesUnchanged_data();
     void sendsAnyBytesUnchanged();
+    void sendsAtEachCompressionLevel_data();
+    void sendsAtEachCompressionLevel();
     void sendsSeveralFilesOneAfterTheOther();
     void writesPlainLinesWhenNoTerminal();
     void writesOneJsonObjectALine();
@@ -81,6 +83,24 @@ void TestSend::sendsAnyBytesUnchanged()
     QCOMPARE(result.exitCode, 8);
     VERIFY_TEXT(isOneErrorLine(result.errors, "check failed: bytes.zydlp"), result.errors);
     QVERIFY(readFile(m_printer.pathOf("bytes.zydlp"_s)) == bytes);
+}
+
+void TestSend::sendsAtEachCompressionLevel_data()
+{
+    QTest::addColumn<QString>("level");
+    for (const char *level : {"0", "1", "9"})
+        QTest::newRow(level) << QString::fromLatin1(level);
+}
+
+void TestSend::sendsAtEachCompressionLevel()
+{
+    QFETCH(QString, level);
+    const QString name = "level%1.zydlp"_s.arg(level);
+    const SlicerResult result
+        = runSlicer({"send"_s, m_model, "--to"_s, m_url, "--as"_s, name, "--compression"_s, level});
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(readFile(m_printer.pathOf(name)), readFile(m_model));
 }
 
 void TestSend::sendsSeveralFilesOneAfterTheOther()

@@ -47,6 +47,8 @@ void PrinterSession::connectTo(const QUrl &url, const QString &token)
     m_url = url;
     m_token = token;
     m_client = std::make_unique<ZySslEchoClient>(url);
+    // The line stands idle while a chunk is compressed.
+    m_client->setCompressionLevel(1);
     const auto *client = m_client.get();
     connect(client, &ZySslEchoClient::connected, this, &PrinterSession::onConnected);
     connect(client, &ZySslEchoClient::disconnected, this, &PrinterSession::onDisconnected);

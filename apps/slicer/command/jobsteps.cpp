@@ -61,7 +61,7 @@ QVector<ModelFile> modelFiles(const Request &request)
     for (const QString &path : request.files) {
         const QString name
             = request.remoteName.isNull() ? QFileInfo(path).fileName() : request.remoteName;
-        files.append({path, name});
+        files.append({path, name, request.compressionLevel});
     }
     return files;
 }

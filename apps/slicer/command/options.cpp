@@ -155,6 +155,11 @@ void addSend(CLI::App &app, OptionValues &values)
     send->add_option("--stall", values.stall, "Without acknowledgement the transfer is renewed")
         ->check(seconds(0.1))
         ->capture_default_str();
+    send->add_option("--compression", values.compressionLevel,
+                     "From 0 (none) to 9 (smallest); 6 and more pay on slow links only")
+        ->check(CLI::Range(0, 9))
+        ->type_name("LEVEL")
+        ->capture_default_str();
     addRetryOptions(send, values);
     auto *print = send->add_flag("--print", values.isPrinting, "Print it when the check is good");
     addWatchOptions(send, values, "Follow the print until it has ended")->needs(print);
@@ -244,6 +249,7 @@ void OptionValues::fill(Request &request) const
     request.token = zyapp::fromArgument(token);
     std::for_each(files.begin(), files.end(), requireText);
     request.files = toTexts(files);
+    request.compressionLevel = compressionLevel;
     request.isPrinting = isPrinting;
     request.isWatching = isWatching;
     request.parameters = toParameters(parameters);

@@ -37,6 +37,7 @@ struct OptionValues {
     double backOff = 1;
     double interval = 1;
     int retries = 5;
+    int compressionLevel = 1;
     bool isPrinting = false;
     bool isWatching = false;
     bool isJson = false;

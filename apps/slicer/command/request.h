@@ -31,6 +31,7 @@ struct Request {
     QString token;
     QStringList files; ///< send: local paths
     QString remoteName; ///< send: --as; print: the file on the printer
+    int compressionLevel = 1; ///< send: --compression
     bool isPrinting = false; ///< send: --print
     bool isWatching = false;
     QJsonObject parameters; ///< set: key to value, both text

@@ -13,6 +13,7 @@
 struct ModelFile {
     QString path; ///< local
     QString name; ///< on the printer
+    int compressionLevel = 1; ///< 0 to 9
 };
 
 /// Ok, or why the file cannot be sent.

@@ -64,6 +64,7 @@ void TransferStep::onOpened()
     m_stage = Stage::Offering;
     m_timeLimit.start(link().limits().stall);
     reportProgress(Event::Kind::Offered, 0, 0);
+    client->setCompressionLevel(m_file.compressionLevel);
     client->sendFile(m_file.path, m_file.name);
 }
 
