@@ -16,16 +16,13 @@ ClientOptions clientOptions(const QCoreApplication &app)
                                  QStringLiteral("URL"));
     const QCommandLineOption file(QStringLiteral("file"), QStringLiteral("Send FILE."),
                                   QStringLiteral("FILE"));
-    const QCommandLineOption level(QStringLiteral("compression"),
-                                   QStringLiteral("0 to 9, -1 for zlib's own."),
-                                   QStringLiteral("LEVEL"), QStringLiteral("-1"));
     QCommandLineParser parser;
     parser.addHelpOption();
-    parser.addOptions({url, file, level});
+    parser.addOptions({url, file});
     parser.process(app);
     if (!parser.isSet(url) || !parser.isSet(file))
         parser.showHelp(2);
-    return {QUrl(parser.value(url)), parser.value(file), parser.value(level).toInt()};
+    return {QUrl(parser.value(url)), parser.value(file)};
 }
 
 } // namespace zybench

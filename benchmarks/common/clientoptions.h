@@ -16,10 +16,9 @@ namespace zybench
 struct ClientOptions {
     QUrl url;
     QString file;
-    int compressionLevel; ///< -1: zlib's own
 };
 
-/// Reads "--url URL --file FILE [--compression LEVEL]"; leaves the process when they are wrong.
+/// Reads "--url URL --file FILE"; leaves the process when they are wrong.
 ClientOptions clientOptions(const QCoreApplication &app);
 
 } // namespace zybench

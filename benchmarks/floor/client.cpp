@@ -28,8 +28,7 @@ class FloorClient
 {
 public:
     explicit FloorClient(const zybench::ClientOptions &options)
-        : m_file(options.file), m_compressionLevel(options.compressionLevel),
-          m_chunk(floorbench::chunkSize, Qt::Uninitialized)
+        : m_file(options.file), m_chunk(floorbench::chunkSize, Qt::Uninitialized)
     {
         QObject::connect(&m_socket, &QWebSocket::connected, &m_socket, [this] { start(); });
         QObject::connect(&m_socket, &QWebSocket::disconnected, &m_socket,
@@ -91,14 +90,13 @@ private:
             return;
         const QByteArray chunk
             = QByteArray::fromRawData(m_chunk.constData(), static_cast<int>(count));
-        m_socket.sendBinaryMessage(m_isCompressed ? qCompress(chunk, m_compressionLevel) : chunk);
+        m_socket.sendBinaryMessage(m_isCompressed ? qCompress(chunk) : chunk);
     }
 
     void send(const QJsonObject &message) { m_socket.sendTextMessage(floorbench::text(message)); }
 
     QWebSocket m_socket;
     QFile m_file;
-    int m_compressionLevel;
     QByteArray m_chunk;
     bool m_isCompressed = false;
     zybench::TransferClock m_clock;

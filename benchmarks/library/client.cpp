@@ -16,7 +16,6 @@ int main(int argc, char *argv[])
     const zybench::ClientOptions options = zybench::clientOptions(app);
     zybench::TransferClock clock;
     ZySslEchoClient client(options.url);
-    client.setCompressionLevel(options.compressionLevel);
     QObject::connect(&client, &ZySslEchoClient::connected, &client, [&] {
         clock.start();
         client.sendFile(options.file, QFileInfo(options.file).fileName());

@@ -68,15 +68,6 @@ class Library(Peer):
                 "--url", f"ws://{address}:{self.port}", "--file", file]
 
 
-class LibraryAtLevel1(Library):
-    """As zyslicer and zypanel send."""
-
-    name = "libzyWebsocket, level 1"
-
-    def client_command(self, address, file):
-        return super().client_command(address, file) + ["--compression", "1"]
-
-
 class CurlToNginx(Peer):
     name = "curl, nginx"
     needs = (("curl", "curl"), ("nginx", "nginx-light"))
@@ -146,7 +137,7 @@ class Tus(Peer):
                 f"http://{address}:{self.port}/files", file]
 
 
-KINDS = (Library, LibraryAtLevel1, CurlToNginx, Rsync, Tus)
+KINDS = (Library, CurlToNginx, Rsync, Tus)
 
 # One process in the foreground, everything in the peer's own directory.
 NGINX = """
