@@ -71,6 +71,16 @@ QAbstractSocket::SocketState ZySslEchoClient::socketConnectStatus() const
     return m_webSocket.state();
 }
 
+QAbstractSocket::SocketError ZySslEchoClient::socketError() const
+{
+    return m_webSocket.error();
+}
+
+QString ZySslEchoClient::socketErrorText() const
+{
+    return m_webSocket.errorString();
+}
+
 void ZySslEchoClient::onConnected()
 {
     const zyws::HeldSocket::Emission emission(*m_heldSocket);

@@ -61,6 +61,11 @@ public:
     void close();
     /// The socket's state.
     QAbstractSocket::SocketState socketConnectStatus() const;
+    /// Why the last attempt to connect failed or the connection broke; UnknownSocketError while
+    /// nothing has.
+    QAbstractSocket::SocketError socketError() const;
+    /// The same in the system's words.
+    QString socketErrorText() const;
 
     /// Sends VERSION_CHECK; a printer of version "1" is answered by checkVersion().
     void versionCheckCmd();
@@ -114,6 +119,10 @@ public:
     QString getFileKey(QFile &file);
     /// Sends the file that @p reply accepts; returns when the transfer has ended.
     void beginTransFile(QJsonObject reply);
+    /// The byte from which the printer wanted the last transfer that began, as its START_FILE reply
+    /// says; -1 before the first. Known from the first acknowledgement on, while the reply itself
+    /// reaches jsonMessageReceived() only after the transfer.
+    qint64 transferOffset() const;
     /// Cancels the transfer on the printer, answered by cancelFinished(). While unconnected it
     /// sends nothing and re-opens the last URL.
     void cancel();
@@ -194,6 +203,7 @@ private:
     bool m_isPingPending = false;
     int m_pingCount = 0;
     int m_compressionLevel = -1;
+    qint64 m_transferOffset = -1;
 
     std::unique_ptr<zyws::DeliveryLine> m_deliveries;
     QMetaObject::Connection m_textConnection;

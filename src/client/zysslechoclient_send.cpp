@@ -96,6 +96,7 @@ void ZySslEchoClient::sendFrom(QFile &file, qint64 offset, bool compress)
     QDataStream stream(&file);
     stream.setVersion(zyws::fileStreamVersion);
     m_isSending = true;
+    m_transferOffset = offset;
     qint64 sentBytes = offset;
     for (;;) {
         if (!awaitDataReply())
@@ -147,6 +148,11 @@ void ZySslEchoClient::setCompressionLevel(int level)
 int ZySslEchoClient::compressionLevel() const
 {
     return m_compressionLevel;
+}
+
+qint64 ZySslEchoClient::transferOffset() const
+{
+    return m_transferOffset;
 }
 
 void ZySslEchoClient::cancel()
