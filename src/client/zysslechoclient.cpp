@@ -81,6 +81,11 @@ QString ZySslEchoClient::socketErrorText() const
     return m_webSocket.errorString();
 }
 
+int ZySslEchoClient::closeCode() const
+{
+    return m_webSocket.closeCode();
+}
+
 void ZySslEchoClient::onConnected()
 {
     const zyws::HeldSocket::Emission emission(*m_heldSocket);

@@ -66,6 +66,9 @@ public:
     QAbstractSocket::SocketError socketError() const;
     /// The same in the system's words.
     QString socketErrorText() const;
+    /// The WebSocket close code with which the last connection ended, the peer's own where it sent
+    /// one: 1011, for instance, from a peer that failed.
+    int closeCode() const;
 
     /// Sends VERSION_CHECK; a printer of version "1" is answered by checkVersion().
     void versionCheckCmd();

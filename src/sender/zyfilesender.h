@@ -15,6 +15,8 @@
 #include "zysendresult.h"
 #include "zywebsocket_export.h"
 
+class ZySslEchoClient;
+
 /**
  * Sends one file to one printer and does not give up silently.
  *
@@ -62,6 +64,9 @@ public:
     static ZySendResult checkFile(const QString &filePath, const QString &name = QString());
     /// The rules that printers apply to a file name: None, or one of the faults Name…
     static ZySendResult::FileFault checkName(const QString &name);
+    /// Why the first connection of @p client has failed; None while it is under way or open. A
+    /// client emits nothing then, so its application asks from a timer.
+    static ZySendResult::ConnectionFault connectionFault(const ZySslEchoClient &client);
 
 Q_SIGNALS:
     /// START_FILE has been sent; again after each retry.

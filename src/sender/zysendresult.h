@@ -99,8 +99,18 @@ public:
     /// The name under which the printer stored the file. A resumed reception keeps the name it was
     /// first offered under. Empty unless the ending is Sent or CheckFailed.
     QString storedName() const;
-    /// What the printer has acknowledged, in bytes of the file.
+    /// Bytes of the file that the printer has acknowledged, at most total().
     qint64 bytes() const;
+    /// The file's size in bytes; 0 when it could not be read.
+    qint64 total() const;
+    /// The printer has confirmed the cancel and deleted its part.
+    bool isPartDeleted() const;
+
+    /// For people, in English, in a few words: "connection refused", "file is empty", "connection
+    /// lost".
+    static QString text(ConnectionFault fault);
+    static QString text(FileFault fault);
+    static QString text(Interruption why);
 
     /// The whole result as one English sentence for people, without a full stop.
     QString sentence() const;

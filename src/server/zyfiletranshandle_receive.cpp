@@ -4,6 +4,7 @@
 
 #include "datachunk.h"
 #include "envelope.h"
+#include "filename.h"
 #include "handlewatch.h"
 #include "messagekeys.h"
 #include "resumerecord.h"
@@ -45,7 +46,7 @@ void ZyFileTransHandle::startFile(QJsonObject request)
         return;
     QDir::setCurrent(m_fileDir);
     // Deliberate spelling: a resume looks for this name on disk.
-    m_tmpFileName = QStringLiteral("wifi_tranfer.tmp");
+    m_tmpFileName = zyws::temporaryFileName;
     m_file.setFileName(m_tmpFileName);
     m_isCompleted = false;
     if (m_file.exists() && resumeReception(key, reply))

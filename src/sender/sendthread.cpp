@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The thread of one file sender, which may outlive its sender but not the application.
+
+#include "sendthread.h"
+
+#include <QCoreApplication>
+#include <QMutex>
+#include <QSet>
+
+namespace zyws
+{
+
+namespace
+{
+
+/// The threads that were abandoned and are not deleted yet.
+struct AbandonedThreads {
+    QMutex mutex;
+    QSet<SendThread *> threads;
+};
+
+AbandonedThreads &abandonedThreads()
+{
+    static AbandonedThreads instance;
+    return instance;
+}
+
+/// Runs in the destructor of the application object, without which no thread of Qt's may run.
+void waitForAbandonedThreads()
+{
+    const QMutexLocker locker(&abandonedThreads().mutex);
+    for (SendThread *thread : qAsConst(abandonedThreads().threads))
+        thread->wait();
+}
+
+} // namespace
+
+SendThread::SendThread(const SendJob &job) : m_worker(job)
+{
+    m_worker.moveToThread(this);
+    connect(this, &QThread::started, &m_worker, &SendWorker::start);
+    connect(
+        &m_worker, &SendWorker::finished, &m_worker, [this] { quit(); }, Qt::QueuedConnection);
+}
+
+SendThread::~SendThread()
+{
+    wait();
+    const QMutexLocker locker(&abandonedThreads().mutex);
+    abandonedThreads().threads.remove(this);
+}
+
+void SendThread::abandon()
+{
+    QMetaObject::invokeMethod(
+        &m_worker,
+        [this] {
+            m_worker.leave();
+            quit();
+        },
+        Qt::QueuedConnection);
+    if (!QCoreApplication::instance()) {
+        delete this;
+        return;
+    }
+    {
+        const QMutexLocker locker(&abandonedThreads().mutex);
+        if (abandonedThreads().threads.isEmpty())
+            qAddPostRoutine(waitForAbandonedThreads);
+        abandonedThreads().threads.insert(this);
+    }
+    connect(this, &QThread::finished, this, &QObject::deleteLater);
+    if (isFinished()) // before it was connected
+        deleteLater();
+}
+
+} // namespace zyws
