@@ -11,8 +11,9 @@
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
-    const QDir directory(app.arguments().value(1, QDir::tempPath()));
-    ZySslEchoServer server(0, {}, {}, directory.absolutePath(), nullptr);
+    // Absolute, since each transfer changes the current directory.
+    const QDir directory(QDir(app.arguments().value(1, QDir::tempPath())).absolutePath());
+    ZySslEchoServer server(0, {}, {}, directory.path(), nullptr);
 
     // Answers are written into the reference arguments before the slot returns.
     QObject::connect(&server, &ZySslEchoServer::getPrintState, &server,

@@ -179,7 +179,11 @@ QString ZySendResult::sentence() const
         break;
     case Ending::NoConnection:
         pattern = QStringLiteral("%1 was not sent: no connection to %2");
-        reason = withDetail(text(d->connectionFault), d->detail);
+        // Of the other faults the system knows no more than the fault's own words.
+        reason = d->connectionFault == ConnectionFault::Network
+                || d->connectionFault == ConnectionFault::Tls
+            ? withDetail(text(d->connectionFault), d->detail)
+            : text(d->connectionFault);
         break;
     case Ending::GaveUp:
         pattern = QStringLiteral("%1 was not sent to %2, which keeps what it holds");
@@ -194,6 +198,8 @@ QString ZySendResult::sentence() const
                                       : QStringLiteral("%1 was left while %2 checks it");
         break;
     }
-    const QString sentence = pattern.arg(d->name, d->printer);
+    const QString sentence
+        = pattern.arg(d->name.isEmpty() ? QStringLiteral("the file") : d->name,
+                      d->printer.isEmpty() ? QStringLiteral("the printer") : d->printer);
     return reason.isEmpty() ? sentence : sentence + QStringLiteral(": ") + reason;
 }

@@ -21,7 +21,8 @@ cmake -S "$source" -B "$work/build" -G Ninja \
 cmake --build "$work/build"
 cmake --install "$work/build"
 
-for header in zysslechoserver.h zysslechoclient.h zyfiletranshandle.h zywebhandle.h printstatuspara.h; do
+for header in zysslechoserver.h zysslechoclient.h zyfiletranshandle.h zywebhandle.h printstatuspara.h \
+    zyfilesender.h zysendoptions.h zysendresult.h; do
     test -f "$prefix/include/zyWebsocket/$header"
 done
 

@@ -3,6 +3,7 @@
 // A program outside the tree that uses the installed library: asks a server for its version.
 
 #include <printstatuspara.h>
+#include <zyfilesender.h>
 #include <zyfiletranshandle.h>
 #include <zysslechoclient.h>
 #include <zysslechoserver.h>
@@ -14,6 +15,8 @@
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
+    if (ZyFileSender::checkFile(QString()).fileFault() != ZySendResult::FileFault::Missing)
+        return 3;
     ZySslEchoServer server(0, QString(), QString(), QString(), nullptr);
     if (!server.isListening())
         return 1;
