@@ -3,7 +3,7 @@
 // Compressed chunks: unpackChunk() against qUncompress(), bytes and warnings. libdeflate may read
 // what zlib refuses, then in the announced size; it may not read anything differently.
 
-#include "datachunk.h"
+#include "filetransfer.h"
 #include "fuzztarget.h"
 
 #include <QtEndian>

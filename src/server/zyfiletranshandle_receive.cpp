@@ -2,12 +2,10 @@
 // SPDX-License-Identifier: MIT
 // File reception: START_FILE, data messages, CANCEL_FILE.
 
-#include "datachunk.h"
 #include "envelope.h"
-#include "handlewatch.h"
-#include "messagekeys.h"
-#include "resumerecord.h"
-#include "statuswords.h"
+#include "filetransfer.h"
+#include "handleguard.h"
+#include "vocabulary.h"
 #include "zyfiletranshandle.h"
 #include "zysslechoserver.h"
 
@@ -21,10 +19,10 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     const QString size = request.value(keys::size).toString();
     const QString key = request.value(keys::key).toString();
 
-    const Watch watch(this);
+    const HandleGuard guard(this);
     const int answer = m_server->getFileTransStatus(request.value(keys::token).toString(),
                                                     request.contains(keys::token));
-    if (!watch.isServing())
+    if (!guard.isServing())
         return;
     QJsonObject reply{
         {keys::cmd, commandWord(START_FILE)},
@@ -41,7 +39,7 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     }
 
     Q_EMIT fileTranStart();
-    if (!watch.isServing())
+    if (!guard.isServing())
         return;
     QDir::setCurrent(m_fileDir);
     // Deliberate spelling: a resume looks for this name on disk.
@@ -153,10 +151,10 @@ void ZyFileTransHandle::completeReception()
     m_file.rename(m_fileName);
     m_isCompleted = true;
 
-    const Watch watch(this);
+    const HandleGuard guard(this);
     int checkState = 0;
     Q_EMIT finish(m_file.fileName(), checkState);
-    if (!watch.isServing())
+    if (!guard.isServing())
         return;
     sendMessage({
         {keys::cmd, commandWord(CHECK_DATA)},

@@ -3,7 +3,7 @@
 // The inflater gives what qUncompress() gives, whichever library it was built with, but for a few
 // malformed streams.
 
-#include "datachunk.h"
+#include "filetransfer.h"
 #include "inflate.h"
 
 #include <QDir>
