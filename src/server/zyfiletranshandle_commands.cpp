@@ -20,7 +20,7 @@ void ZyFileTransHandle::processJson(QJsonObject json)
         TRANSCMD command;
         void (ZyFileTransHandle::*handler)(QJsonObject);
     };
-    // The whole vocabulary of requests. Anything else gets no reply at all.
+    // Every request that is answered. Anything else gets no reply at all.
     static constexpr Dispatch table[] = {
         {GET_PRINT_STATUS, &ZyFileTransHandle::getPrintStatus},
         {START_FILE, &ZyFileTransHandle::startFile},
@@ -99,7 +99,7 @@ void ZyFileTransHandle::startPrint(QJsonObject request)
         return;
     const auto result = checkState == 2 ? BUSY : checkState == 1 ? STARTED : CHECK_FALSE;
     sendMessage(printStartReply(result, m_fileName));
-    // Deliberate: even after a failed check. Hosts and peers have lived with it.
+    // Deliberate: even after a failed check; deployed hosts and slicers expect it.
     m_printState = STARTED;
 }
 
@@ -164,7 +164,7 @@ void ZyFileTransHandle::setPrintPara(QJsonObject request)
     if (!guard.isServing())
         return;
     // Deliberate: the record's state is still 0, so the word is always empty. The reply only
-    // acknowledges receipt, and deployed slicers take it so.
+    // acknowledges receipt, and deployed slicers read it so.
     sendMessage(commandReply(PRINT_PARA_SET, getCmdExeStatusKey(record.printStatus)));
 }
 

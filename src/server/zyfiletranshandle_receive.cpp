@@ -29,7 +29,7 @@ void ZyFileTransHandle::startFile(QJsonObject request)
         {keys::errorcode, NO_ERROR},
         {keys::compress, m_isCompress},
     };
-    // Deliberate: even a refused request sets the size of the reception under way on this handle.
+    // Deliberate: even a refused request sets the size that this handle's reception ends at.
     m_transFileSize = size.toLongLong(nullptr, 10);
     if (answer != zyws::Allowed) {
         reply.insert(keys::errorcode, answer == zyws::TokenRejected ? TOKEN_ERROR : SERVER_BUSY);
@@ -60,8 +60,8 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     m_key = key;
     m_isReceiving = true;
     m_fileName = request.value(keys::filename).toString();
-    // Deliberate: added to the reply as it stands. Built on a record that did not match, it has no
-    // "errorcode", and none at all but these four after an unreadable one.
+    // Deliberate: added to the reply as it is. One that began as a record which did not match has
+    // no "errorcode"; one that began as an unreadable record has no "cmd" either.
     reply.insert(keys::filename, m_fileName);
     reply.insert(keys::size, size);
     reply.insert(keys::offset, zyws::decimal(0));
@@ -69,7 +69,8 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     sendMessage(reply);
 }
 
-/// Answers with the resume record when its key is @p key. @p reply is the record's in any case.
+/// Answers with the resume record when its key is @p key. Replaces @p reply by the record even when
+/// it does not match.
 bool ZyFileTransHandle::resumeReception(const QString &key, QJsonObject &reply)
 {
     reply = getKeyInfo();
@@ -119,7 +120,7 @@ bool ZyFileTransHandle::writeChunk(const QByteArray &message)
     stream.setVersion(zyws::fileStreamVersion);
     const QByteArray bytes = zyws::unpackChunk(message, m_isCompress);
     const int written = stream.writeRawData(bytes.constData(), static_cast<int>(bytes.size()));
-    if (m_lostFrom) // so this chunk lies in the wrong place
+    if (m_lostFrom) // so this chunk is written to the wrong place
         noteLoss(m_transOffset);
     else if (written < bytes.size())
         noteLoss(zyws::advanced(m_transOffset, qMax(written, 0)));
@@ -135,9 +136,9 @@ void ZyFileTransHandle::noteLoss(qint64 position)
 
 bool ZyFileTransHandle::openForData()
 {
-    // Unbuffered, so that what is acknowledged has been taken by the file system.
+    // Unbuffered: only what the file system has accepted is acknowledged.
     QIODevice::OpenMode mode = QIODevice::ReadWrite | QIODevice::Unbuffered;
-    // A new file in place of one that has gone would have a hole where data was.
+    // If the file was deleted, a new one would have a hole in place of the data received so far.
     if (m_transOffset > 0)
         mode |= QIODevice::ExistingOnly;
     return m_file.open(mode);

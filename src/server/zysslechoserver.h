@@ -47,8 +47,8 @@ class DeliveryLine;
  * - Copy a finished model elsewhere if it is to be kept: the next accepted transfer deletes
  *   the files in the receive directory that end in ".zydlp", ".zyline" or ".bak".
  *
- * Everything runs in the thread that created the server, on its event loop, and the library starts no
- * threads. A host's slot may spin the event loop and may delete the server.
+ * Everything runs in the thread that created the server, on its event loop, and the library starts
+ * no threads. A host's slot may spin the event loop and may delete the server.
  *
  * In spite of its name the server speaks plain `ws://`: the certificate and the key are read and
  * not used, as deployed slicers expect.
