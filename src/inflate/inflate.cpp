@@ -54,7 +54,7 @@ QByteArray inflatedQuickly(const QByteArray &payload)
 QByteArray inflated(const QByteArray &payload)
 {
 #ifdef ZYWS_WITH_LIBDEFLATE
-    const QByteArray bytes = inflatedQuickly(payload);
+    QByteArray bytes = inflatedQuickly(payload);
     if (!bytes.isEmpty())
         return bytes;
 #endif
