@@ -8,6 +8,7 @@
 #include "deliveryline.h"
 #include "heldsocket.h"
 #include "linkoptions.h"
+#include "wakeafterwards.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -47,7 +48,6 @@ ZySslEchoClient::ZySslEchoClient(const QUrl &url, QObject *parent)
 
 ZySslEchoClient::~ZySslEchoClient()
 {
-    wakeSendLoop();
     m_webSocket.disconnect(this);
     m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
 }
@@ -62,7 +62,6 @@ void ZySslEchoClient::close()
 {
     m_isSending = false;
     m_isActiveClose = true;
-    wakeSendLoop();
     m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
 }
 
@@ -83,6 +82,7 @@ QString ZySslEchoClient::socketErrorText() const
 
 void ZySslEchoClient::onConnected()
 {
+    const zyws::WakeAfterwards wakeAfterwards;
     const zyws::HeldSocket::Emission emission(*m_heldSocket);
     zyws::setLinkOptions(m_webSocket);
     // Exactly one connection of each, however often the socket connects.
@@ -106,6 +106,7 @@ void ZySslEchoClient::onConnected()
 
 void ZySslEchoClient::onDisConnected()
 {
+    const zyws::WakeAfterwards wakeAfterwards;
     const QPointer<ZySslEchoClient> self(this);
     if (m_isActiveClose)
         Q_EMIT pauseSuccess(); // deliberate name: hosts wait for it after close()

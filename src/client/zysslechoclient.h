@@ -187,7 +187,6 @@ private:
 
     void sendFrom(QFile &file, qint64 offset, bool compress);
     bool awaitDataReply();
-    void wakeSendLoop();
 
     std::unique_ptr<zyws::HeldSocket> m_heldSocket;
     QWebSocket &m_webSocket;

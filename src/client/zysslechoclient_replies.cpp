@@ -6,6 +6,7 @@
 #include "envelope.h"
 #include "messagekeys.h"
 #include "vocabulary.h"
+#include "wakeafterwards.h"
 #include "zysslechoclient.h"
 
 #include <QPointer>
@@ -34,6 +35,7 @@ void ZySslEchoClient::onTextMessageReceived(QString message)
         {Command::PrintWorkingLife, &ZySslEchoClient::onWorkingLifeReply},
     };
 
+    const zyws::WakeAfterwards wakeAfterwards;
     // The host may delete the client in any of its slots.
     const QPointer<ZySslEchoClient> self(this);
     const QJsonObject reply = messageToJson(message);
@@ -70,7 +72,6 @@ void ZySslEchoClient::onStartFileReply(const QJsonObject &reply)
 void ZySslEchoClient::onStartDataReply(const QJsonObject &reply)
 {
     m_hasDataReply = true;
-    wakeSendLoop();
     Q_EMIT fileTransProgress(m_keyFileMap.value(reply.value(keys::key).toString()),
                              zyws::decimalValue(reply.value(keys::size)),
                              zyws::decimalValue(reply.value(keys::received)));
