@@ -36,7 +36,7 @@ ZySslEchoClient::ZySslEchoClient(const QUrl &url, QObject *parent)
       m_webSocket(m_heldSocket->socket()), m_deliveries(std::make_unique<zyws::DeliveryLine>(this))
 {
     connect(&m_webSocket, &QWebSocket::connected, this, &ZySslEchoClient::onConnected);
-    m_webSocket.open(url);
+    m_heldSocket->open(url);
     m_url = url;
     // Deliberate: never started and never deleted. Deployed hosts count on a connection that no
     // keep-alive ends.
@@ -55,14 +55,14 @@ ZySslEchoClient::~ZySslEchoClient()
 void ZySslEchoClient::openWithUrl(const QUrl &url)
 {
     m_url = url;
-    m_webSocket.open(url);
+    m_heldSocket->open(url);
 }
 
 void ZySslEchoClient::close()
 {
     m_isSending = false;
     m_isActiveClose = true;
-    m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
+    m_heldSocket->close();
 }
 
 QAbstractSocket::SocketState ZySslEchoClient::socketConnectStatus() const
@@ -94,14 +94,14 @@ void ZySslEchoClient::onConnected()
         });
     m_disconnectConnection = connect(&m_webSocket, &QWebSocket::disconnected, this, [this] {
         const zyws::HeldSocket::Emission ending(*m_heldSocket);
-        // Behind the messages that came before it; at once when none waits, since hosts expect
-        // pauseSuccess() inside close().
-        if (m_deliveries->isEmpty() && !m_isAnsweringClose)
-            onDisConnected();
+        // After the messages that came before it. With none waiting at once, since hosts expect
+        // pauseSuccess() inside close(), and disconnected() as soon as the state has changed.
+        if (m_deliveries->isEmpty())
+            m_heldSocket->whenIdle([this] { onDisConnected(); });
         else
             m_deliveries->append([this] { onDisConnected(); });
     });
-    Q_EMIT connected();
+    m_heldSocket->outsideReader([this] { Q_EMIT connected(); });
 }
 
 void ZySslEchoClient::onDisConnected()
@@ -120,11 +120,8 @@ void ZySslEchoClient::onStateChanged(QAbstractSocket::SocketState state)
 {
     const zyws::HeldSocket::Emission emission(*m_heldSocket);
     qCDebug(lcZyClient) << "onStateChanged(QAbstractSocket::SocketState state) =" << state;
-    if (state == QAbstractSocket::ClosingState && !m_isActiveClose) {
-        m_isAnsweringClose = true;
-        m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
-        m_isAnsweringClose = false;
-    }
+    if (state == QAbstractSocket::ClosingState && !m_isActiveClose)
+        m_heldSocket->close();
 }
 
 void ZySslEchoClient::trying()

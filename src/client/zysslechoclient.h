@@ -193,7 +193,6 @@ private:
     QMap<QString, QString> m_keyFileMap;
     bool m_isSending = false;
     bool m_isActiveClose = false;
-    bool m_isAnsweringClose = false;
     bool m_isCanceling = false;
     QUrl m_url;
     bool m_hasDataReply = false;

@@ -177,7 +177,7 @@ void ZySslEchoClient::cancel()
 {
     m_isCanceling = true;
     if (m_webSocket.state() == QAbstractSocket::UnconnectedState) {
-        m_webSocket.open(m_url);
+        m_heldSocket->open(m_url);
         return;
     }
     const QPointer<ZySslEchoClient> self(this);
