@@ -21,6 +21,11 @@ namespace
 constexpr int keepAliveInterval = 3000; // ms
 constexpr int unansweredTicks = 3;
 
+void logState(QAbstractSocket::SocketState state)
+{
+    qCDebug(lcZyClient) << "onStateChanged(QAbstractSocket::SocketState state) =" << state;
+}
+
 // A function of its own, so that a leak checker can be told about exactly this one.
 Q_NEVER_INLINE QTimer *newKeepAliveTimer()
 {
@@ -48,8 +53,15 @@ ZySslEchoClient::ZySslEchoClient(const QUrl &url, QObject *parent)
 
 ZySslEchoClient::~ZySslEchoClient()
 {
+    disconnect(m_disconnectConnection);
+    m_heldSocket->close();
+    // Deleting the socket would drop what it still has to send, without a change of state.
+    if (m_webSocket.state() == QAbstractSocket::ClosingState)
+        m_webSocket.abort();
     m_webSocket.disconnect(this);
-    m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
+    // The messages that wait are dropped with the queue, but what is logged is logged.
+    while (!m_waitingStates.isEmpty())
+        logState(m_waitingStates.dequeue());
 }
 
 void ZySslEchoClient::openWithUrl(const QUrl &url)
@@ -119,7 +131,12 @@ void ZySslEchoClient::onDisConnected()
 void ZySslEchoClient::onStateChanged(QAbstractSocket::SocketState state)
 {
     const zyws::HeldSocket::Emission emission(*m_heldSocket);
-    qCDebug(lcZyClient) << "onStateChanged(QAbstractSocket::SocketState state) =" << state;
+    if (m_deliveries->isEmpty()) {
+        logState(state);
+    } else {
+        m_waitingStates.enqueue(state);
+        m_deliveries->append([this] { logState(m_waitingStates.dequeue()); });
+    }
     if (state == QAbstractSocket::ClosingState && !m_isActiveClose)
         m_heldSocket->close();
 }

@@ -11,6 +11,7 @@
 #include <QMap>
 #include <QMetaObject>
 #include <QObject>
+#include <QQueue>
 #include <QSslError>
 #include <QString>
 #include <QUrl>
@@ -204,6 +205,7 @@ private:
     qint64 m_transferOffset = -1;
 
     std::unique_ptr<zyws::DeliveryLine> m_deliveries;
+    QQueue<QAbstractSocket::SocketState> m_waitingStates; ///< to be logged in turn
     QMetaObject::Connection m_textConnection;
     QMetaObject::Connection m_disconnectConnection;
 };
