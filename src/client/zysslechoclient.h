@@ -62,10 +62,20 @@ public:
     void close();
     /// The socket's state.
     QAbstractSocket::SocketState socketConnectStatus() const;
-    /// Why the last attempt to connect failed or the connection broke; UnknownSocketError while
-    /// nothing has.
+    /**
+     * Why the last attempt to connect failed or the connection ended; UnknownSocketError while
+     * neither has, and after close().
+     *
+     * As Qt 5.15 has it: ConnectionRefusedError; HostNotFoundError; RemoteHostClosedError for a
+     * server that hangs up, whatever it answered, and for a connection that the printer ended;
+     * SslHandshakeFailedError for a "wss" URL at a server without TLS. A server that answers
+     * anything but a WebSocket's handshake and stays connected leaves the state at ConnectingState
+     * and the code at UnknownSocketError: only socketErrorText() says so. A silent one leaves no
+     * trace. An invalid URL leaves its text alone, too.
+     */
     QAbstractSocket::SocketError socketError() const;
-    /// The same in the system's words.
+    /// The same in Qt's words, in the application's language; "Unknown error" without one. The
+    /// text about a handshake or a URL stays for the life of the client.
     QString socketErrorText() const;
 
     /// Sends VERSION_CHECK; a printer of version "1" is answered by checkVersion().
