@@ -20,7 +20,7 @@ namespace zyws
  * Owns a QWebSocket whose signals may end in a slot that deletes the owner, opens the socket again
  * or spins the event loop.
  *
- * Deleted inside one of its own emissions, the socket would be gone when Qt returns into it; so
+ * Deleted inside one of its emissions, the socket would be gone when Qt returns into it; so
  * would the TCP socket below it, which QWebSocket::open() replaces. So each slot connected to the
  * socket opens an Emission: both live until the outermost has ended.
  *

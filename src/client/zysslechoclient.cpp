@@ -26,7 +26,7 @@ void logState(QAbstractSocket::SocketState state)
     qCDebug(lcZyClient) << "onStateChanged(QAbstractSocket::SocketState state) =" << state;
 }
 
-// A function of its own, so that a leak checker can be told about exactly this one.
+// A separate function, so that a leak checker can suppress exactly this allocation.
 Q_NEVER_INLINE QTimer *newKeepAliveTimer()
 {
     auto *timer = new QTimer;

@@ -119,7 +119,7 @@ public:
      * How hard the chunks are compressed from the next one on: 0 (not at all) to 9 (smallest); any
      * other number, the initial -1 included, leaves it to zlib. Every printer reads every level.
      *
-     * On a fast network 1 is the better choice: the line stands idle while a chunk is compressed,
+     * On a fast network 1 is the better choice: nothing is sent while a chunk is compressed,
      * which for a sliced model takes five times as long at zlib's own level for a few per cent.
      */
     void setCompressionLevel(int level);

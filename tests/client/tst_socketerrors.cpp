@@ -19,7 +19,7 @@ QString s(const char *text)
     return QString::fromLatin1(text);
 }
 
-/// A server that knows no WebSocket: reads a request, answers as it is told to, and may hang up.
+/// A server that knows no WebSocket: reads a request, writes one answer, and may hang up.
 class OtherServer
 {
 public:
@@ -56,13 +56,13 @@ class SocketErrorsTest : public QObject
 
 private Q_SLOTS:
     void knowsNoErrorWhileAllIsWell();
-    void tellsARefusedConnection();
-    void tellsAnUnknownHost();
-    void tellsAnInvalidUrl();
-    void tellsAServerOfAnotherKindThatHangsUp_data();
-    void tellsAServerOfAnotherKindThatHangsUp();
+    void reportsARefusedConnection();
+    void reportsAnUnknownHost();
+    void reportsAnInvalidUrl();
+    void reportsAServerOfAnotherKindThatHangsUp_data();
+    void reportsAServerOfAnotherKindThatHangsUp();
     void aServerOfAnotherKindThatWaitsLeavesTheAttemptOpen();
-    void tellsHowAConnectionEnded();
+    void reportsHowAConnectionEnded();
     void forgetsTheCodeButNotTheHandshakesWords();
 };
 
@@ -76,7 +76,7 @@ void SocketErrorsTest::knowsNoErrorWhileAllIsWell()
     QCOMPARE(session.client.socketError(), QAbstractSocket::UnknownSocketError);
 }
 
-void SocketErrorsTest::tellsARefusedConnection()
+void SocketErrorsTest::reportsARefusedConnection()
 {
     QTcpServer listener;
     QVERIFY(listener.listen(QHostAddress::LocalHost));
@@ -89,7 +89,7 @@ void SocketErrorsTest::tellsARefusedConnection()
     QCOMPARE(client.socketErrorText(), s("Connection refused"));
 }
 
-void SocketErrorsTest::tellsAnUnknownHost()
+void SocketErrorsTest::reportsAnUnknownHost()
 {
     // No name server is asked about a number that is no address.
     const ZySslEchoClient client(QUrl(s("ws://256.256.256.256:1")));
@@ -99,14 +99,14 @@ void SocketErrorsTest::tellsAnUnknownHost()
     QCOMPARE(client.socketErrorText(), s("Host not found"));
 }
 
-void SocketErrorsTest::tellsAnInvalidUrl()
+void SocketErrorsTest::reportsAnInvalidUrl()
 {
     const ZySslEchoClient client{QUrl()};
     QCOMPARE(client.socketError(), QAbstractSocket::UnknownSocketError);
     QCOMPARE(client.socketErrorText(), s("Invalid URL."));
 }
 
-void SocketErrorsTest::tellsAServerOfAnotherKindThatHangsUp_data()
+void SocketErrorsTest::reportsAServerOfAnotherKindThatHangsUp_data()
 {
     QTest::addColumn<QString>("scheme");
     QTest::addColumn<QByteArray>("answer");
@@ -122,7 +122,7 @@ void SocketErrorsTest::tellsAServerOfAnotherKindThatHangsUp_data()
                                  << s("Error during SSL handshake");
 }
 
-void SocketErrorsTest::tellsAServerOfAnotherKindThatHangsUp()
+void SocketErrorsTest::reportsAServerOfAnotherKindThatHangsUp()
 {
     QFETCH(QString, scheme);
     QFETCH(QByteArray, answer);
@@ -147,7 +147,7 @@ void SocketErrorsTest::aServerOfAnotherKindThatWaitsLeavesTheAttemptOpen()
     QCOMPARE(client.socketConnectStatus(), QAbstractSocket::ConnectingState);
 }
 
-void SocketErrorsTest::tellsHowAConnectionEnded()
+void SocketErrorsTest::reportsHowAConnectionEnded()
 {
     Session session;
     QVERIFY(session.open());
