@@ -206,6 +206,7 @@ void SendWorker::onReply(const QJsonObject &reply)
         feed(event);
     } else if (word == commands::checkData) {
         event.kind = SendEvent::Verdict;
+        event.offset = transferOffset();
         event.code = reply.value(keys::checkstate).toInt();
         feed(event);
     } else if (word == commands::startFile

@@ -4,6 +4,7 @@
 
 #include "rawprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <memory>
 
@@ -148,6 +149,6 @@ void StateLinesTest::areWrittenWhenAClientIsDestroyedWhileItConnects()
     QCOMPARE(log.texts(s("zywebsocket.client")), QStringList{stateLine("UnconnectedState")});
 }
 
-QTEST_GUILESS_MAIN(StateLinesTest)
+ZY_TEST(StateLinesTest)
 
 #include "tst_statelines.moc"
