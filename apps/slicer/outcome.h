@@ -9,6 +9,9 @@
 #include <QString>
 #include <QVector>
 
+namespace zyslicer
+{
+
 enum class ExitCode {
     Ok = 0,
     Usage = 2,
@@ -43,6 +46,11 @@ struct Outcome {
     QString text() const;
 };
 
-Q_DECLARE_METATYPE(Outcome)
+/// The program's exit code for what became of all printers.
+ExitCode combinedExitCode(const QVector<Outcome> &outcomes);
+
+} // namespace zyslicer
+
+Q_DECLARE_METATYPE(zyslicer::Outcome)
 
 #endif // OUTCOME_H

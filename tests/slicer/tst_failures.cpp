@@ -75,10 +75,11 @@ void TestFailures::initTestCase()
 void TestFailures::tellsThatNobodyListens()
 {
     const QString url = deadUrl();
-    EXPECT_FAILURE(runSlicer(send(url)), 3, "no connection: " + url.toUtf8());
-    EXPECT_FAILURE(runSlicer({"status"_s, "--to"_s, url}), 3, "no connection: ");
-    EXPECT_FAILURE(runSlicer({"print"_s, "x"_s, "--to"_s, url, "--watch"_s}), 3, "no connection: ");
-    EXPECT_FAILURE(runSlicer({"set"_s, "eleSpeed=1"_s, "--to"_s, url}), 3, "no connection: ");
+    EXPECT_FAILURE(runSlicer(send(url)), 3, "no connection (connection refused): " + url.toUtf8());
+    EXPECT_FAILURE(runSlicer({"status"_s, "--to"_s, url}), 3,
+                   "no connection (connection refused): ");
+    EXPECT_FAILURE(runSlicer({"print"_s, "x"_s, "--to"_s, url, "--watch"_s}), 3, "no connection (");
+    EXPECT_FAILURE(runSlicer({"set"_s, "eleSpeed=1"_s, "--to"_s, url}), 3, "no connection (");
 }
 
 void TestFailures::tellsThatNobodyAnswersTheHandshake()
@@ -86,7 +87,8 @@ void TestFailures::tellsThatNobodyAnswersTheHandshake()
     QTcpServer silent;
     QVERIFY(silent.listen(QHostAddress::LocalHost));
     const QString url = "ws://127.0.0.1:%1"_s.arg(silent.serverPort());
-    EXPECT_FAILURE(runSlicer(send(url, {"--connect-timeout"_s, "0.3"_s})), 3, "no connection: ");
+    EXPECT_FAILURE(runSlicer(send(url, {"--connect-timeout"_s, "0.3"_s})), 3,
+                   "no connection (timed out): ");
 }
 
 void TestFailures::tellsThatACommandIsNotAnswered()

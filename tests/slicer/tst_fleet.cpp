@@ -96,12 +96,13 @@ void TestFleet::sumsUpWhatBecameOfEach()
     VERIFY_TEXT(
         result.errors.contains("zyslicer: refused by the printer: part.zydlp to bad (ws://"),
         result.errors);
-    VERIFY_TEXT(result.errors.contains("zyslicer: no connection: ws://"), result.errors);
+    VERIFY_TEXT(result.errors.contains("zyslicer: no connection (connection refused): ws://"),
+                result.errors);
     const QByteArray table = result.output.mid(result.output.indexOf("PRINTER"));
     QCOMPARE(table.count('\n'), 4);
     VERIFY_TEXT(table.contains("ok\nbad "), table);
     VERIFY_TEXT(table.contains("refused by the printer\n"), table);
-    VERIFY_TEXT(table.contains("no connection\n"), table);
+    VERIFY_TEXT(table.contains("no connection (connection refused)\n"), table);
 }
 
 void TestFleet::sumsUpWithoutTransfersWhenNothingIsSent()

@@ -1,13 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A job on one printer: its steps, one after the other, in the thread it was moved to.
+// A job on one printer: its steps, one after the other.
 
 #include "job.h"
 
-#include <utility>
+#include "commandstep.h"
+#include "followstep.h"
+#include "transferstep.h"
 
-Job::Job(const Printer &printer, const Limits &limits, std::vector<StepMaker> steps)
-    : m_printer(printer), m_limits(limits), m_steps(std::move(steps))
+namespace zyslicer
+{
+
+Job::Job(const Request &request, const zysession::Printer &printer)
+    : m_request(request), m_printer(printer), m_steps(stepsOf(request))
 {
 }
 
@@ -16,9 +21,32 @@ Job::~Job()
     delete m_step;
 }
 
+std::vector<Job::StepMaker> Job::stepsOf(const Request &request)
+{
+    using Command = Request::Command;
+    const auto command = [](Command which) {
+        return [which](JobContext &context) { return new CommandStep(context, which); };
+    };
+    const auto follow = [](FollowStep::Mode mode) {
+        return [mode](JobContext &context) { return new FollowStep(context, mode); };
+    };
+    if (request.command == Command::Status)
+        return {follow(request.isWatching ? FollowStep::Mode::UntilIdle : FollowStep::Mode::Once)};
+    std::vector<StepMaker> steps;
+    for (const ModelFile &file : request.files)
+        steps.emplace_back([file](JobContext &context) { return new TransferStep(context, file); });
+    if (request.command != Command::Send)
+        steps.emplace_back(command(request.command));
+    else if (request.isPrinting)
+        steps.emplace_back(command(Command::Print));
+    if (request.isWatching)
+        steps.emplace_back(follow(FollowStep::Mode::UntilDone));
+    return steps;
+}
+
 void Job::start()
 {
-    m_link = std::make_unique<PrinterLink>(m_printer, m_limits);
+    m_context = std::make_unique<JobContext>(m_request, m_printer);
     startNextStep();
 }
 
@@ -30,7 +58,7 @@ void Job::startNextStep()
         end({});
         return;
     }
-    m_step = m_steps[m_nextStep++](*m_link, m_notes).release();
+    m_step = m_steps[m_nextStep++](*m_context);
     connect(m_step, &Step::reported, this, &Job::reported);
     connect(m_step, &Step::ended, this, &Job::onStepEnded);
     m_step->start();
@@ -40,7 +68,7 @@ void Job::onStepEnded(const Outcome &outcome)
 {
     // The step is still on the stack, and it must not hear of the next one's connection.
     m_step->disconnect();
-    m_link->disconnect(m_step);
+    m_context->link.disconnect(m_step);
     m_step->deleteLater();
     m_step = nullptr;
     if (!outcome.isOk())
@@ -61,7 +89,9 @@ void Job::interrupt()
 void Job::end(const Outcome &outcome)
 {
     m_hasEnded = true;
-    if (m_link)
-        m_link->drop();
+    if (m_context)
+        m_context->link.close();
     Q_EMIT ended(outcome);
 }
+
+} // namespace zyslicer

@@ -10,6 +10,9 @@
 
 #include <algorithm>
 
+namespace zyslicer
+{
+
 namespace
 {
 
@@ -81,3 +84,5 @@ Outcome checkModelFiles(const QVector<ModelFile> &files)
     }
     return {};
 }
+
+} // namespace zyslicer

@@ -6,19 +6,16 @@
 #define MODELFILE_H
 
 #include "outcome.h"
+#include "request.h"
 
-#include <QVector>
-
-/// One file to send.
-struct ModelFile {
-    QString path; ///< local
-    QString name; ///< on the printer
-    int compressionLevel = 1; ///< 0 to 9
-};
+namespace zyslicer
+{
 
 /// Ok, or why the file cannot be sent.
 Outcome checkModelFile(const ModelFile &file);
 /// The same for all of them; two must not have one name, the second would replace the first.
 Outcome checkModelFiles(const QVector<ModelFile> &files);
+
+} // namespace zyslicer
 
 #endif // MODELFILE_H

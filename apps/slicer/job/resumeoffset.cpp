@@ -4,6 +4,9 @@
 
 #include "resumeoffset.h"
 
+namespace zyslicer
+{
+
 namespace
 {
 
@@ -17,3 +20,5 @@ qint64 resumeOffset(qint64 firstReceived, qint64 total)
         return qMax<qint64>(0, firstReceived - chunkSize);
     return firstReceived > 0 ? (firstReceived - 1) / chunkSize * chunkSize : 0;
 }
+
+} // namespace zyslicer

@@ -7,6 +7,9 @@
 
 #include <QtGlobal>
 
+namespace zyslicer
+{
+
 /**
  * The offset at which the first chunk of a transfer began, from its acknowledgement.
  *
@@ -14,5 +17,7 @@
  * chunk is 1 MiB unless it is the file's last one, and those before the last are whole.
  */
 qint64 resumeOffset(qint64 firstReceived, qint64 total);
+
+} // namespace zyslicer
 
 #endif // RESUMEOFFSET_H

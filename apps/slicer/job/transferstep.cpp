@@ -4,28 +4,39 @@
 
 #include "transferstep.h"
 
-#include "printerlink.h"
 #include "resumeoffset.h"
-#include "slicerlog.h"
 #include "wirewords.h"
 
 #include <zysslechoclient.h>
 
+#include <QLoggingCategory>
+
 #include <algorithm>
 
-TransferStep::TransferStep(PrinterLink &link, JobNotes &notes, const ModelFile &file)
-    : Step(link), m_notes(notes), m_file(file)
+namespace zyslicer
+{
+
+namespace
+{
+
+Q_LOGGING_CATEGORY(lcSlicer, "zyslicer", QtDebugMsg)
+using zysession::PrinterLink;
+namespace wire = zysession::wire;
+
+} // namespace
+
+TransferStep::TransferStep(JobContext &context, const ModelFile &file) : Step(context), m_file(file)
 {
     m_timeLimit.setSingleShot(true);
     connect(&m_timeLimit, &QTimer::timeout, this, &TransferStep::onTimeLimit);
-    connect(&link, &PrinterLink::opened, this, &TransferStep::onOpened);
-    connect(&link, &PrinterLink::failed, this, [this] {
-        if (this->link().wasOpen())
+    connect(&link(), &PrinterLink::opened, this, &TransferStep::onOpened);
+    connect(&link(), &PrinterLink::failed, this, [this] {
+        if (link().wasOpen())
             retry(QStringLiteral("no connection"));
         else
             endUnconnected();
     });
-    connect(&link, &PrinterLink::dropped, this,
+    connect(&link(), &PrinterLink::dropped, this,
             [this] { retry(QStringLiteral("connection lost")); });
 }
 
@@ -62,9 +73,9 @@ void TransferStep::onOpened()
                     QStringLiteral("the printer has cancelled the transfer and deleted its part"));
     });
     m_stage = Stage::Offering;
-    m_timeLimit.start(link().limits().stall);
+    m_timeLimit.start(limits().stall);
     reportProgress(Event::Kind::Offered, 0, 0);
-    client->setCompressionLevel(m_file.compressionLevel);
+    client->setCompressionLevel(context().request.compressionLevel);
     client->sendFile(m_file.path, m_file.name);
 }
 
@@ -88,9 +99,9 @@ void TransferStep::onProgress(const QString &path, qint64 total, qint64 received
     reportProgress(Event::Kind::Progress, received, total);
     if (received >= total) {
         m_stage = Stage::AwaitingVerdict;
-        m_timeLimit.start(link().limits().check);
+        m_timeLimit.start(limits().check);
     } else {
-        m_timeLimit.start(link().limits().stall);
+        m_timeLimit.start(limits().stall);
     }
 }
 
@@ -142,7 +153,7 @@ void TransferStep::completeWhenSettled()
         return;
     m_timeLimit.stop();
     disconnect(link().client(), nullptr, this, nullptr);
-    m_notes.storedName = m_storedName;
+    context().storedName = m_storedName;
     Event event;
     event.kind = Event::Kind::Stored;
     event.file = m_file.name;
@@ -177,7 +188,7 @@ void TransferStep::onTimeLimit()
         attempt();
         break;
     case Stage::Cancelling:
-        link().drop();
+        link().close();
         endWith(ExitCode::Interrupted, QStringLiteral("interrupted"),
                 QStringLiteral("the printer did not acknowledge the cancel; what it holds is "
                                "resumed when the file is sent again"));
@@ -229,7 +240,7 @@ void TransferStep::refused(const QJsonObject &reply)
 
 void TransferStep::retry(const QString &reason)
 {
-    link().drop();
+    link().close();
     m_timeLimit.stop();
     if (m_stage == Stage::Cancelling) {
         endWith(
@@ -238,7 +249,7 @@ void TransferStep::retry(const QString &reason)
                            "holds is resumed when the file is sent again"));
         return;
     }
-    if (++m_failures > link().limits().retries) {
+    if (++m_failures > limits().retries) {
         endWith(
             ExitCode::GivenUp,
             QStringLiteral("transfer given up after %1 attempts (%2)").arg(m_attempts).arg(reason),
@@ -252,7 +263,7 @@ void TransferStep::retry(const QString &reason)
     event.file = m_file.name;
     event.text = reason;
     event.retry = m_failures;
-    event.delay = backOff(link().limits(), m_failures);
+    event.delay = backOff(limits(), m_failures);
     Q_EMIT reported(event);
     m_timeLimit.start(event.delay);
 }
@@ -264,7 +275,7 @@ void TransferStep::interrupt()
     case Stage::Sending:
         qCDebug(lcSlicer) << "cancelling" << m_file.name;
         m_stage = Stage::Cancelling;
-        m_timeLimit.start(std::min(link().limits().stall, link().limits().reply));
+        m_timeLimit.start(std::min(limits().stall, limits().reply));
         link().client()->cancel();
         break;
     case Stage::AwaitingVerdict: // a cancel now would delete the finished file
@@ -285,6 +296,7 @@ void TransferStep::interrupt()
 void TransferStep::endWith(ExitCode code, const QString &what, const QString &advice)
 {
     m_timeLimit.stop();
-    end({code, what, QStringLiteral("%1 to %2").arg(m_file.name, link().printer().description()),
-         advice});
+    end({code, what, QStringLiteral("%1 to %2").arg(m_file.name, printer()), advice});
 }
+
+} // namespace zyslicer

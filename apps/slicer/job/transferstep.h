@@ -11,17 +11,22 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
+namespace zyslicer
+{
+
 class TransferStep : public Step
 {
     Q_OBJECT
 
 public:
-    TransferStep(PrinterLink &link, JobNotes &notes, const ModelFile &file);
+    TransferStep(JobContext &context, const ModelFile &file);
 
     void start() override;
     void interrupt() override;
 
 private:
+    zysession::PrinterLink &link() const { return context().link; }
+
     enum class Stage {
         Opening,
         Offering, ///< START_FILE is sent
@@ -47,7 +52,6 @@ private:
     void endCheckFailed();
     void endWith(ExitCode code, const QString &what, const QString &advice);
 
-    JobNotes &m_notes;
     ModelFile m_file;
     Stage m_stage = Stage::Opening;
     QTimer m_timeLimit; ///< for the stage
@@ -58,5 +62,7 @@ private:
     bool m_hasVerdict = false;
     int m_checkState = 0;
 };
+
+} // namespace zyslicer
 
 #endif // TRANSFERSTEP_H

@@ -10,10 +10,13 @@
 
 #include <QTimer>
 
+namespace zyslicer
+{
+
 class BarView : public TextView
 {
 public:
-    explicit BarView(const QVector<Printer> &printers);
+    explicit BarView(const QVector<zysession::Printer> &printers);
 
     void report(int printer, const Event &event) override;
     void endPrinter(int printer, const Outcome &outcome) override;
@@ -34,5 +37,7 @@ private:
     int m_drawnLines = 0;
     QTimer m_drawing;
 };
+
+} // namespace zyslicer
 
 #endif // BARVIEW_H

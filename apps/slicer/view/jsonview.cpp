@@ -4,10 +4,13 @@
 
 #include "jsonview.h"
 
-#include "terminal.h"
+#include "standardoutput.h"
 #include "wirewords.h"
 
 #include <QJsonDocument>
+
+namespace zyslicer
+{
 
 namespace
 {
@@ -72,7 +75,7 @@ QJsonObject fields(const Event &event)
         break;
     }
     QJsonObject answer = event.answer;
-    answer.remove(wire::cmd);
+    answer.remove(zysession::wire::cmd);
     return answer;
 }
 
@@ -86,8 +89,8 @@ QJsonObject outcomeFields(const Outcome &outcome)
 
 void writeJsonLine(const QJsonObject &object)
 {
-    terminal::write(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))
-                    + QLatin1Char('\n'));
+    writeOut(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))
+             + QLatin1Char('\n'));
 }
 
 void writeJsonError(const Outcome &outcome)
@@ -110,6 +113,8 @@ void JsonView::endPrinter(int printer, const Outcome &outcome)
 void JsonView::write(int printer, const QString &event, QJsonObject object) const
 {
     object.insert(QStringLiteral("event"), event);
-    object.insert(QStringLiteral("printer"), printers()[printer].label);
+    object.insert(QStringLiteral("printer"), printers()[printer].label());
     writeJsonLine(object);
 }
+
+} // namespace zyslicer

@@ -6,6 +6,9 @@
 
 #include <algorithm>
 
+namespace zyslicer
+{
+
 namespace
 {
 
@@ -54,3 +57,5 @@ QString progressLine(const ProgressRow &row, int width)
         return elided(joined({percent, label}), width);
     return joined({label, bar(fraction, std::min(room(), widestBar)), joined(right)});
 }
+
+} // namespace zyslicer
