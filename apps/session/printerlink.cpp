@@ -7,7 +7,6 @@
 #include "savedprinters.h"
 
 #include <QLoggingCategory>
-#include <QMutex>
 
 #include <zyfilesender.h>
 
@@ -20,15 +19,6 @@ namespace
 Q_LOGGING_CATEGORY(lcSession, "zysession", QtInfoMsg)
 
 constexpr int openingPollInterval = 20; // ms
-
-/// Qt's first connection in a process registers a conversion without a lock, so two first ones at
-/// once, on threads of their own, make it print a warning: connections are opened one by one.
-ZySslEchoClient *openedClient(const QUrl &url, QObject *parent)
-{
-    static QMutex mutex;
-    const QMutexLocker locker(&mutex);
-    return new ZySslEchoClient(url, parent);
-}
 
 } // namespace
 
@@ -64,7 +54,7 @@ void PrinterLink::open()
     if (printerUrl(m_url.toString()).isEmpty())
         return; // the watch finds no client
     qCDebug(lcSession) << "connecting to" << m_url;
-    m_client = openedClient(m_url, this);
+    m_client = new ZySslEchoClient(m_url, this);
     connect(m_client, &ZySslEchoClient::connected, this, &PrinterLink::onConnected);
     connect(m_client, &ZySslEchoClient::disconnected, this, &PrinterLink::onDisconnected);
     connect(m_client, &ZySslEchoClient::jsonMessageReceived, this, &PrinterLink::received);

@@ -21,19 +21,6 @@ inline constexpr QLatin1String status = literal("status");
 inline constexpr QLatin1String filename = literal("filename");
 inline constexpr QLatin1String version = literal("version");
 
-// A file's transfer.
-inline constexpr QLatin1String errorcode = literal("errorcode");
-inline constexpr QLatin1String wifistate = literal("wifistate");
-inline constexpr QLatin1String compress = literal("compress");
-inline constexpr QLatin1String startFile = literal("START_FILE");
-inline constexpr QLatin1String startData = literal("START_DATA");
-
-/// "errorcode" of a refused START_FILE.
-enum TransferRefusal { ServerBusy = 1, FileBusy = 2, TokenRefused = 4 };
-
-/// "wifistate" of a refused START_FILE.
-enum RefusalReason { Receiving = 3, CheckingPrintFile = 4, HostRefused = 5, HostRejectedToken = 6 };
-
 // The status, each a text.
 inline constexpr QLatin1String printStatus = literal("printStatus");
 inline constexpr QLatin1String sliceLayerCount = literal("sliceLayerCount");

@@ -6,7 +6,6 @@
 #define EVENT_H
 
 #include <QJsonObject>
-#include <QMetaType>
 #include <QString>
 
 namespace zyslicer
@@ -39,7 +38,5 @@ struct Event {
 };
 
 } // namespace zyslicer
-
-Q_DECLARE_METATYPE(zyslicer::Event)
 
 #endif // EVENT_H

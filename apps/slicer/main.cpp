@@ -7,7 +7,7 @@
 #include "interruption.h"
 #include "jsonview.h"
 #include "knownprinters.h"
-#include "modelfile.h"
+#include "sendstep.h"
 #include "slicercommands.h"
 #include "standardoutput.h"
 #include "view.h"
@@ -60,10 +60,8 @@ int exitCodeOnceWritten(int exitCode)
 int runJobs(const Request &request, const QVector<zysession::Printer> &printers)
 {
     Interruption interruption;
-    Fleet fleet;
     const std::unique_ptr<View> view = makeView(request, printers);
-    for (const zysession::Printer &printer : printers)
-        fleet.add(request, printer);
+    Fleet fleet(request, printers);
     QObject::connect(&interruption, &Interruption::interrupted, &fleet, &Fleet::interrupt);
     QObject::connect(&fleet, &Fleet::reported, &fleet,
                      [&](int printer, const Event &event) { view->report(printer, event); });

@@ -5,7 +5,6 @@
 #ifndef OUTCOME_H
 #define OUTCOME_H
 
-#include <QMetaType>
 #include <QString>
 #include <QVector>
 
@@ -50,7 +49,5 @@ struct Outcome {
 ExitCode combinedExitCode(const QVector<Outcome> &outcomes);
 
 } // namespace zyslicer
-
-Q_DECLARE_METATYPE(zyslicer::Outcome)
 
 #endif // OUTCOME_H

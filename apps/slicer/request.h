@@ -12,17 +12,10 @@
 #include <QStringList>
 #include <QVector>
 
+#include <zysendoptions.h>
+
 namespace zyslicer
 {
-
-/// How long to wait for what, in ms, and how often to try again.
-struct Limits : zysession::TimeLimits {
-    int stall = 15000; ///< until a chunk is acknowledged
-    int retries = 5; ///< failures in a row, without a byte gained, that are tolerated
-    int firstBackOff = 1000; ///< before the first retry; doubles with each further one
-    int longestBackOff = 30000;
-    int pollInterval = 1000; ///< between two questions for the printer's status
-};
 
 /// One file to send.
 struct ModelFile {
@@ -49,14 +42,15 @@ struct Request {
     QStringList printers; ///< URLs or saved names, as given with --to
     QString token; ///< null when none is given: each printer's saved one counts
     QVector<ModelFile> files; ///< send
-    int compressionLevel = 1; ///< send: --compression
     bool isPrinting = false; ///< send: --print
     bool isWatching = false;
     QString printName; ///< print: the file on the printer
     zysession::Parameters parameters; ///< set
     QString savedName; ///< printers add, remove
     QString savedUrl; ///< printers add
-    Limits limits;
+    zysession::TimeLimits limits; ///< of commands
+    ZySendOptions sending; ///< its retries and pauses count for following a print, too
+    int pollInterval = 1000; ///< ms between two questions for the printer's status
 
     QString settingsFile;
     bool isJson = false;

@@ -142,7 +142,7 @@ void TestFailures::tellsThatThePrinterCannotCreateTheFile()
 {
     TestPrinter printer;
     QVERIFY(QDir().mkdir(printer.temporaryFile()));
-    EXPECT_FAILURE(runSlicer(send(urlOf(printer))), 5, "cannot create the file");
+    EXPECT_FAILURE(runSlicer(send(urlOf(printer))), 5, "cannot store the file");
 }
 
 void TestFailures::tellsThatThePrinterCannotStoreTheData()
@@ -155,7 +155,7 @@ void TestFailures::tellsThatThePrinterCannotStoreTheData()
             QDir().mkdir(printer.temporaryFile());
         });
     });
-    EXPECT_FAILURE(runSlicer(send(urlOf(printer))), 5, "cannot store the data");
+    EXPECT_FAILURE(runSlicer(send(urlOf(printer))), 5, "cannot store the file");
 }
 
 void TestFailures::tellsThatAPrintIsBusy()

@@ -1,11 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// What zyslicer computes and says without a printer: amounts, lines, offsets.
+// What zyslicer computes and says without a printer: amounts, times, lines of progress.
 
-#include "modelfile.h"
 #include "progressline.h"
-#include "resumeoffset.h"
-#include "step.h"
 #include "wording.h"
 
 #include <QtTest>
@@ -22,9 +19,6 @@ private Q_SLOTS:
     void fitsAnyWidth_data();
     void fitsAnyWidth();
     void dropsTheLeastImportantColumnFirst();
-    void findsTheOffsetThatATransferResumedFrom_data();
-    void findsTheOffsetThatATransferResumedFrom();
-    void doublesThePauseUpToTheLongest();
 };
 
 void TestTexts::writesAmountsInTheirUnit()
@@ -84,41 +78,6 @@ void TestTexts::dropsTheLeastImportantColumnFirst()
     QVERIFY(narrow.contains(QStringLiteral("18.2/40.0 MiB")));
     QVERIFY(!narrow.contains(QStringLiteral("left")));
     QCOMPARE(progressLine(row, 20), QStringLiteral(" 50 %  demo.zydlp"));
-}
-
-void TestTexts::findsTheOffsetThatATransferResumedFrom_data()
-{
-    constexpr qint64 mib = 1048576;
-    QTest::addColumn<qint64>("received");
-    QTest::addColumn<qint64>("total");
-    QTest::addColumn<qint64>("offset");
-    QTest::newRow("new, one byte") << qint64(1) << qint64(1) << qint64(0);
-    QTest::newRow("new, one chunk") << mib << mib << qint64(0);
-    QTest::newRow("new, first of two") << mib << mib + 1 << qint64(0);
-    QTest::newRow("resumed, last byte") << mib + 1 << mib + 1 << mib;
-    QTest::newRow("resumed in the middle") << 7 * mib << 10 * mib << 6 * mib;
-    QTest::newRow("resumed, last whole chunk") << 10 * mib << 10 * mib << 9 * mib;
-    QTest::newRow("resumed at an uneven offset") << 5 + mib << 10 * mib << qint64(5);
-    QTest::newRow("nothing") << qint64(0) << qint64(0) << qint64(0);
-}
-
-void TestTexts::findsTheOffsetThatATransferResumedFrom()
-{
-    QFETCH(qint64, received);
-    QFETCH(qint64, total);
-    QTEST(resumeOffset(received, total), "offset");
-}
-
-void TestTexts::doublesThePauseUpToTheLongest()
-{
-    Limits limits;
-    limits.firstBackOff = 1000;
-    limits.longestBackOff = 5000;
-    QCOMPARE(backOff(limits, 1), 1000);
-    QCOMPARE(backOff(limits, 2), 2000);
-    QCOMPARE(backOff(limits, 3), 4000);
-    QCOMPARE(backOff(limits, 4), 5000);
-    QCOMPARE(backOff(limits, 1000000), 5000);
 }
 
 QTEST_APPLESS_MAIN(TestTexts)

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <iomanip>
 #include <map>
 #include <sstream>
@@ -52,7 +53,7 @@ struct OptionValues {
     void fill(Request &request) const;
 
 private:
-    void fillLimits(Limits &limits) const;
+    void fillLimits(Request &request) const;
     void fillFiles(const CLI::App &command, Request &request) const;
 };
 
@@ -295,7 +296,6 @@ void OptionValues::fill(Request &request) const
     const CLI::Option *tokenOption = command->get_option_no_throw("--token");
     if (tokenOption != nullptr && tokenOption->count() > 0)
         request.token = QLatin1String("") + zyapp::fromArgument(token);
-    request.compressionLevel = compressionLevel;
     request.isPrinting = isPrinting;
     request.isWatching = isWatching;
     request.parameters = toParameters(parameters);
@@ -305,19 +305,21 @@ void OptionValues::fill(Request &request) const
     request.isJson = isJson;
     request.isQuiet = isQuiet;
     request.isVerbose = isVerbose;
-    fillLimits(request.limits);
+    fillLimits(request);
     fillFiles(*command, request);
 }
 
-void OptionValues::fillLimits(Limits &limits) const
+void OptionValues::fillLimits(Request &request) const
 {
-    limits.connecting = milliseconds(connecting);
-    limits.reply = milliseconds(reply);
-    limits.check = milliseconds(check);
-    limits.stall = milliseconds(stall);
-    limits.retries = retries;
-    limits.firstBackOff = milliseconds(backOff);
-    limits.pollInterval = milliseconds(interval);
+    request.limits = {milliseconds(connecting), milliseconds(reply), milliseconds(check)};
+    request.sending.setConnectTimeout(milliseconds(connecting));
+    request.sending.setStallTimeout(milliseconds(stall));
+    request.sending.setVerdictTimeout(milliseconds(check));
+    request.sending.setCancelTimeout(milliseconds(std::min(stall, reply)));
+    request.sending.setRetries(retries);
+    request.sending.setFirstPause(milliseconds(backOff));
+    request.sending.setCompressionLevel(compressionLevel);
+    request.pollInterval = milliseconds(interval);
 }
 
 void OptionValues::fillFiles(const CLI::App &command, Request &request) const

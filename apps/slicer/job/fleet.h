@@ -1,36 +1,29 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// Runs one job per printer, each in a thread of its own.
+// Runs one job per printer, all at the same time.
 
 #ifndef FLEET_H
 #define FLEET_H
 
 #include "job.h"
 
-#include <QVector>
-
-class QThread;
+#include <memory>
+#include <vector>
 
 namespace zyslicer
 {
 
-/**
- * A client's send loop is nested in the handling of its reply, so two clients in one thread would
- * wait for each other; hence a thread with its own event loop for each printer.
- */
 class Fleet : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit Fleet(QObject *parent = nullptr);
-    ~Fleet() override;
+    Fleet(const Request &request, const QVector<zysession::Printer> &printers);
 
-    void add(const Request &request, const zysession::Printer &printer);
     void start();
     void interrupt();
 
-    /// In the order of add(); complete once ended() has come.
+    /// In the order of the printers; complete once ended() has come.
     const QVector<Outcome> &outcomes() const { return m_outcomes; }
 
 Q_SIGNALS:
@@ -41,13 +34,9 @@ Q_SIGNALS:
 private:
     void onJobEnded(int printer, const Outcome &outcome);
 
-    struct Member {
-        QThread *thread;
-        Job *job; ///< lives in the thread and is deleted with its end
-    };
-    QVector<Member> m_members;
+    std::vector<std::unique_ptr<Job>> m_jobs;
     QVector<Outcome> m_outcomes;
-    int m_running = 0;
+    int m_running;
 };
 
 } // namespace zyslicer

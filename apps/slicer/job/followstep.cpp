@@ -4,6 +4,8 @@
 
 #include "followstep.h"
 
+#include <algorithm>
+
 namespace zyslicer
 {
 
@@ -16,6 +18,15 @@ using zysession::PrinterStatus;
 
 // A printer may show a print just started only after a moment.
 constexpr int toleratedReadyAnswers = 10;
+
+/// The pause before retry number @p retry (1 is the first), in ms; it doubles with each.
+int pauseBefore(int retry, const ZySendOptions &options)
+{
+    qint64 pause = options.firstPause();
+    for (int i = 1; i < retry && pause < options.longestPause(); ++i)
+        pause *= 2;
+    return static_cast<int>(std::min<qint64>(pause, options.longestPause()));
+}
 
 } // namespace
 
@@ -72,7 +83,7 @@ void FollowStep::onEnded(const Exchange::Result &result)
     else
         judge(status);
     if (!hasEnded())
-        m_pause.start(limits().pollInterval);
+        m_pause.start(context().request.pollInterval);
 }
 
 void FollowStep::judge(const PrinterStatus &status)
@@ -116,14 +127,14 @@ void FollowStep::retry(const QString &reason)
     // Only a user who watches is helped by trying again.
     if (!context().link.wasOpen()) {
         endUnconnected();
-    } else if (m_mode == Mode::Once || ++m_failures > limits().retries) {
+    } else if (m_mode == Mode::Once || ++m_failures > context().request.sending.retries()) {
         endUnanswered(QStringLiteral("status"), reason);
     } else {
         Event event;
         event.kind = Event::Kind::Retrying;
         event.text = reason;
         event.retry = m_failures;
-        event.delay = backOff(limits(), m_failures);
+        event.delay = pauseBefore(m_failures, context().request.sending);
         Q_EMIT reported(event);
         m_pause.start(event.delay);
     }

@@ -23,8 +23,7 @@ public:
     Job(const Request &request, const zysession::Printer &printer);
     ~Job() override;
 
-    /// Runs the steps until the first that fails; call it in the job's own thread. ended() comes
-    /// exactly once.
+    /// Runs the steps until the first that fails. ended() comes exactly once.
     void start();
     void interrupt();
 
@@ -33,19 +32,17 @@ Q_SIGNALS:
     void ended(const zyslicer::Outcome &outcome);
 
 private:
-    using StepMaker = std::function<Step *(JobContext &)>;
+    using StepMaker = std::function<std::unique_ptr<Step>(JobContext &)>;
 
     static std::vector<StepMaker> stepsOf(const Request &request);
     void startNextStep();
     void onStepEnded(const Outcome &outcome);
     void end(const Outcome &outcome);
 
-    Request m_request;
-    zysession::Printer m_printer;
+    JobContext m_context;
     std::vector<StepMaker> m_steps;
     std::size_t m_nextStep = 0;
-    std::unique_ptr<JobContext> m_context;
-    Step *m_step = nullptr;
+    std::unique_ptr<Step> m_step;
     bool m_hasEnded = false;
 };
 

@@ -4,8 +4,6 @@
 
 #include "step.h"
 
-#include <algorithm>
-
 namespace zyslicer
 {
 
@@ -96,14 +94,6 @@ QString unansweredText(const zysession::Exchange::Result &result)
     return result.ending == zysession::Exchange::Ending::NoAnswer
         ? QStringLiteral("no answer within %1 s").arg(result.timeLimit / 1000.0)
         : QStringLiteral("connection lost");
-}
-
-int backOff(const Limits &limits, int retry)
-{
-    // Beyond 2^15 times the first pause the longest one is reached in any case.
-    const long long doubled = static_cast<long long>(limits.firstBackOff)
-        << std::clamp(retry - 1, 0, 15);
-    return static_cast<int>(std::min<long long>(doubled, limits.longestBackOff));
 }
 
 } // namespace zyslicer

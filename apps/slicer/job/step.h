@@ -47,7 +47,6 @@ Q_SIGNALS:
 
 protected:
     JobContext &context() const { return m_context; }
-    const Limits &limits() const { return m_context.request.limits; }
     /// The printer for people.
     QString printer() const { return m_context.printer.description(); }
     /// The token given for all printers, or else the one that is saved for this one.
@@ -58,7 +57,7 @@ protected:
     void endInterrupted(const QString &consequence);
     void endUnconnected();
     /// @p detail in the system's words.
-    void endUnconnected(ZySendResult::ConnectionFault fault, const QString &detail);
+    void endUnconnected(ZySendResult::ConnectionFault fault, const QString &detail = {});
     /// @p question for people.
     void endUnanswered(const QString &question, const QString &reason);
     void endTokenRejected();
@@ -70,9 +69,6 @@ private:
 
 /// "connection lost", "no answer within 30 s"
 QString unansweredText(const zysession::Exchange::Result &result);
-
-/// The pause before retry number @p retry (1 is the first), in ms.
-int backOff(const Limits &limits, int retry);
 
 } // namespace zyslicer
 
