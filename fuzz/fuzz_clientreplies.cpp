@@ -66,7 +66,7 @@ void act(ZySslEchoClient &client, const QByteArray &line, const QString &model)
                                   Q_ARG(QString, QString::fromUtf8(line)));
 }
 
-/// Hands over line after line from the event loop, and closes the client behind the last.
+/// Hands over line after line from the event loop, and closes the client after the last.
 class Script
 {
 public:

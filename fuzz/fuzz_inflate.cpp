@@ -1,18 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// Compressed chunks: unpackChunk() against qUncompress(), bytes and warnings.
+// Compressed chunks: unpackChunk() against qUncompress(), bytes and warnings. libdeflate may read
+// what zlib refuses, then in the announced size; it may not read anything differently.
 
-#include "datachunk.h"
+#include "filetransfer.h"
 #include "fuzztarget.h"
-#include "payloadrepair.h"
 
-extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t *data, std::size_t size,
-                                               std::size_t maxSize, unsigned seed)
-{
-    const std::size_t mutated = LLVMFuzzerMutate(data, size, maxSize);
-    // A change to the deflate data alone would never get beyond the checksum.
-    return seed % 4 == 0 ? mutated : fuzzing::repairPayload(data, mutated);
-}
+#include <QtEndian>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
@@ -23,9 +17,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QByteArray expected = qUncompress(payload);
     const QStringList expectedWarnings = fuzzing::takeWarnings();
     const QByteArray actual = zyws::unpackChunk(payload, true);
+    const QStringList actualWarnings = fuzzing::takeWarnings();
+    if (expected.isNull() && !actual.isNull()) {
+        fuzzing::require(actual.size() == int(qFromBigEndian<quint32>(payload.constData())),
+                         "refused by qUncompress(), and not of the announced size");
+        return 0;
+    }
     fuzzing::require(actual == expected, "other bytes than qUncompress()");
     fuzzing::require(actual.isNull() == expected.isNull(), "another emptiness than qUncompress()");
-    fuzzing::require(fuzzing::takeWarnings() == expectedWarnings,
-                     "other warnings than qUncompress()");
+    fuzzing::require(actualWarnings == expectedWarnings, "other warnings than qUncompress()");
     return 0;
 }

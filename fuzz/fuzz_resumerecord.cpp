@@ -5,10 +5,9 @@
 // An input's first line is the announced size, a space, and the key of the request, '=' for the
 // record's own; what follows is the temporary file.
 
-#include "datachunk.h"
+#include "filetransfer.h"
 #include "fuzzedprinter.h"
 #include "fuzztarget.h"
-#include "resumerecord.h"
 
 #include <QFile>
 #include <QJsonDocument>

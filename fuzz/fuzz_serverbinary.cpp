@@ -6,7 +6,7 @@
 // bytes of length, high one first, and so many bytes, which are compressed for 'c' and sent as they
 // are otherwise.
 
-#include "datachunk.h"
+#include "filetransfer.h"
 #include "fuzzedprinter.h"
 #include "fuzztarget.h"
 

@@ -3,10 +3,10 @@
 // Text messages to the printer.
 //
 // An input's first byte is the host's answer to everything ('y'es, 'n'o, 't'oken rejected, 'w'rong
-// number), each line behind it a text message; a line that begins with '#' is a data message of
-// the bytes behind that sign.
+// number), each line after it a text message; a line that begins with '#' is a data message of
+// the bytes after that sign.
 
-#include "datachunk.h"
+#include "filetransfer.h"
 #include "fuzzedprinter.h"
 #include "fuzztarget.h"
 

@@ -7,7 +7,7 @@
 #include "envelope.h"
 #include "fuzztarget.h"
 #include "linkoptions.h"
-#include "messagekeys.h"
+#include "vocabulary.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,15 +1,15 @@
 # SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 # SPDX-License-Identifier: MIT
 """Seeds of the targets that take messages and records: servertext, serverbinary, resumerecord and
-clientreplies. What the formats mean is said in the targets' own files."""
+clientreplies. The targets' own files describe the formats.
+
+Only sequences and odd ones: messageseeds.cpp writes a seed for each message of the vocabulary."""
 
 import json
 import struct
 import zlib
 
 KEY = "78563412"
-PRINT_STATUS_KEYS = ["initExposure", "delayLight", "printExposure", "printHeight", "eleSpeed",
-                     "bottomExposureNum"]
 
 
 def text(**keys):
@@ -30,10 +30,6 @@ def servertext():
     start_print = text(cmd="START_PRINT", filename="model.zydlp", token="t")
     stop = text(cmd="PRINT_STOP", token="t")
     return {
-        "status": b"y" + status,
-        "version": b"y" + text(cmd="VERSION_CHECK"),
-        "parameters": b"y" + text(cmd="PRINT_PARA_SET", token="t",
-                                  **{key: "1" for key in PRINT_STATUS_KEYS}),
         "print_life": b"y" + lines(start_print, text(cmd="PRINT_PAUSE", token="t"), stop),
         "print_refused": b"n" + lines(start_print, stop),
         "transfer": b"y" + lines(start_file(), b"#hello ", b"#world!", status),
@@ -133,7 +129,6 @@ def clientreplies():
     check = text(cmd="CHECK_DATA", key=KEY, checkstate=1)
     cancelled = text(cmd="CANCEL_FILE", errorcode=0)
     largest = str((1 << 63) - 1)
-    status = {key: "1" for key in PRINT_STATUS_KEYS}
     return {
         "transfer": lines(start(), ack(), ack("1048676"), check),
         "transfer_plain": lines(start(compress=False), ack(), ack("1048676"), check),
@@ -153,7 +148,6 @@ def clientreplies():
                                       "PRINT_TOKEN_ERROR", "nonsense"))),
         "print_results": lines(text(cmd="PRINT_PAUSE", status="CMD_SUCCES"),
                                text(cmd="PRINT_STOP", status=7), text(cmd="PRINT_PARA_SET")),
-        "status": text(cmd="GET_PRINT_STATUS", printStatus="PRINT_GENERAL", **status),
         "version": lines(text(version="1"), text(version=1), text(version="1", cmd="START_DATA")),
         "working_life": text(cmd="PRINT_WORKING_LIFE", hours="3"),
         "numbers_for_strings": lines(start(offset=0, size=5), ack(5), text(cmd="START_DATA")),

@@ -4,61 +4,60 @@
 
 #include "envelope.h"
 #include "heldsocket.h"
-#include "messagekeys.h"
 #include "vocabulary.h"
 #include "zysslechoclient.h"
 
 #include <utility>
 
+namespace commands = zyws::commands;
 namespace keys = zyws::keys;
-using zyws::Command;
 
 namespace
 {
 
-QJsonObject tokenCommand(Command command, const QString &token)
+QJsonObject tokenCommand(QLatin1String command, const QString &token)
 {
-    return {{keys::token, token}, {keys::cmd, zyws::wireWord(command)}};
+    return {{keys::token, token}, {keys::cmd, command}};
 }
 
 } // namespace
 
 void ZySslEchoClient::versionCheckCmd()
 {
-    sendJsonMessage({{keys::cmd, zyws::wireWord(Command::VersionCheck)}});
+    sendJsonMessage({{keys::cmd, commands::versionCheck}});
 }
 
 void ZySslEchoClient::printStartCmd(QString filename, QString token)
 {
-    QJsonObject request = tokenCommand(Command::StartPrint, token);
+    QJsonObject request = tokenCommand(commands::startPrint, token);
     request.insert(keys::filename, filename);
     sendJsonMessage(request);
 }
 
 void ZySslEchoClient::printPauseCmd(QString token)
 {
-    sendJsonMessage(tokenCommand(Command::PrintPause, token));
+    sendJsonMessage(tokenCommand(commands::printPause, token));
 }
 
 void ZySslEchoClient::printStopCmd(QString token)
 {
-    sendJsonMessage(tokenCommand(Command::PrintStop, token));
+    sendJsonMessage(tokenCommand(commands::printStop, token));
 }
 
 void ZySslEchoClient::getPrintStatusCmd(QString token)
 {
-    sendJsonMessage(tokenCommand(Command::GetPrintStatus, token));
+    sendJsonMessage(tokenCommand(commands::getPrintStatus, token));
 }
 
 void ZySslEchoClient::getPrintworkingLife(QString token)
 {
-    sendJsonMessage(tokenCommand(Command::PrintWorkingLife, token));
+    sendJsonMessage(tokenCommand(commands::printWorkingLife, token));
 }
 
 void ZySslEchoClient::setPrintParaCmd(QJsonObject para, QString token)
 {
     para.insert(keys::token, token);
-    para.insert(keys::cmd, zyws::wireWord(Command::PrintParaSet));
+    para.insert(keys::cmd, commands::printParaSet);
     sendJsonMessage(para);
 }
 

@@ -4,34 +4,33 @@
 
 #include "clientlog.h"
 #include "envelope.h"
-#include "messagekeys.h"
 #include "vocabulary.h"
 #include "zysslechoclient.h"
 
 #include <QPointer>
 
+namespace commands = zyws::commands;
 namespace keys = zyws::keys;
-using zyws::Command;
-using zyws::PrintStart;
+namespace printstart = zyws::printstart;
 
 struct ZySslEchoClient::ReplyRow {
-    Command command;
+    QLatin1String command;
     void (ZySslEchoClient::*handler)(const QJsonObject &);
 };
 
 void ZySslEchoClient::onTextMessageReceived(QString message)
 {
     static constexpr ReplyRow table[] = {
-        {Command::StartFile, &ZySslEchoClient::onStartFileReply},
-        {Command::StartData, &ZySslEchoClient::onStartDataReply},
-        {Command::CheckData, &ZySslEchoClient::onCheckDataReply},
-        {Command::CancelFile, &ZySslEchoClient::onCancelFileReply},
-        {Command::StartPrint, &ZySslEchoClient::onStartPrintReply},
-        {Command::PrintPause, &ZySslEchoClient::onPrintPauseReply},
-        {Command::PrintStop, &ZySslEchoClient::onPrintStopReply},
-        {Command::GetPrintStatus, &ZySslEchoClient::onPrintStatusReply},
-        {Command::PrintParaSet, &ZySslEchoClient::onPrintParaReply},
-        {Command::PrintWorkingLife, &ZySslEchoClient::onWorkingLifeReply},
+        {commands::startFile, &ZySslEchoClient::onStartFileReply},
+        {commands::startData, &ZySslEchoClient::onStartDataReply},
+        {commands::checkData, &ZySslEchoClient::onCheckDataReply},
+        {commands::cancelFile, &ZySslEchoClient::onCancelFileReply},
+        {commands::startPrint, &ZySslEchoClient::onStartPrintReply},
+        {commands::printPause, &ZySslEchoClient::onPrintPauseReply},
+        {commands::printStop, &ZySslEchoClient::onPrintStopReply},
+        {commands::getPrintStatus, &ZySslEchoClient::onPrintStatusReply},
+        {commands::printParaSet, &ZySslEchoClient::onPrintParaReply},
+        {commands::printWorkingLife, &ZySslEchoClient::onWorkingLifeReply},
     };
 
     // The host may delete the client in any of its slots.
@@ -45,10 +44,10 @@ void ZySslEchoClient::onTextMessageReceived(QString message)
     }
     const QString word = reply.value(keys::cmd).toString();
     for (const ReplyRow &row : table) {
-        if (word != zyws::wireWord(row.command))
+        if (word != row.command)
             continue;
         // Deliberate: the refusal of a second file during a transfer stays unseen.
-        if (row.command == Command::StartFile && m_isTransferring)
+        if (row.command == commands::startFile && m_isTransferring)
             return;
         (this->*row.handler)(reply);
         break;
@@ -96,19 +95,19 @@ void ZySslEchoClient::onCancelFileReply(const QJsonObject &reply)
 void ZySslEchoClient::onStartPrintReply(const QJsonObject &reply)
 {
     struct Code {
-        PrintStart result;
+        QLatin1String result;
         int code;
     };
     // Deliberate: not the enumeration's own numbers; hosts interpret these.
     static constexpr Code codes[] = {
-        {PrintStart::Busy, 1},    {PrintStart::Checking, 2},   {PrintStart::CheckFalse, 3},
-        {PrintStart::Started, 0}, {PrintStart::TokenError, 4},
+        {printstart::busy, 1},    {printstart::checking, 2},   {printstart::checkFalse, 3},
+        {printstart::started, 0}, {printstart::tokenError, 4},
     };
 
     const QString status = reply.value(keys::status).toString();
     qCDebug(lcZyClient) << "print start cmd =" << status;
     for (const Code &entry : codes) {
-        if (status == zyws::wireWord(entry.result)) {
+        if (status == entry.result) {
             Q_EMIT printErrorCode(entry.code, reply.value(keys::filename).toString());
             return;
         }

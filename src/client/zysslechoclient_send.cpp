@@ -3,12 +3,9 @@
 // File sending: the file key, START_FILE, the send loop, cancel.
 
 #include "clientlog.h"
-#include "datachunk.h"
 #include "envelope.h"
-#include "filekey.h"
+#include "filetransfer.h"
 #include "heldsocket.h"
-#include "messagekeys.h"
-#include "resumerecord.h"
 #include "vocabulary.h"
 #include "zysslechoclient.h"
 
@@ -21,8 +18,8 @@
 
 #include <exception>
 
+namespace commands = zyws::commands;
 namespace keys = zyws::keys;
-using zyws::Command;
 
 void ZySslEchoClient::sendFile(QString filePath, QString fileName)
 {
@@ -42,7 +39,7 @@ bool ZySslEchoClient::sendFileStart(QFile &file, QString fileName)
         return false;
     m_keyFileMap.insert(key, file.fileName());
     sendJsonMessage({
-        {keys::cmd, zyws::wireWord(Command::StartFile)},
+        {keys::cmd, commands::startFile},
         {keys::filename, fileName},
         {keys::size, zyws::decimal(QFileInfo(file.fileName()).size())},
         {keys::offset, zyws::decimal(0)},
@@ -102,7 +99,7 @@ void ZySslEchoClient::sendFrom(QFile &file, qint64 offset, bool compress)
         if (!awaitDataReply())
             break;
         if (m_isCanceling) {
-            sendJsonMessage({{keys::cmd, zyws::wireWord(Command::CancelFile)}});
+            sendJsonMessage({{keys::cmd, commands::cancelFile}});
             if (self)
                 m_isSending = false;
             break;
@@ -163,7 +160,7 @@ void ZySslEchoClient::cancel()
         return;
     }
     const QPointer<ZySslEchoClient> self(this);
-    sendJsonMessage({{keys::cmd, zyws::wireWord(Command::CancelFile)}});
+    sendJsonMessage({{keys::cmd, commands::cancelFile}});
     if (!self)
         return;
     m_isSending = false;

@@ -11,8 +11,10 @@ namespace zyws
 {
 
 /**
- * What qUncompress() makes of @p payload, whatever the payload: the same bytes, and Qt's own
- * warning when there are none.
+ * What qUncompress() makes of @p payload: the same bytes, and Qt's own warning when there are none.
+ *
+ * Only a few malformed streams that zlib refuses inflate with libdeflate, when their checksum is
+ * right.
  */
 QByteArray inflated(const QByteArray &payload);
 

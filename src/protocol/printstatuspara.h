@@ -10,7 +10,7 @@
 #include "zywebsocket_export.h"
 
 /**
- * The record behind the commands GET_PRINT_STATUS and PRINT_PARA_SET.
+ * The record that the commands GET_PRINT_STATUS and PRINT_PARA_SET carry.
  *
  * A plain value: the server makes a fresh one for each request and passes it by reference in
  * ZySslEchoServer::sigGetPrinterStatus() and ZySslEchoServer::sigSetPrintPara(). It is not a

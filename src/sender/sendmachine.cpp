@@ -4,8 +4,8 @@
 
 #include "sendmachine.h"
 
-#include "datachunk.h"
-#include "statuswords.h"
+#include "filetransfer.h"
+#include "vocabulary.h"
 
 #include <algorithm>
 
@@ -14,9 +14,6 @@ namespace zyws
 
 namespace
 {
-
-/// "errorcode" of a refused START_FILE; any other is the host's own reason.
-enum Refusal { StorageFailed = 2, TokenWrong = 4 };
 
 /// The WebSocket close code of a peer that failed on its own side.
 constexpr int closeCodeInternalError = 1011;
@@ -129,16 +126,16 @@ void SendMachine::onRefused(const SendEvent &event)
 {
     if (m_state != State::Offering)
         return;
-    if (event.code == TokenWrong)
+    if (event.code == TransferError::TokenError)
         finish(Ending::TokenRejected);
-    else if (event.code == StorageFailed)
+    else if (event.code == TransferError::FileBusy)
         finish(Ending::PrinterStorage);
-    else if (event.wifiState == ReceivingFile && m_attempts > 1)
+    else if (event.wifiState == HostAnswer::ReceivingFile && m_attempts > 1)
         // Most likely our own lost connection, which the printer has not noticed yet.
         retry(Interruption::StillReceiving);
-    else if (event.wifiState == ReceivingFile)
+    else if (event.wifiState == HostAnswer::ReceivingFile)
         finish(Ending::BusyReceiving);
-    else if (event.wifiState == CheckingPrintFile)
+    else if (event.wifiState == HostAnswer::CheckingPrintFile)
         finish(Ending::BusyChecking);
     else
         finish(Ending::Unwilling);

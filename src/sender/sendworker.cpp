@@ -5,7 +5,6 @@
 #include "sendworker.h"
 
 #include "envelope.h"
-#include "messagekeys.h"
 #include "vocabulary.h"
 #include "zyfilesender.h"
 
@@ -197,7 +196,7 @@ void SendWorker::onReply(const QJsonObject &reply)
     const QString word = reply.value(keys::cmd).toString();
     SendEvent event;
     event.key = reply.value(keys::key).toString();
-    if (word == wireWord(Command::StartData)) {
+    if (word == commands::startData) {
         if (feedSizeChange())
             return;
         event.kind = SendEvent::Acknowledged;
@@ -205,11 +204,11 @@ void SendWorker::onReply(const QJsonObject &reply)
         event.bytes = decimalValue(reply.value(keys::received));
         event.code = reply.value(keys::errorcode).toInt();
         feed(event);
-    } else if (word == wireWord(Command::CheckData)) {
+    } else if (word == commands::checkData) {
         event.kind = SendEvent::Verdict;
         event.code = reply.value(keys::checkstate).toInt();
         feed(event);
-    } else if (word == wireWord(Command::StartFile)
+    } else if (word == commands::startFile
                // From a printer that cannot read what stands in its reception file's place.
                || (word.isEmpty() && reply.contains(keys::compress))) {
         onStartFileReply(reply);

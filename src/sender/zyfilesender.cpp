@@ -4,7 +4,7 @@
 
 #include "zyfilesender.h"
 
-#include "filename.h"
+#include "filetransfer.h"
 #include "sendresultdata.h"
 #include "sendthread.h"
 

@@ -104,10 +104,10 @@ public:
     /// PRINT_PARA_SET: hands the host six parameters; the reply's "status" is always empty.
     void setPrintPara(QJsonObject request);
 
-    /// Reads the resume record behind the announced size into the members and returns it as a
+    /// Reads the resume record after the announced size into the members and returns it as a
     /// START_FILE reply; an empty object when the temporary file cannot be opened.
     QJsonObject getKeyInfo();
-    /// Writes the resume record behind the announced size. Failures are silent: the next
+    /// Writes the resume record after the announced size. Failures are silent: the next
     /// START_FILE then starts from the beginning.
     void saveKeyInfo();
     /// Deletes the files directly in @p dir whose names end in ".zydlp", ".zyline" or ".bak".

@@ -2,13 +2,10 @@
 // SPDX-License-Identifier: MIT
 // File reception: START_FILE, data messages, CANCEL_FILE.
 
-#include "datachunk.h"
 #include "envelope.h"
-#include "filename.h"
-#include "handlewatch.h"
-#include "messagekeys.h"
-#include "resumerecord.h"
-#include "statuswords.h"
+#include "filetransfer.h"
+#include "handleguard.h"
+#include "vocabulary.h"
 #include "zyfiletranshandle.h"
 #include "zysslechoserver.h"
 
@@ -22,17 +19,17 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     const QString size = request.value(keys::size).toString();
     const QString key = request.value(keys::key).toString();
 
-    const Watch watch(this);
+    const HandleGuard guard(this);
     const int answer = m_server->getFileTransStatus(request.value(keys::token).toString(),
                                                     request.contains(keys::token));
-    if (!watch.isServing())
+    if (!guard.isServing())
         return;
     QJsonObject reply{
         {keys::cmd, commandWord(START_FILE)},
         {keys::errorcode, NO_ERROR},
         {keys::compress, m_isCompress},
     };
-    // Deliberate: even a refused request sets the size of the reception under way on this handle.
+    // Deliberate: even a refused request sets the size that this handle's reception ends at.
     m_transFileSize = size.toLongLong(nullptr, 10);
     if (answer != zyws::Allowed) {
         reply.insert(keys::errorcode, answer == zyws::TokenRejected ? TOKEN_ERROR : SERVER_BUSY);
@@ -42,7 +39,7 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     }
 
     Q_EMIT fileTranStart();
-    if (!watch.isServing())
+    if (!guard.isServing())
         return;
     QDir::setCurrent(m_fileDir);
     // Deliberate spelling: a resume looks for this name on disk.
@@ -63,8 +60,8 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     m_key = key;
     m_isReceiving = true;
     m_fileName = request.value(keys::filename).toString();
-    // Deliberate: added to the reply as it stands. Built on a record that did not match, it has no
-    // "errorcode", and none at all but these four after an unreadable one.
+    // Deliberate: added to the reply as it is. One that began as a record which did not match has
+    // no "errorcode"; one that began as an unreadable record has no "cmd" either.
     reply.insert(keys::filename, m_fileName);
     reply.insert(keys::size, size);
     reply.insert(keys::offset, zyws::decimal(0));
@@ -72,7 +69,8 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     sendMessage(reply);
 }
 
-/// Answers with the resume record when its key is @p key. @p reply is the record's in any case.
+/// Answers with the resume record when its key is @p key. Replaces @p reply by the record even when
+/// it does not match.
 bool ZyFileTransHandle::resumeReception(const QString &key, QJsonObject &reply)
 {
     reply = getKeyInfo();
@@ -122,7 +120,7 @@ bool ZyFileTransHandle::writeChunk(const QByteArray &message)
     stream.setVersion(zyws::fileStreamVersion);
     const QByteArray bytes = zyws::unpackChunk(message, m_isCompress);
     const int written = stream.writeRawData(bytes.constData(), static_cast<int>(bytes.size()));
-    if (m_lostFrom) // so this chunk lies in the wrong place
+    if (m_lostFrom) // so this chunk is written to the wrong place
         noteLoss(m_transOffset);
     else if (written < bytes.size())
         noteLoss(zyws::advanced(m_transOffset, qMax(written, 0)));
@@ -138,9 +136,9 @@ void ZyFileTransHandle::noteLoss(qint64 position)
 
 bool ZyFileTransHandle::openForData()
 {
-    // Unbuffered, so that what is acknowledged has been taken by the file system.
+    // Unbuffered: only what the file system has accepted is acknowledged.
     QIODevice::OpenMode mode = QIODevice::ReadWrite | QIODevice::Unbuffered;
-    // A new file in place of one that has gone would have a hole where data was.
+    // If the file was deleted, a new one would have a hole in place of the data received so far.
     if (m_transOffset > 0)
         mode |= QIODevice::ExistingOnly;
     return m_file.open(mode);
@@ -154,10 +152,10 @@ void ZyFileTransHandle::completeReception()
     m_file.rename(m_fileName);
     m_isCompleted = true;
 
-    const Watch watch(this);
+    const HandleGuard guard(this);
     int checkState = 0;
     Q_EMIT finish(m_file.fileName(), checkState);
-    if (!watch.isServing())
+    if (!guard.isServing())
         return;
     sendMessage({
         {keys::cmd, commandWord(CHECK_DATA)},

@@ -1,18 +1,21 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// The resume record on disk: behind the announced size, inside the temporary file.
+// What a transfer leaves on disk: the resume record at the end of the temporary file, and the files
+// of earlier transfers, which the next one deletes.
 
 #include "envelope.h"
-#include "messagekeys.h"
-#include "resumerecord.h"
+#include "filetransfer.h"
 #include "serverlog.h"
+#include "vocabulary.h"
 #include "zyfiletranshandle.h"
+
+#include <QDir>
 
 namespace keys = zyws::keys;
 
 void ZyFileTransHandle::saveKeyInfo()
 {
-    // Only into the file that holds the data: a record in a new one would resume behind a hole.
+    // Only into the file that holds the data: a record in a new one would resume after a hole.
     if (!m_file.isOpen() && !m_file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
         return;
     // The sender does not repeat what a full disk did not take, and what it sent after that lies
@@ -44,4 +47,19 @@ QJsonObject ZyFileTransHandle::getKeyInfo()
         {keys::size, zyws::decimal(m_transFileSize)},
         {keys::offset, zyws::decimal(m_transOffset)},
     };
+}
+
+void ZyFileTransHandle::removePcModelFile(QString dir)
+{
+    QDir directory(dir);
+    const QFileInfoList entries = directory.entryInfoList(QDir::Files);
+    for (const QFileInfo &entry : entries) {
+        const QString path = entry.filePath();
+        if (!path.endsWith(QLatin1String(".zydlp")) && !path.endsWith(QLatin1String(".zyline"))
+            && !path.endsWith(QLatin1String(".bak")))
+            continue;
+        qCDebug(lcZyServer).noquote() << path;
+        directory.remove(path);
+        qCDebug(lcZyServer) << "wifi remove file: " << path;
+    }
 }

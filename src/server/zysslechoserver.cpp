@@ -8,18 +8,47 @@
 #include "envelope.h"
 #include "linkoptions.h"
 #include "serverlog.h"
-#include "serving.h"
 #include "zyfiletranshandle.h"
 
 #include <QFile>
 #include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QSslKey>
+#include <QWebSocket>
 #include <QWebSocketServer>
 
 #include <utility>
 
 Q_LOGGING_CATEGORY(lcZyServer, "zywebsocket.server", QtDebugMsg)
+
+/**
+ * The scope in which one connection's message is handled, and so gets the replies. Scopes nest when
+ * a host's slot spins the event loop, and the innermost counts. One without a socket encloses a
+ * handle's signal to the host: replies sent from there are dropped.
+ */
+class ZySslEchoServer::Serving
+{
+public:
+    Serving(ZySslEchoServer *server, QWebSocket *socket)
+        : m_server(server), m_socket(socket), m_outer(server->m_serving)
+    {
+        server->m_serving = this;
+    }
+    ~Serving()
+    {
+        if (m_server)
+            m_server->m_serving = m_outer;
+    }
+
+    QWebSocket *socket() const { return m_socket; }
+
+private:
+    Q_DISABLE_COPY(Serving)
+
+    QPointer<ZySslEchoServer> m_server;
+    QPointer<QWebSocket> m_socket;
+    Serving *m_outer;
+};
 
 ZySslEchoServer::ZySslEchoServer(quint16 port, QString certFile, QString keyFile, QString fileDir,
                                  WifiFileState *wifiFileState, QObject *parent)
@@ -158,8 +187,7 @@ void ZySslEchoServer::deliver(QWebSocket *socket, std::function<void()> work)
 
 QWebSocket *ZySslEchoServer::servedSocket() const
 {
-    // sender() is for a slot that somebody else's signal invokes; asking it costs a walk over all
-    // connections.
+    // sender() is for a slot that a foreign signal invokes; it walks over all connections.
     return m_serving ? m_serving->socket() : qobject_cast<QWebSocket *>(sender());
 }
 
@@ -249,9 +277,9 @@ void ZySslEchoServer::sendJsonMessage(const QJsonObject &json)
         m_replied.append(socket);
 }
 
-/// Sends what waits in the sockets now, not one round of the event loop later, which 500
-/// connections make long. Once for all messages that came together: one by one they would wake the
-/// peers so.
+/// Sends the buffered replies now instead of in the next pass of the event loop, which takes long
+/// with 500 connections. Once for all messages that arrived together: a flush each would wake each
+/// peer as often.
 void ZySslEchoServer::flushReplies()
 {
     if (!m_deliveries->isEmpty())

@@ -44,11 +44,11 @@ class DeliveryLine;
  * answer.
  * - Pass an absolute receive directory. The process's current directory is changed to it whenever a
  *   transfer or a print is accepted, and must not be relied upon elsewhere.
- * - Copy a finished model to a place of its own if it is to be kept: the next accepted transfer
- *   deletes the files in the receive directory that end in ".zydlp", ".zyline" or ".bak".
+ * - Copy a finished model elsewhere if it is to be kept: the next accepted transfer deletes
+ *   the files in the receive directory that end in ".zydlp", ".zyline" or ".bak".
  *
- * Everything runs in the thread that created the server, on its event loop, without threads of the
- * library's own. A host's slot may spin the event loop and may delete the server.
+ * Everything runs in the thread that created the server, on its event loop, and the library starts
+ * no threads. A host's slot may spin the event loop and may delete the server.
  *
  * In spite of its name the server speaks plain `ws://`: the certificate and the key are read and
  * not used, as deployed slicers expect.
@@ -185,8 +185,8 @@ private:
     [[maybe_unused]] WifiFileState *m_wifiFileState;
 
     std::unique_ptr<zyws::DeliveryLine> m_deliveries;
-    Serving *m_serving = nullptr; ///< the innermost delivery under way
-    QList<QPointer<QWebSocket>> m_replied; ///< whose replies may still wait in their sockets
+    Serving *m_serving = nullptr; ///< the innermost scope
+    QList<QPointer<QWebSocket>> m_replied; ///< sockets that may still buffer replies
 };
 
 #endif // ZYSSLECHOSERVER_H

@@ -5,7 +5,7 @@
 // A host's slot may delete the server, so nothing here touches a member after an emission
 // unchecked.
 
-#include "statuswords.h"
+#include "vocabulary.h"
 #include "zysslechoserver.h"
 #include "zywebhandle.h"
 

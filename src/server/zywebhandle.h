@@ -24,7 +24,7 @@ class ZySslEchoServer;
 class ZYWEBSOCKET_EXPORT ZyWebHandle : public QObject // clazy:exclude=missing-qobject-macro
 {
 public:
-    /// What status() tells.
+    /// The values of status().
     enum Status {
         Idle = 0,
         ReceivingFile = 2,
@@ -55,8 +55,8 @@ public:
     void sendMessage(QJsonObject json);
 
 protected:
-    /// Watches the handle across a call into the host, whose slots may spin the event loop.
-    class Watch;
+    /// Says after a call into the host, whose slots may spin the event loop, whether to go on.
+    class HandleGuard;
 
     ZySslEchoServer *m_server; ///< null when the parent is not a server
 

@@ -10,6 +10,7 @@
 #include "rawtcpprinter.h"
 #include "rounds.h"
 #include "scriptedprinter.h"
+#include "vocabulary.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -28,46 +29,39 @@ constexpr int messageCount = 9000;
 constexpr int rawConnectionCount = 1000;
 constexpr int burst = 100;
 
-/// A valid one of each request, in orders that get a reception going.
-QByteArrayList requests()
+QByteArray bytesOf(QLatin1String text)
 {
-    return {
-        R"({"cmd":"START_FILE","filename":"part.bin","size":"5000","offset":"0","key":"78563412"})",
-        R"({"cmd":"START_FILE","filename":"b","size":"1000000","offset":"0","key":"0","token":"t"})",
-        R"({"cmd":"CANCEL_FILE"})",
-        R"({"cmd":"START_PRINT","filename":"part.bin","token":"t"})",
-        R"({"cmd":"PRINT_PAUSE","token":"t"})",
-        R"({"cmd":"PRINT_STOP","token":"t"})",
-        R"({"cmd":"GET_PRINT_STATUS","token":"t"})",
-        R"({"cmd":"VERSION_CHECK"})",
-        R"({"cmd":"PRINT_WORKING_LIFE","token":"t"})",
-        R"({"cmd":"PRINT_PARA_SET","token":"t","initExposure":"1","delayLight":"2","eleSpeed":"3",)"
-        R"("printExposure":"4","printHeight":"5","bottomExposureNum":"6"})",
-    };
+    return {text.data(), text.size()};
 }
 
-/// A valid one of each reply about the file with @p key.
-QByteArrayList replies(const QByteArray &key)
+/// A valid one of each request, and two that get a reception going.
+QByteArrayList requests()
 {
     QByteArrayList texts{
-        R"({"cmd":"START_FILE","errorcode":0,"compress":true,"filename":"part.bin","size":"5000",)"
-        R"("offset":"0","key":"KEY"})",
-        R"({"cmd":"START_FILE","compress":false,"filename":"p","size":"5000","offset":"70","key":"KEY"})",
-        R"({"cmd":"START_FILE","errorcode":1,"compress":true,"wifistate":3})",
-        R"({"cmd":"START_DATA","errorcode":0,"key":"KEY","size":"5000","received":"5000"})",
-        R"({"cmd":"START_DATA","errorcode":2,"key":"KEY","size":"5000","received":"-1"})",
-        R"({"cmd":"CHECK_DATA","key":"KEY","checkstate":1})",
-        R"({"cmd":"CANCEL_FILE","errorcode":0})",
-        R"({"cmd":"START_PRINT","status":"STARTED","filename":"part.bin"})",
-        R"({"cmd":"PRINT_PAUSE","status":"CMD_SUCCES"})",
-        R"({"cmd":"PRINT_STOP","status":"CMD_FAIL"})",
-        R"({"cmd":"GET_PRINT_STATUS","printStatus":"PRINT_GENERAL","resin":"r"})",
-        R"({"cmd":"PRINT_PARA_SET","status":""})",
-        R"({"cmd":"PRINT_WORKING_LIFE","life":"9"})",
-        R"({"version":"2"})",
+        R"({"cmd":"START_FILE","filename":"part.bin","size":"5000","offset":"0","key":"78563412"})",
+        R"({"cmd":"START_FILE","filename":"b","size":"1000000","offset":"0","key":"0","token":"t"})",
     };
-    for (QByteArray &text : texts)
-        text.replace("KEY", key);
+    for (const zyws::Message &message : zyws::messages) {
+        if (!message.request.isEmpty())
+            texts += bytesOf(message.request);
+    }
+    return texts;
+}
+
+/// A valid one of each reply, all about the same file, and other forms of some.
+QByteArrayList replies()
+{
+    QByteArrayList texts{
+        R"({"cmd":"START_FILE","compress":false,"filename":"p","size":"5000","offset":"70",)"
+        R"("key":"78563412"})",
+        R"({"cmd":"START_FILE","errorcode":1,"compress":true,"wifistate":3})",
+        R"({"cmd":"START_DATA","errorcode":2,"key":"78563412","size":"5000","received":"-1"})",
+        R"({"cmd":"PRINT_WORKING_LIFE","life":"9"})",
+    };
+    for (const zyws::Message &message : zyws::messages) {
+        if (!message.reply.isEmpty())
+            texts += bytesOf(message.reply);
+    }
     return texts;
 }
 
@@ -177,7 +171,7 @@ void TestHostile::slicerSurvivesMalformedMessages()
 {
     ScriptedPrinter printer;
     ListenerProcess listener(printer.url().toString(), m_file);
-    Malformed malformed(3, replies("78563412"));
+    Malformed malformed(3, replies());
     for (int sent = 0; sent < rounds(messageCount); sent += burst) {
         QVERIFY(waitUntil([&] { return printer.peer() != nullptr; }));
         for (int i = 0; i < burst; ++i) {

@@ -7,6 +7,7 @@
 #include "models.h"
 #include "modelwriter.h"
 #include "runlength.h"
+#include "testprogram.h"
 
 #include <QBuffer>
 #include <QTemporaryDir>
@@ -319,5 +320,5 @@ void TestModelFormat::rejectsBadCode()
     QCOMPARE(mask.size(), 128);
 }
 
-QTEST_GUILESS_MAIN(TestModelFormat)
+ZY_TEST(TestModelFormat)
 #include "tst_modelformat.moc"

@@ -5,6 +5,7 @@
 #include "modelreader.h"
 #include "models.h"
 #include "printerprocess.h"
+#include "testprogram.h"
 
 #include <QDir>
 #include <QtTest>
@@ -228,5 +229,5 @@ void TestZymodel::takesNoLongerResinThanTheFormat()
     }
 }
 
-QTEST_GUILESS_MAIN(TestZymodel)
+ZY_TEST(TestZymodel)
 #include "tst_zymodel.moc"

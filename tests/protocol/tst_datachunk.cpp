@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The payload of a data message.
 
-#include "datachunk.h"
+#include "filetransfer.h"
 
 #include <QtEndian>
 #include <QtTest>

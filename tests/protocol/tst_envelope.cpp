@@ -135,7 +135,7 @@ void tst_Envelope::readsAnythingElseAsAnEmptyObject_data()
     row("single quotes", "{'cmd':'START_FILE'}");
     row("a trailing comma", R"({"cmd":"START_FILE",})");
     row("two objects", R"({"cmd":"START_FILE"}{"cmd":"START_FILE"})");
-    row("something behind the object", R"({"cmd":"START_FILE"} x)");
+    row("something after the object", R"({"cmd":"START_FILE"} x)");
     row("plain text", "START_FILE");
     QTest::newRow("deeper than the parser goes")
         << QString(5000, QLatin1Char('[')) + QString(5000, QLatin1Char(']'));

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The file key, as both ends compute it.
 
-#include "filekey.h"
+#include "filetransfer.h"
 
 #include <QtTest>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The resume record, byte by byte.
 
-#include "resumerecord.h"
+#include "filetransfer.h"
 
 #include <QtTest>
 

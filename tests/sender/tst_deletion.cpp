@@ -5,6 +5,7 @@
 #include "scriptedprinter.h"
 #include "sending.h"
 #include "testprinter.h"
+#include "testprogram.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
@@ -141,5 +142,5 @@ void TestSenderDeletion::leavesThePartOnThePrinter()
     QVERIFY(readFile(printer.path(QStringLiteral("part.bin"))) == contents);
 }
 
-QTEST_GUILESS_MAIN(TestSenderDeletion)
+ZY_TEST(TestSenderDeletion)
 #include "tst_deletion.moc"

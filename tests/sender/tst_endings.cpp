@@ -7,6 +7,7 @@
 #include "scriptedprinter.h"
 #include "sending.h"
 #include "testprinter.h"
+#include "testprogram.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -409,5 +410,5 @@ void TestSenderEndings::ignoresWhatComesBeforeTheStart()
     QVERIFY(sending.result().isSent());
 }
 
-QTEST_GUILESS_MAIN(TestSenderEndings)
+ZY_TEST(TestSenderEndings)
 #include "tst_endings.moc"

@@ -4,6 +4,7 @@
 
 #include "scriptedprinter.h"
 #include "sending.h"
+#include "testprogram.h"
 
 #include <QFile>
 
@@ -156,5 +157,5 @@ void TestSenderFiles::goesOnWithAFileThatWasRemoved()
     QCOMPARE(sending.result().bytes(), qint64(3 * chunkBytes));
 }
 
-QTEST_GUILESS_MAIN(TestSenderFiles)
+ZY_TEST(TestSenderFiles)
 #include "tst_files.moc"

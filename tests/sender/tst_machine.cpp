@@ -3,6 +3,7 @@
 // The sender's state machine, fed with made-up events: no socket, no clock.
 
 #include "sendmachine.h"
+#include "testprogram.h"
 
 #include <QTest>
 
@@ -389,5 +390,5 @@ void TestSendMachine::takesNothingAfterTheEnd()
         QVERIFY(run.machine.handle(each).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(TestSendMachine)
+ZY_TEST(TestSendMachine)
 #include "tst_machine.moc"

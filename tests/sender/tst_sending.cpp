@@ -6,6 +6,7 @@
 #include "scriptedprinter.h"
 #include "sending.h"
 #include "testprinter.h"
+#include "testprogram.h"
 
 #include <QSemaphore>
 #include <QThread>
@@ -311,5 +312,5 @@ void TestSending::leavesTheOffsetToThePrinterEvenAtTheEndOfTheFile()
     QCOMPARE(printer.chunks().size(), 0);
 }
 
-QTEST_GUILESS_MAIN(TestSending)
+ZY_TEST(TestSending)
 #include "tst_sending.moc"

@@ -252,7 +252,7 @@ void tst_Destruction::endsEachConnectionOnce()
     LogCapture log;
     printer.host().during(QStringLiteral("sigDoPrintPause"), [&] { printer.destroyServer(); });
     printer.host().during(QStringLiteral("fileTranDisconnet"), spinOnce);
-    // One segment, so that the disconnect waits behind the message, and is handled while the
+    // One segment, so that the disconnect waits after the message, and is handled while the
     // destructor is busy with the other connection.
     leaving.write(commandFrame("PRINT_PAUSE") + RawTcpPeer::frame(RawTcpPeer::Close, {}));
     QVERIFY(waitUntil([&] { return leaving.isEnded() && receiving.isEnded(); }));

@@ -52,7 +52,7 @@ QJsonObject startedAnew(const QJsonObject &request)
     return reply;
 }
 
-/// Begins a transfer on a connection of its own, sends @p data and closes the connection.
+/// Begins a transfer on a new connection, sends @p data and closes the connection.
 void interrupt(TestPrinter &printer, const QJsonObject &request, const QList<QByteArray> &data)
 {
     {
@@ -133,7 +133,7 @@ void tst_Resume::resumesAfterThreeOfFiveChunks()
     QCOMPARE(printer.lastStatus(), 2);
     peer.sendChunk(chunks.at(3));
     QCOMPARE(peer.take(), startData(contents.size(), 4 * chunkBytes));
-    // The record stays behind the data until the file is complete.
+    // The record stays after the data until the file is complete.
     QVERIFY(QFileInfo(printer.temporaryFile()).size() > contents.size());
     peer.sendChunk(chunks.at(4));
     QCOMPARE(peer.take(), startData(contents.size(), 5 * chunkBytes));

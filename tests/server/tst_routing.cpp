@@ -153,7 +153,7 @@ void tst_Routing::handlesATextSplitOverSegmentsOnce()
     const QByteArray frame = RawTcpPeer::frame(RawTcpPeer::Text, versionCheck);
     for (int split = 1; split < frame.size(); ++split) {
         peer.write(frame.left(split));
-        // The server has read the first part once it has answered somebody else.
+        // The server has read the first part once it has answered another peer.
         QVERIFY(clock.expectNothing());
         QCOMPARE(peer.texts(), QStringList());
         peer.write(frame.mid(split));
@@ -315,7 +315,7 @@ void tst_Routing::sendsNothingInsideARelayedSignal()
     peer.send(QByteArrayLiteral(R"({"cmd":"START_PRINT","filename":"p"})"));
     QVERIFY(peer.waitForReplies(6));
     QCOMPARE(printer.host().count(signal), 1);
-    // The replies behind the relayed signal go out all the same.
+    // The replies after the relayed signal go out all the same.
     QCOMPARE(peer.take().value(QStringLiteral("offset")), QJsonValue(QStringLiteral("0")));
     QCOMPARE(peer.take(), startData(1, 1));
     QCOMPARE(peer.take(), checkData(1));

@@ -249,7 +249,7 @@ void tst_SpinningHost::answersAStartFileInside()
     QCOMPARE(reply.value(QStringLiteral("offset")), QJsonValue(QStringLiteral("0")));
     QVERIFY(other.expectNothing());
     if (name == QStringLiteral("getPrintState")) {
-        // The later request has won, and the earlier one is told so.
+        // The later request has won, and the earlier one is refused.
         QCOMPARE(json(peer.takeText().toUtf8()), refusal(1, 3));
     }
 }

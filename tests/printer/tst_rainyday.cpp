@@ -5,6 +5,7 @@
 #include "models.h"
 #include "printerprocess.h"
 #include "slicer.h"
+#include "testprogram.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -370,5 +371,5 @@ void TestPrinterRainyDay::makesNamesFromTheWireHarmlessInItsLog()
     QVERIFY2(m_printer->says("\"x?00:00:00 complete?[2J\""), m_printer->output().constData());
 }
 
-QTEST_GUILESS_MAIN(TestPrinterRainyDay)
-#include "tst_printer_rainyday.moc"
+ZY_TEST(TestPrinterRainyDay)
+#include "tst_rainyday.moc"

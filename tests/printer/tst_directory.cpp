@@ -5,6 +5,7 @@
 #include "models.h"
 #include "printerprocess.h"
 #include "slicer.h"
+#include "testprogram.h"
 
 #include <QDir>
 #include <QtTest>
@@ -266,5 +267,5 @@ void TestPrinterDirectory::leavesAPictureAloneThatIsNoFileAnyMore()
     QVERIFY(isFifo(picture));
 }
 
-QTEST_GUILESS_MAIN(TestPrinterDirectory)
-#include "tst_printer_directory.moc"
+ZY_TEST(TestPrinterDirectory)
+#include "tst_directory.moc"

@@ -5,6 +5,7 @@
 #include "models.h"
 #include "printerprocess.h"
 #include "slicer.h"
+#include "testprogram.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -345,5 +346,5 @@ void TestPrinter::saysItsVersionAndItsHelp()
         QVERIFY2(help.output.contains(option), option);
 }
 
-QTEST_GUILESS_MAIN(TestPrinter)
-#include "tst_printer.moc"
+ZY_TEST(TestPrinter)
+#include "tst_printing.moc"

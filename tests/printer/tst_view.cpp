@@ -6,6 +6,7 @@
 #include "printerprocess.h"
 #include "slicer.h"
 #include "terminalprocess.h"
+#include "testprogram.h"
 
 #include <QImage>
 #include <QtTest>
@@ -250,5 +251,5 @@ void TestPrinterView::rejectsItsPreviewDirectory()
                  + "; give --preview a directory that can be written\n");
 }
 
-QTEST_GUILESS_MAIN(TestPrinterView)
-#include "tst_printer_view.moc"
+ZY_TEST(TestPrinterView)
+#include "tst_view.moc"

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 // Tells a command handler whether it may go on after a call into the host.
 
-#ifndef HANDLEWATCH_H
-#define HANDLEWATCH_H
+#ifndef HANDLEGUARD_H
+#define HANDLEGUARD_H
 
 #include "zywebhandle.h"
 
@@ -13,16 +13,16 @@
  * Made before a host's slot runs and asked after it: the slot may have spun the event loop, in
  * which the peer left, or deleted the server and the handle with it.
  */
-class ZyWebHandle::Watch
+class ZyWebHandle::HandleGuard
 {
 public:
-    explicit Watch(const ZyWebHandle *handle) : m_handle(handle) { }
+    explicit HandleGuard(const ZyWebHandle *handle) : m_handle(handle) { }
 
-    /// False when the peer or the server is gone: the handler must return without another word.
+    /// False when the peer or the server is gone: the handler must return at once, without a reply.
     bool isServing() const { return m_handle && !m_handle->m_isAbandoned; }
 
 private:
     QPointer<const ZyWebHandle> m_handle;
 };
 
-#endif // HANDLEWATCH_H
+#endif // HANDLEGUARD_H
