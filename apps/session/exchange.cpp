@@ -4,7 +4,7 @@
 
 #include "exchange.h"
 
-#include "wirewords.h"
+#include <vocabulary.h>
 
 namespace zysession
 {
@@ -12,14 +12,19 @@ namespace zysession
 namespace
 {
 
+namespace keys = zyws::keys;
+namespace commands = zyws::commands;
+namespace printstart = zyws::printstart;
+namespace results = zyws::results;
+
 QString wordOf(const QJsonObject &answer)
 {
-    return answer.value(wire::status).toString();
+    return answer.value(keys::status).toString();
 }
 
 bool isTokenRejected(const QJsonObject &status)
 {
-    return status.value(wire::printStatus).toString() == wire::tokenError;
+    return status.value(keys::printStatus).toString() == zyws::printstates::tokenError;
 }
 
 } // namespace
@@ -44,19 +49,19 @@ void Exchange::abandon()
 void Exchange::print(const QString &fileName)
 {
     m_isChecking = false;
-    ask(wire::startPrint, &Exchange::judgePrint,
+    ask(commands::startPrint, &Exchange::judgePrint,
         [&](ZySslEchoClient &client) { client.printStartCmd(fileName, m_token); });
 }
 
 void Exchange::pause()
 {
-    ask(wire::printPause, &Exchange::judgeCommand,
+    ask(commands::printPause, &Exchange::judgeCommand,
         [&](ZySslEchoClient &client) { client.printPauseCmd(m_token); });
 }
 
 void Exchange::stop()
 {
-    ask(wire::printStop, &Exchange::judgeCommand,
+    ask(commands::printStop, &Exchange::judgeCommand,
         [&](ZySslEchoClient &client) { client.printStopCmd(m_token); });
 }
 
@@ -67,7 +72,7 @@ void Exchange::askStatus()
 
 void Exchange::askVersion()
 {
-    ask(wire::version, &Exchange::acknowledge,
+    ask(keys::version, &Exchange::acknowledge,
         [](ZySslEchoClient &client) { client.versionCheckCmd(); });
 }
 
@@ -79,17 +84,18 @@ void Exchange::set(const Parameters &parameters)
 
 void Exchange::cancelFile()
 {
-    ask(wire::cancelFile, &Exchange::acknowledge, [](ZySslEchoClient &client) { client.cancel(); });
+    ask(commands::cancelFile, &Exchange::acknowledge,
+        [](ZySslEchoClient &client) { client.cancel(); });
 }
 
 QString Exchange::versionOf(const QJsonObject &answer)
 {
-    return answer.value(wire::version).toString();
+    return answer.value(keys::version).toString();
 }
 
 void Exchange::askStatusFor(Judge judge)
 {
-    ask(wire::getPrintStatus, judge,
+    ask(commands::getPrintStatus, judge,
         [&](ZySslEchoClient &client) { client.getPrintStatusCmd(m_token); });
 }
 
@@ -105,8 +111,8 @@ void Exchange::ask(QLatin1String word, Judge judge, const Question &question)
 
 void Exchange::onReceived(const QJsonObject &message)
 {
-    const bool isAnswer = message.value(wire::cmd).toString() == m_word
-        || (m_word == wire::version && message.contains(wire::version));
+    const bool isAnswer = message.value(keys::cmd).toString() == m_word
+        || (m_word == keys::version && message.contains(keys::version));
     if (isUnderWay() && isAnswer)
         (this->*m_judge)(message);
 }
@@ -130,25 +136,25 @@ void Exchange::acknowledge(const QJsonObject &answer)
 void Exchange::judgeCommand(const QJsonObject &answer)
 {
     const QString word = wordOf(answer);
-    if (word == wire::tokenError)
+    if (word == results::tokenError)
         end(Ending::TokenRejected, answer);
     else
-        end(word == wire::done ? Ending::Done : Ending::Refused, answer);
+        end(word == results::done ? Ending::Done : Ending::Refused, answer);
 }
 
 void Exchange::judgePrint(const QJsonObject &answer)
 {
     const QString word = wordOf(answer);
-    if (word == wire::checking && !m_isChecking) {
+    if (word == printstart::checking && !m_isChecking) {
         m_isChecking = true; // the check's result is a second answer
         m_timeLimit.start(m_link.limits().check);
         Q_EMIT checking();
-    } else if (word == wire::started) {
+    } else if (word == printstart::started) {
         end(Ending::Done, answer);
-    } else if (word == wire::printTokenError) {
+    } else if (word == printstart::tokenError) {
         end(Ending::TokenRejected, answer);
     } else {
-        end(word == wire::busy ? Ending::Busy : Ending::CheckFailed, answer);
+        end(word == printstart::busy ? Ending::Busy : Ending::CheckFailed, answer);
     }
 }
 
@@ -166,14 +172,14 @@ void Exchange::sendParameters(const QJsonObject &status)
     QJsonObject all;
     for (const QString &key : parameterKeys())
         all.insert(key, m_parameters.value(key, status.value(key).toString()));
-    ask(wire::printParaSet, &Exchange::readParametersBack,
+    ask(commands::printParaSet, &Exchange::readParametersBack,
         [&](ZySslEchoClient &client) { client.setPrintParaCmd(all, m_token); });
 }
 
 void Exchange::readParametersBack(const QJsonObject &answer)
 {
     const QString word = wordOf(answer);
-    if (word == wire::tokenError || word == wire::failed)
+    if (word == results::tokenError || word == results::failed)
         judgeCommand(answer);
     else
         askStatusFor(&Exchange::compareParameters);

@@ -4,12 +4,12 @@
 
 #include "printerstatus.h"
 
-#include "wirewords.h"
-
 #include <QJsonObject>
 
 #include <algorithm>
 #include <limits>
+
+#include <vocabulary.h>
 
 namespace zysession
 {
@@ -18,6 +18,8 @@ namespace
 {
 
 using State = PrinterStatus::State;
+namespace keys = zyws::keys;
+namespace printstates = zyws::printstates;
 
 State stateOf(const QString &word)
 {
@@ -25,17 +27,16 @@ State stateOf(const QString &word)
         QLatin1String word;
         State state;
     };
-    // Deliberate spelling of PRINT_STOPING: the printer's.
-    static const Row rows[] = {
-        {QLatin1String("PRINT_GENERAL"), State::Ready},
-        {QLatin1String("PRINT_PROCESSING"), State::Printing},
-        {QLatin1String("PRINT_COMPLETE"), State::Complete},
-        {QLatin1String("PRINT_FAIL"), State::Failed},
-        {QLatin1String("PRINT_END"), State::Ended},
-        {QLatin1String("PRINT_STOP"), State::Paused},
-        {QLatin1String("PRINT_STOPING"), State::Halting},
-        {QLatin1String("PRINT_COMPLETING"), State::Completing},
-        {wire::tokenError, State::TokenRejected},
+    static constexpr Row rows[] = {
+        {printstates::general, State::Ready},
+        {printstates::processing, State::Printing},
+        {printstates::complete, State::Complete},
+        {printstates::fail, State::Failed},
+        {printstates::end, State::Ended},
+        {printstates::stop, State::Paused},
+        {printstates::stopping, State::Halting},
+        {printstates::completing, State::Completing},
+        {printstates::tokenError, State::TokenRejected},
     };
     const auto row = std::find_if(std::begin(rows), std::end(rows),
                                   [&](const Row &each) { return each.word == word; });
@@ -53,7 +54,7 @@ int countOf(const QString &text)
 
 const QStringList &parameterKeys()
 {
-    static const QStringList keys(std::begin(wire::parameters), std::end(wire::parameters));
+    static const QStringList keys(std::begin(keys::parameters), std::end(keys::parameters));
     return keys;
 }
 
@@ -71,15 +72,15 @@ PrinterStatus PrinterStatus::fromReply(const QJsonObject &reply)
 {
     const auto text = [&](QLatin1String key) { return reply.value(key).toString(); };
     PrinterStatus status;
-    status.word = text(wire::printStatus);
+    status.word = text(keys::printStatus);
     status.state = stateOf(status.word);
-    status.filename = text(wire::filename);
-    status.remainingTime = text(wire::printRemainTime);
-    status.layerThickness = text(wire::layerThickness);
-    status.resin = text(wire::resin);
-    status.layer = countOf(text(wire::curSliceLayer));
-    status.layerCount = countOf(text(wire::sliceLayerCount));
-    for (const QLatin1String &key : wire::parameters)
+    status.filename = text(keys::filename);
+    status.remainingTime = text(keys::printRemainTime);
+    status.layerThickness = text(keys::layerThickness);
+    status.resin = text(keys::resin);
+    status.layer = countOf(text(keys::curSliceLayer));
+    status.layerCount = countOf(text(keys::sliceLayerCount));
+    for (const QLatin1String &key : keys::parameters)
         status.parameters.insert(key, text(key));
     return status;
 }

@@ -5,6 +5,7 @@
 #include "cuttingproxy.h"
 #include "exchange.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "waiting.h"
 
 #include <QTcpServer>
@@ -451,6 +452,6 @@ void TestExchange::mayBeDeletedInItsOwnSlots()
     QVERIFY(waitUntil([&] { return !link; }));
 }
 
-QTEST_GUILESS_MAIN(TestExchange)
+ZY_TEST(TestExchange)
 
 #include "tst_exchange.moc"

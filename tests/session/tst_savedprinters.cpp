@@ -4,6 +4,7 @@
 
 #include "modelfiles.h"
 #include "savedprinters.h"
+#include "testprogram.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -251,6 +252,6 @@ void TestSavedPrinters::saysThatAFileIsNotWritable()
     QCOMPARE(saved.save(bench("secret")), SettingsFault::NotWritable);
 }
 
-QTEST_APPLESS_MAIN(TestSavedPrinters)
+ZY_TEST(TestSavedPrinters)
 
 #include "tst_savedprinters.moc"

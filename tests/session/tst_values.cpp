@@ -5,6 +5,7 @@
 #include "printerstatus.h"
 #include "ratemeter.h"
 #include "savedprinters.h"
+#include "testprogram.h"
 
 #include <QJsonObject>
 #include <QtTest>
@@ -242,6 +243,6 @@ void TestValues::takesWhatWasThereBeforeForNoSpeed()
     QCOMPARE(meter.bytesPerSecond(), 1000.0);
 }
 
-QTEST_APPLESS_MAIN(TestValues)
+ZY_TEST(TestValues)
 
 #include "tst_values.moc"

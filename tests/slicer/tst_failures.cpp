@@ -8,6 +8,7 @@
 #include "rawpeer.h"
 #include "slicerprocess.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QTcpServer>
@@ -236,6 +237,6 @@ void TestFailures::givesUpAStalledTransfer()
     QCOMPARE(retries[1].value("delayMs"_s).toInt(), 100);
 }
 
-QTEST_GUILESS_MAIN(TestFailures)
+ZY_TEST(TestFailures)
 
 #include "tst_failures.moc"

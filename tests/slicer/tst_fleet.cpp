@@ -5,6 +5,7 @@
 #include "modelfiles.h"
 #include "printerprocess.h"
 #include "slicerprocess.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QtTest>
@@ -146,6 +147,6 @@ void TestFleet::interruptsAll()
         QVERIFY(printer->pathOf("wifi_tranfer.tmp"_s).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(TestFleet)
+ZY_TEST(TestFleet)
 
 #include "tst_fleet.moc"

@@ -8,6 +8,7 @@
 #include "rawpeer.h"
 #include "slicerprocess.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "texts.h"
 #include "waiting.h"
 
@@ -364,6 +365,6 @@ void TestRecovery::tellsAtCtrlCWhatThePrinterWasAsked()
     VERIFY_TEXT(isOneErrorLine(slicer.errors(), part), slicer.errors());
 }
 
-QTEST_GUILESS_MAIN(TestRecovery)
+ZY_TEST(TestRecovery)
 
 #include "tst_recovery.moc"

@@ -5,6 +5,7 @@
 #include "modelfiles.h"
 #include "printerprocess.h"
 #include "slicerprocess.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QtTest>
@@ -185,6 +186,6 @@ void TestSend::usesTheNameOfTheTransferItResumes()
     QVERIFY(readFile(m_printer.pathOf("old.zydlp"_s)) == readFile(path));
 }
 
-QTEST_GUILESS_MAIN(TestSend)
+ZY_TEST(TestSend)
 
 #include "tst_send.moc"

@@ -4,6 +4,7 @@
 
 #include "modelfiles.h"
 #include "slicerprocess.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QtTest>
@@ -141,6 +142,6 @@ void TestSettings::tellsThatSettingsAreNotWritable()
     EXPECT_FAILURE(addPrinter(path("file/settings.ini"_s)), 7, "settings not writable");
 }
 
-QTEST_GUILESS_MAIN(TestSettings)
+ZY_TEST(TestSettings)
 
 #include "tst_settings.moc"

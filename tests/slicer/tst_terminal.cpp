@@ -5,6 +5,7 @@
 #include "modelfiles.h"
 #include "printerprocess.h"
 #include "slicerprocess.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QRegularExpression>
@@ -191,6 +192,6 @@ void TestTerminal::drawsTheLayersOfAPrint()
     VERIFY_TEXT(bar.match(drawnLines(result.screen).last()).hasMatch(), result.screen);
 }
 
-QTEST_GUILESS_MAIN(TestTerminal)
+ZY_TEST(TestTerminal)
 
 #include "tst_terminal.moc"

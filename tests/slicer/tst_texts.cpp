@@ -3,6 +3,7 @@
 // What zyslicer computes and says without a printer: amounts, times, lines of progress.
 
 #include "progressline.h"
+#include "testprogram.h"
 #include "wording.h"
 
 #include <QtTest>
@@ -80,6 +81,6 @@ void TestTexts::dropsTheLeastImportantColumnFirst()
     QCOMPARE(progressLine(row, 20), QStringLiteral(" 50 %  demo.zydlp"));
 }
 
-QTEST_APPLESS_MAIN(TestTexts)
+ZY_TEST(TestTexts)
 
 #include "tst_texts.moc"

@@ -4,6 +4,7 @@
 
 #include "modelfiles.h"
 #include "slicerprocess.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QtTest>
@@ -166,6 +167,6 @@ void TestUsage::keepsAnErrorOnOneLine()
                    "/nonexistent?file");
 }
 
-QTEST_GUILESS_MAIN(TestUsage)
+ZY_TEST(TestUsage)
 
 #include "tst_usage.moc"

@@ -5,9 +5,10 @@
 #include "jsonview.h"
 
 #include "standardoutput.h"
-#include "wirewords.h"
 
 #include <QJsonDocument>
+
+#include <vocabulary.h>
 
 namespace zyslicer
 {
@@ -75,7 +76,7 @@ QJsonObject fields(const Event &event)
         break;
     }
     QJsonObject answer = event.answer;
-    answer.remove(zysession::wire::cmd);
+    answer.remove(zyws::keys::cmd);
     return answer;
 }
 
