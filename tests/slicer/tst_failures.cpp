@@ -12,6 +12,7 @@
 #include "texts.h"
 
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QtTest>
 
 using zytest::CuttingProxy;
@@ -42,6 +43,7 @@ private Q_SLOTS:
     void initTestCase();
     void tellsThatNobodyListens();
     void tellsThatNobodyAnswersTheHandshake();
+    void tellsThatSomethingElseAnswers();
     void tellsThatACommandIsNotAnswered();
     void tellsThatThePrinterIsReceiving();
     void tellsThatThePrinterIsChecking();
@@ -90,6 +92,18 @@ void TestFailures::tellsThatNobodyAnswersTheHandshake()
     const QString url = "ws://127.0.0.1:%1"_s.arg(silent.serverPort());
     EXPECT_FAILURE(runSlicer(send(url, {"--connect-timeout"_s, "0.3"_s})), 3,
                    "no connection (timed out): ");
+}
+
+void TestFailures::tellsThatSomethingElseAnswers()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    connect(&server, &QTcpServer::newConnection, this,
+            [&] { server.nextPendingConnection()->write("220 ready\r\n\r\n"); });
+    const QString url = "ws://127.0.0.1:%1"_s.arg(server.serverPort());
+    EXPECT_FAILURE(runSlicer(send(url)), 3, "no connection (not a WebSocket server): ");
+    EXPECT_FAILURE(runSlicer({"status"_s, "--to"_s, url}), 3,
+                   "no connection (not a WebSocket server): ");
 }
 
 void TestFailures::tellsThatACommandIsNotAnswered()

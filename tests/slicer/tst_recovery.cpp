@@ -62,6 +62,7 @@ private Q_SLOTS:
     void tellsALostPrinterInItsOwnWords();
     void cancelsOnThePrinterAtCtrlC();
     void leavesWhenACancelIsNotAcknowledged();
+    void leavesAtCtrlCWhatThePrinterHoldsWhole();
     void leavesAtOnceAtTheSecondCtrlC();
     void leavesWhilePausingBeforeARetry();
     void followsAPrintOverACut();
@@ -253,6 +254,21 @@ void TestRecovery::leavesWhenACancelIsNotAcknowledged()
     QVERIFY(slicer.waitForExit());
     QCOMPARE(slicer.exitCode(), 130);
     VERIFY_TEXT(isOneErrorLine(slicer.errors(), "did not acknowledge the cancel"), slicer.errors());
+}
+
+void TestRecovery::leavesAtCtrlCWhatThePrinterHoldsWhole()
+{
+    Bench bench;
+    // The printer has stored the file; whatever it answers does not get through.
+    bench.printer.host().during("finish"_s, [&] { bench.proxy.freeze(); });
+    SlicerProcess slicer(bench.send(m_file));
+    QVERIFY(zytest::waitUntil([&] { return bench.printer.host().count("finish"_s) == 1; }));
+    slicer.interrupt();
+    QVERIFY(slicer.waitForExit());
+    QCOMPARE(slicer.exitCode(), 130);
+    VERIFY_TEXT(isOneErrorLine(slicer.errors(), "the whole file"), slicer.errors());
+    QCOMPARE(bench.printer.host().count("cancle"_s), 0);
+    QVERIFY(bench.stored() == m_bytes);
 }
 
 void TestRecovery::leavesAtOnceAtTheSecondCtrlC()

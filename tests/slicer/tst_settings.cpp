@@ -3,6 +3,7 @@
 // The file of the saved printers: what is kept in it, and what is kept from it.
 
 #include "modelfiles.h"
+#include "printerprocess.h"
 #include "slicerprocess.h"
 #include "testprogram.h"
 #include "texts.h"
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void readsAddressesThatEarlierVersionsSaved();
     void keepsOtherSettings();
     void needsNoSettingsForAUrl();
+    void usesEachPrintersSavedToken();
     void leavesAFileAloneThatHoldsNoSettings_data();
     void leavesAFileAloneThatHoldsNoSettings();
     void leavesAloneWhatIsNoRegularFile_data();
@@ -76,6 +78,30 @@ void TestSettings::keepsOtherSettings()
     VERIFY_TEXT(bytes.contains("[other]\nkey=value\n"), bytes);
     QCOMPARE(printers({}, settings).output,
              QByteArray("a       ws://b:1\nbench1  ws://10.0.0.1:80\n"));
+}
+
+void TestSettings::usesEachPrintersSavedToken()
+{
+    const PrinterProcess one({"--token"_s, "first"_s});
+    const PrinterProcess two({"--token"_s, "second"_s});
+    const QString settings = path("tokens.ini"_s);
+    const auto add = [&](const QString &name, const PrinterProcess &printer,
+                         const QStringList &more) {
+        return printers(QStringList{"add"_s, name, printer.url().toString()} + more, settings);
+    };
+    QCOMPARE(add("one"_s, one, {"--token"_s, "first"_s}).exitCode, 0);
+    QCOMPARE(add("two"_s, two, {"--token"_s, "second"_s}).exitCode, 0);
+    QCOMPARE(QFile::permissions(settings) & (QFile::ReadGroup | QFile::ReadOther), 0);
+    QCOMPARE(add("two"_s, two, {}).exitCode, 0); // keeps its token
+    const QStringList status{"status"_s, "--to"_s, "one"_s, "--to"_s, "two"_s};
+    QCOMPARE(runSlicer(status, settings).exitCode, 0);
+    const SlicerResult given = runSlicer(status + QStringList{"--token"_s, "first"_s}, settings);
+    QCOMPARE(given.exitCode, 10);
+    VERIFY_TEXT(isOneErrorLine(given.errors, "token rejected: two"), given.errors);
+    for (const QStringList &list : {QStringList(), QStringList("--json"_s)})
+        QVERIFY(!printers(list, settings).output.contains("first"));
+    QCOMPARE(add("two"_s, two, {"--token"_s, ""_s}).exitCode, 0);
+    EXPECT_FAILURE(runSlicer({"status"_s, "--to"_s, "two"_s}, settings), 6, "token rejected");
 }
 
 void TestSettings::needsNoSettingsForAUrl()
