@@ -2,14 +2,14 @@
 // SPDX-License-Identifier: MIT
 // The terminal on standard output: whether there is one, how big it is, a screen of its own.
 
-#include "terminal.h"
+#include "fullscreen.h"
 
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-namespace terminal
+namespace zyprinter
 {
 
 namespace
@@ -32,12 +32,12 @@ int openWithoutBlocking()
 
 } // namespace
 
-bool isThere()
+bool isTerminal()
 {
     return isatty(STDOUT_FILENO) != 0 && qgetenv("TERM") != "dumb";
 }
 
-QSize size()
+QSize terminalSize()
 {
     winsize window{};
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) == 0 && window.ws_col > 0 && window.ws_row > 0)
@@ -85,4 +85,4 @@ void Screen::draw(const QStringList &lines)
     flush();
 }
 
-} // namespace terminal
+} // namespace zyprinter

@@ -2,13 +2,16 @@
 // SPDX-License-Identifier: MIT
 // zymodel's command line.
 
-#include "options.h"
+#include "modeloptions.h"
 
 #include "commandline.h"
 #include "errorline.h"
 #include "modelheader.h"
 
 #include <cstdio>
+
+namespace zymodel
+{
 
 namespace
 {
@@ -21,18 +24,17 @@ struct Arguments {
     std::string resin = "Standard Grey";
 };
 
-std::string readResolution(const std::string &text, Options &options)
+std::string readResolution(const std::string &text, ModelOptions &options)
 {
     char rest = 0;
     const int read = std::sscanf(text.c_str(), "%5dx%5d%c", &options.width, &options.height, &rest);
-    const auto isSide = [](int side) { return side >= 1 && side <= zymodel::maxSide; };
+    const auto isSide = [](int side) { return side >= 1 && side <= maxSide; };
     if (read == 2 && isSide(options.width) && isSide(options.height))
         return {};
-    return text + " is no WIDTHxHEIGHT in pixels, each from 1 to "
-        + std::to_string(zymodel::maxSide);
+    return text + " is no WIDTHxHEIGHT in pixels, each from 1 to " + std::to_string(maxSide);
 }
 
-void describe(CLI::App &app, Options &options, Arguments &arguments)
+void describe(CLI::App &app, ModelOptions &options, Arguments &arguments)
 {
     app.name("zymodel");
     app.description("Writes a sliced model: a gyroid lattice inside a sphere, sliced into "
@@ -51,7 +53,7 @@ void describe(CLI::App &app, Options &options, Arguments &arguments)
     app.add_option("--layers", options.layers,
                    "Number of layers; the solid's height stays the same")
         ->type_name("N")
-        ->check(CLI::Range(1, zymodel::maxLayers))
+        ->check(CLI::Range(1, maxLayers))
         ->capture_default_str();
     app.add_option("--resolution", arguments.resolution, "Pixels of a layer")
         ->type_name("WxH")
@@ -70,18 +72,17 @@ void describe(CLI::App &app, Options &options, Arguments &arguments)
 std::optional<int> checkResin(const QString &name)
 {
     const int bytes = name.toUtf8().size();
-    if (bytes <= zymodel::maxResinBytes)
+    if (bytes <= maxResinBytes)
         return std::nullopt;
-    zyapp::printError(
-        QStringLiteral("zymodel"),
-        QStringLiteral("the resin's name takes %1 bytes of UTF-8").arg(bytes), name,
-        QStringLiteral("give a --resin of at most %1 bytes").arg(zymodel::maxResinBytes));
+    zyapp::printError(QStringLiteral("zymodel"),
+                      QStringLiteral("the resin's name takes %1 bytes of UTF-8").arg(bytes), name,
+                      QStringLiteral("give a --resin of at most %1 bytes").arg(maxResinBytes));
     return zyapp::usageError;
 }
 
 } // namespace
 
-std::optional<int> readOptions(int argc, char **argv, Options &options)
+std::optional<int> readOptions(int argc, char **argv, ModelOptions &options)
 {
     CLI::App app;
     Arguments arguments;
@@ -98,3 +99,5 @@ std::optional<int> readOptions(int argc, char **argv, Options &options)
     options.resin = zyapp::fromArgument(arguments.resin);
     return checkResin(options.resin);
 }
+
+} // namespace zymodel

@@ -2,20 +2,20 @@
 // SPDX-License-Identifier: MIT
 // The terminal on standard output: whether there is one, how big it is, a screen of its own.
 
-#ifndef TERMINAL_H
-#define TERMINAL_H
+#ifndef FULLSCREEN_H
+#define FULLSCREEN_H
 
 #include <QByteArray>
 #include <QSize>
 #include <QStringList>
 
-namespace terminal
+namespace zyprinter
 {
 
 /// Standard output is a terminal that can be drawn on.
-bool isThere();
-/// In characters.
-QSize size();
+bool isTerminal();
+/// The terminal's, in characters.
+QSize terminalSize();
 
 /**
  * A screen of its own, for as long as this lives; what was on the terminal comes back afterwards.
@@ -40,6 +40,6 @@ private:
     QByteArray m_pending; ///< what the terminal has not taken yet
 };
 
-} // namespace terminal
+} // namespace zyprinter
 
-#endif // TERMINAL_H
+#endif // FULLSCREEN_H

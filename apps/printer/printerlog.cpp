@@ -2,13 +2,16 @@
 // SPDX-License-Identifier: MIT
 // What happens on the printer, as lines of text with the time of day.
 
-#include "eventlog.h"
+#include "printerlog.h"
 
 #include "errorline.h"
 
 #include <QTime>
 
-void EventLog::add(const QString &text)
+namespace zyprinter
+{
+
+void PrinterLog::add(const QString &text)
 {
     constexpr int kept = 50;
     const QString line
@@ -18,3 +21,5 @@ void EventLog::add(const QString &text)
         m_recent.removeFirst();
     Q_EMIT added(line);
 }
+
+} // namespace zyprinter

@@ -2,14 +2,17 @@
 // SPDX-License-Identifier: MIT
 // zyprinter's command line.
 
-#ifndef OPTIONS_H
-#define OPTIONS_H
+#ifndef PRINTEROPTIONS_H
+#define PRINTEROPTIONS_H
 
 #include <QString>
 
 #include <optional>
 
-struct Options {
+namespace zyprinter
+{
+
+struct PrinterOptions {
     QString directory;
     quint16 port = 0; ///< 0: the system chooses
     QString token; ///< empty: none is needed
@@ -23,6 +26,8 @@ struct Options {
 };
 
 /// Nothing when the program is to go on, otherwise its exit code.
-std::optional<int> readOptions(int argc, char **argv, Options &options);
+std::optional<int> readOptions(int argc, char **argv, PrinterOptions &options);
 
-#endif // OPTIONS_H
+} // namespace zyprinter
+
+#endif // PRINTEROPTIONS_H

@@ -2,14 +2,17 @@
 // SPDX-License-Identifier: MIT
 // zymodel's command line.
 
-#ifndef OPTIONS_H
-#define OPTIONS_H
+#ifndef MODELOPTIONS_H
+#define MODELOPTIONS_H
 
 #include <QString>
 
 #include <optional>
 
-struct Options {
+namespace zymodel
+{
+
+struct ModelOptions {
     QString out; ///< the file to write; empty when one is to be checked
     QString check; ///< the file to check; empty when one is to be written
     int layers = 700;
@@ -20,6 +23,8 @@ struct Options {
 };
 
 /// Nothing when the program is to go on, otherwise its exit code.
-std::optional<int> readOptions(int argc, char **argv, Options &options);
+std::optional<int> readOptions(int argc, char **argv, ModelOptions &options);
 
-#endif // OPTIONS_H
+} // namespace zymodel
+
+#endif // MODELOPTIONS_H

@@ -2,13 +2,16 @@
 // SPDX-License-Identifier: MIT
 // zyprinter's command line.
 
-#include "options.h"
+#include "printeroptions.h"
 
 #include "commandline.h"
 
 #include <QSysInfo>
 
 #include <cstdlib>
+
+namespace zyprinter
+{
 
 namespace
 {
@@ -33,7 +36,7 @@ auto between(double least, double most)
     };
 }
 
-void addFaults(CLI::App &app, Options &options)
+void addFaults(CLI::App &app, PrinterOptions &options)
 {
     const std::string group = "Faults on purpose, for tests of slicers";
     app.add_option("--fail-at", options.failAt, "Let every print fail at LAYER (from 1)")
@@ -50,7 +53,7 @@ void addFaults(CLI::App &app, Options &options)
         ->group(group);
 }
 
-void addOptions(CLI::App &app, Options &options, Arguments &arguments)
+void addOptions(CLI::App &app, PrinterOptions &options, Arguments &arguments)
 {
     app.add_option(
            "--dir", arguments.directory,
@@ -81,7 +84,7 @@ void addOptions(CLI::App &app, Options &options, Arguments &arguments)
 
 } // namespace
 
-std::optional<int> readOptions(int argc, char **argv, Options &options)
+std::optional<int> readOptions(int argc, char **argv, PrinterOptions &options)
 {
     CLI::App app;
     Arguments arguments;
@@ -112,3 +115,5 @@ std::optional<int> readOptions(int argc, char **argv, Options &options)
                                           : zyapp::fromArgument(arguments.name);
     return std::nullopt;
 }
+
+} // namespace zyprinter

@@ -2,13 +2,16 @@
 // SPDX-License-Identifier: MIT
 // What happens on the printer, as lines of text with the time of day.
 
-#ifndef EVENTLOG_H
-#define EVENTLOG_H
+#ifndef PRINTERLOG_H
+#define PRINTERLOG_H
 
 #include <QObject>
 #include <QStringList>
 
-class EventLog : public QObject
+namespace zyprinter
+{
+
+class PrinterLog : public QObject
 {
     Q_OBJECT
 
@@ -27,4 +30,6 @@ private:
     QStringList m_recent;
 };
 
-#endif // EVENTLOG_H
+} // namespace zyprinter
+
+#endif // PRINTERLOG_H
