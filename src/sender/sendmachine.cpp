@@ -59,7 +59,7 @@ SendActions SendMachine::handle(const SendEvent &event)
     case SendEvent::Dropped:
         onDropped(event);
         break;
-    case SendEvent::Refused:
+    case SendEvent::Refusal:
         onRefused(event);
         break;
     case SendEvent::Acknowledged:

@@ -21,7 +21,7 @@ struct SendEvent {
         Connected, ///< key: of the file as it is now
         ConnectFailed, ///< connectionFault, text
         Dropped, ///< code: of the printer's close frame, 0 without one
-        Refused, ///< code: "errorcode"; wifiState
+        Refusal, ///< code: "errorcode"; wifiState
         Acknowledged, ///< offset: where this transfer began; key, bytes: "received"; code
         Verdict, ///< key, offset, code: "checkstate"
         Accepted, ///< the START_FILE reply, which comes after its transfer: offset, key, text: name

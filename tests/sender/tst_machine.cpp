@@ -42,7 +42,7 @@ SendEvent acknowledged(qint64 received, qint64 offset = 0, int code = 0)
 
 SendEvent refused(int errorcode, int wifiState)
 {
-    SendEvent made = plainEvent(SendEvent::Refused);
+    SendEvent made = plainEvent(SendEvent::Refusal);
     made.code = errorcode;
     made.wifiState = wifiState;
     return made;
