@@ -4,7 +4,7 @@
 
 #include "zysslechoserver.h"
 
-#include "deliveryline.h"
+#include "deliveryqueue.h"
 #include "envelope.h"
 #include "linkoptions.h"
 #include "serverlog.h"
@@ -24,7 +24,7 @@ Q_LOGGING_CATEGORY(lcZyServer, "zywebsocket.server", QtDebugMsg)
 ZySslEchoServer::ZySslEchoServer(quint16 port, QString certFile, QString keyFile, QString fileDir,
                                  WifiFileState *wifiFileState, QObject *parent)
     : QObject(parent), m_wifiFileState(wifiFileState),
-      m_deliveries(std::make_unique<zyws::DeliveryLine>(this))
+      m_deliveries(std::make_unique<zyws::DeliveryQueue>(this))
 {
     qCDebug(lcZyServer) << "hh";
     m_pWebSocketServer = new QWebSocketServer(QStringLiteral("SSL Echo Server"),
