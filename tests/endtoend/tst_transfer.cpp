@@ -3,6 +3,7 @@
 // Whole transfers between two processes: this one holds the client, zyprinter the server.
 
 #include "printerprocess.h"
+#include "testprogram.h"
 
 #include <zysslechoclient.h>
 
@@ -212,5 +213,5 @@ void TestTransfer::anotherSlicerIsRefusedMeanwhile()
     QCOMPARE(sha256(printer.pathOf(remoteName)), sha256(path));
 }
 
-QTEST_GUILESS_MAIN(TestTransfer)
+ZY_TEST(TestTransfer)
 #include "tst_transfer.moc"

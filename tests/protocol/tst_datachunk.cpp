@@ -3,6 +3,7 @@
 // The payload of a data message.
 
 #include "filetransfer.h"
+#include "testprogram.h"
 
 #include <QtEndian>
 #include <QtTest>
@@ -123,5 +124,5 @@ void tst_DataChunk::advancesAnOffset()
     QTEST(zyws::advanced(offset, count), "sum");
 }
 
-QTEST_GUILESS_MAIN(tst_DataChunk)
+ZY_TEST(tst_DataChunk)
 #include "tst_datachunk.moc"

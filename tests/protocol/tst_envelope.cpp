@@ -3,6 +3,7 @@
 // The message envelope: text to object and back, decimal texts.
 
 #include "envelope.h"
+#include "testprogram.h"
 
 #include <QJsonArray>
 #include <QtTest>
@@ -154,5 +155,5 @@ void tst_Envelope::keepsANulInsideAText()
     QCOMPARE(text, QStringLiteral(R"({"f":"\u0000"})"));
 }
 
-QTEST_GUILESS_MAIN(tst_Envelope)
+ZY_TEST(tst_Envelope)
 #include "tst_envelope.moc"

@@ -3,6 +3,7 @@
 // The file key, as both ends compute it.
 
 #include "filetransfer.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -54,5 +55,5 @@ void tst_FileKey::ignoresAllButTheLastFourOfEight()
     QCOMPARE(zyws::fileKeyTail, 8);
 }
 
-QTEST_GUILESS_MAIN(tst_FileKey)
+ZY_TEST(tst_FileKey)
 #include "tst_filekey.moc"

@@ -5,6 +5,7 @@
 
 #include "filetransfer.h"
 #include "inflate.h"
+#include "testprogram.h"
 
 #include <QDir>
 #include <QFile>
@@ -227,5 +228,5 @@ void tst_Inflate::readsFlippedBitsAsQtDoesOrAsIfSound()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_Inflate)
+ZY_TEST(tst_Inflate)
 #include "tst_inflate.moc"

@@ -3,6 +3,7 @@
 // The print status record: defaults and copying.
 
 #include "printstatuspara.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -129,5 +130,5 @@ void tst_PrintStatusPara::declaresItsFieldsInOrder()
     QCOMPARE(addresses.first(), static_cast<const void *>(&record));
 }
 
-QTEST_GUILESS_MAIN(tst_PrintStatusPara)
+ZY_TEST(tst_PrintStatusPara)
 #include "tst_printstatuspara.moc"

@@ -3,6 +3,7 @@
 // The resume record, byte by byte.
 
 #include "filetransfer.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -165,5 +166,5 @@ void tst_ResumeRecord::readsAnImpossibleTextLengthAsEmpty()
     QCOMPARE(record.key, QString());
 }
 
-QTEST_GUILESS_MAIN(tst_ResumeRecord)
+ZY_TEST(tst_ResumeRecord)
 #include "tst_resumerecord.moc"

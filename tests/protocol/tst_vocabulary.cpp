@@ -3,6 +3,7 @@
 // The table of the messages: spelled as on the wire, described in the document, and equal to the
 // handle's enumerations, which hosts look up by name.
 
+#include "testprogram.h"
 #include "vocabulary.h"
 
 #include <QFile>
@@ -172,5 +173,5 @@ void tst_Vocabulary::isDescribedInTheDocument()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_Vocabulary)
+ZY_TEST(tst_Vocabulary)
 #include "tst_vocabulary.moc"

@@ -7,6 +7,7 @@
 #include "rawpeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QDir>
@@ -231,5 +232,5 @@ void tst_CleanUp::logsAFileThatStaysLikeADeletedOne()
              QStringList({path, QStringLiteral("wifi remove file:  \"%1\"").arg(path)}));
 }
 
-QTEST_GUILESS_MAIN(tst_CleanUp)
+ZY_TEST(tst_CleanUp)
 #include "tst_cleanup.moc"

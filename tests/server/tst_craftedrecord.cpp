@@ -6,6 +6,7 @@
 #include "rawpeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QElapsedTimer>
@@ -220,5 +221,5 @@ void tst_CraftedRecord::countsOnFromAnyNumbers()
     QVERIFY(next.expectNothing());
 }
 
-QTEST_GUILESS_MAIN(tst_CraftedRecord)
+ZY_TEST(tst_CraftedRecord)
 #include "tst_craftedrecord.moc"

@@ -8,6 +8,7 @@
 #include "rawpeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QRegularExpression>
@@ -263,5 +264,5 @@ void tst_Destruction::endsEachConnectionOnce()
     QCOMPARE(printer.host().count(QStringLiteral("fileTranDisconnet")), 1);
 }
 
-QTEST_GUILESS_MAIN(tst_Destruction)
+ZY_TEST(tst_Destruction)
 #include "tst_destruction.moc"

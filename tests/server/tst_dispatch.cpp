@@ -6,6 +6,7 @@
 #include "memberaccess.h"
 #include "rawpeer.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "vocabulary.h"
 #include "wirejson.h"
 
@@ -281,5 +282,5 @@ void tst_Dispatch::namesPrinterStates()
     QTEST(handle.getPrintStatusKey(code), "word");
 }
 
-QTEST_GUILESS_MAIN(tst_Dispatch)
+ZY_TEST(tst_Dispatch)
 #include "tst_dispatch.moc"

@@ -5,6 +5,7 @@
 #include "rawpeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QtTest>
@@ -331,5 +332,5 @@ void tst_HostBridge::reportsReceivingBeforeChecking()
     QCOMPARE(codes, QVector<int>({2, 3}));
 }
 
-QTEST_GUILESS_MAIN(tst_HostBridge)
+ZY_TEST(tst_HostBridge)
 #include "tst_hostbridge.moc"

@@ -5,6 +5,7 @@
 #include "rawpeer.h"
 #include "rawtcppeer.h"
 #include "testprinter.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -74,5 +75,5 @@ void tst_LinkOptions::areSetOnEveryAcceptedConnection()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_LinkOptions)
+ZY_TEST(tst_LinkOptions)
 #include "tst_linkoptions.moc"

@@ -9,6 +9,7 @@
 #include "rawtcppeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QTcpServer>
@@ -277,5 +278,5 @@ void tst_Listening::saysNothingWhenAnIdleConnectionEnds()
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
-QTEST_GUILESS_MAIN(tst_Listening)
+ZY_TEST(tst_Listening)
 #include "tst_listening.moc"

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 // What a host may look up by name: signals, slots and enumerations, in their order.
 
+#include "testprogram.h"
+
 #include <QMetaEnum>
 #include <QMetaMethod>
 #include <QtTest>
@@ -145,5 +147,5 @@ void tst_MetaObject::connectsByName()
     QCOMPARE(checkState, 7);
 }
 
-QTEST_GUILESS_MAIN(tst_MetaObject)
+ZY_TEST(tst_MetaObject)
 #include "tst_metaobject.moc"

@@ -6,6 +6,7 @@
 #include "rawpeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QDir>
@@ -165,5 +166,5 @@ void tst_OddReception::countsDownByOneWhenAWriteFails()
     QVERIFY(peer.expectNothing());
 }
 
-QTEST_GUILESS_MAIN(tst_OddReception)
+ZY_TEST(tst_OddReception)
 #include "tst_oddreception.moc"

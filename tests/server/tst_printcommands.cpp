@@ -6,6 +6,7 @@
 #include "rawpeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QDir>
@@ -364,5 +365,5 @@ void tst_PrintCommands::pausesAndStopsDuringACheck()
     QCOMPARE(printState(printer), 4);
 }
 
-QTEST_GUILESS_MAIN(tst_PrintCommands)
+ZY_TEST(tst_PrintCommands)
 #include "tst_printcommands.moc"

@@ -7,6 +7,7 @@
 #include "rawpeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QDir>
@@ -257,5 +258,5 @@ void tst_Reception::echoesTheSizeAsItWasSent()
     QCOMPARE(peer.take(), startData(bytes, 3));
 }
 
-QTEST_GUILESS_MAIN(tst_Reception)
+ZY_TEST(tst_Reception)
 #include "tst_reception.moc"

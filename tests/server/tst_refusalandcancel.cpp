@@ -7,6 +7,7 @@
 #include "rawpeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QDir>
@@ -309,5 +310,5 @@ void tst_RefusalAndCancel::repliesWithoutACommandWordWhenTheTemporaryFileIsUnrea
     QCOMPARE(printer.lastStatus(), 2);
 }
 
-QTEST_GUILESS_MAIN(tst_RefusalAndCancel)
+ZY_TEST(tst_RefusalAndCancel)
 #include "tst_refusalandcancel.moc"

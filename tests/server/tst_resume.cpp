@@ -8,6 +8,7 @@
 #include "rawpeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QtTest>
@@ -341,5 +342,5 @@ void tst_Resume::resumesAnEmptyKeyAgainstAMissingRecord()
     QCOMPARE(QFileInfo(printer.temporaryFile()).size(), 0);
 }
 
-QTEST_GUILESS_MAIN(tst_Resume)
+ZY_TEST(tst_Resume)
 #include "tst_resume.moc"

@@ -7,6 +7,7 @@
 #include "rawtcppeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QTimer>
@@ -387,5 +388,5 @@ void tst_Routing::convertsTextsLikeTheWire()
              QStringLiteral(R"({"a":true,"b":1})"));
 }
 
-QTEST_GUILESS_MAIN(tst_Routing)
+ZY_TEST(tst_Routing)
 #include "tst_routing.moc"

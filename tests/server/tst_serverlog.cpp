@@ -8,6 +8,7 @@
 #include "rawtcppeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QLoggingCategory>
@@ -156,5 +157,5 @@ void tst_ServerLog::obeysTheUsersFilter()
     QCOMPARE(log.texts(serverCategory), QStringList());
 }
 
-QTEST_GUILESS_MAIN(tst_ServerLog)
+ZY_TEST(tst_ServerLog)
 #include "tst_serverlog.moc"

@@ -8,6 +8,7 @@
 #include "rawpeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QtTest>
@@ -371,5 +372,5 @@ void tst_SpinningHost::ignoresASecondDisconnectOfTheSameConnection()
     QVERIFY(other.expectNothing());
 }
 
-QTEST_GUILESS_MAIN(tst_SpinningHost)
+ZY_TEST(tst_SpinningHost)
 #include "tst_spinninghost.moc"

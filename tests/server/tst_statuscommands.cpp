@@ -6,6 +6,7 @@
 #include "rawpeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QtTest>
@@ -241,5 +242,5 @@ void tst_StatusCommands::leavesThePrintStateAlone()
     QCOMPARE(valueOf(PrintState(), *printer.handles().first()), 4);
 }
 
-QTEST_GUILESS_MAIN(tst_StatusCommands)
+ZY_TEST(tst_StatusCommands)
 #include "tst_statuscommands.moc"

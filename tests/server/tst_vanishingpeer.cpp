@@ -8,6 +8,7 @@
 #include "rawpeer.h"
 #include "requests.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "wirejson.h"
 
 #include <QtTest>
@@ -257,5 +258,5 @@ void tst_VanishingPeer::comesAndGoesInCrowds()
     QVERIFY(isServed(printer));
 }
 
-QTEST_GUILESS_MAIN(tst_VanishingPeer)
+ZY_TEST(tst_VanishingPeer)
 #include "tst_vanishingpeer.moc"
