@@ -4,12 +4,14 @@
 
 #include "layerplot.h"
 #include "printerprocess.h"
+#include "restartableprinter.h"
 #include "samplemodel.h"
-#include "testfile.h"
-#include "testprinter.h"
 #include "testsettings.h"
-#include "translations.h"
 #include "windowdriver.h"
+
+#include <modelfiles.h>
+#include <testprogram.h>
+#include <waiting.h>
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -23,8 +25,8 @@
 #include <QTest>
 
 using namespace zypanel;
-using Link = PrinterSession::Link;
-using Transfer = PrinterSession::Transfer;
+using Link = PrinterControl::Link;
+using State = Upload::State;
 
 class TestPanelClicks : public QObject
 {
@@ -63,8 +65,8 @@ void TestPanelClicks::initTestCase()
 QString TestPanelClicks::randomFile(qint64 size)
 {
     const QString path = m_directory.filePath(QStringLiteral("random.zydlp"));
-    m_content = writeRandomFile(path, size);
-    return path;
+    m_content = zytest::randomBytes(size);
+    return zytest::writeFile(path, m_content);
 }
 
 void TestPanelClicks::sendsPrintsPausesAndStops()
@@ -78,17 +80,18 @@ void TestPanelClicks::sendsPrintsPausesAndStops()
     QVERIFY(user.drop(m_model));
     QCOMPARE(user.find<QLineEdit>("fileName").text(), QStringLiteral("sphere.zydlp"));
     QVERIFY(user.click("send"));
-    QVERIFY(user.awaitEvent(QStringLiteral("sphere.zydlp is on the printer and ready to print.")));
+    QVERIFY(user.awaitEvent(QStringLiteral("and ready to print.")));
     QCOMPARE(user.find<QProgressBar>("transferProgress").value(),
              user.find<QProgressBar>("transferProgress").maximum());
-    QVERIFY(contentOf(printer.pathOf(QStringLiteral("sphere.zydlp"))) == contentOf(m_model));
+    QVERIFY(zytest::readFile(printer.pathOf(QStringLiteral("sphere.zydlp")))
+            == zytest::readFile(m_model));
 
     QVERIFY(user.click("startPrint"));
     QVERIFY(user.awaitEvent(QStringLiteral("The print of sphere.zydlp has started.")));
     QVERIFY(user.awaitTitle(QStringLiteral("Printing")));
     auto &layers = user.find<QProgressBar>("layerProgress");
     QCOMPARE(layers.maximum(), 400);
-    QTRY_VERIFY_WITH_TIMEOUT(layers.value() > 3, WindowDriver::patience);
+    QTRY_VERIFY_WITH_TIMEOUT(layers.value() > 3, zytest::patience);
     QVERIFY(user.find<LayerPlot>("layerPlot").pointCount() > 1);
 
     QVERIFY(user.click("pausePrint"));
@@ -129,7 +132,7 @@ void TestPanelClicks::parametersAreShownAndApplied()
     WindowDriver user;
     QVERIFY(user.connectTo(printer.url().toString()));
     auto &exposure = user.find<QLineEdit>("printExposure");
-    QTRY_VERIFY_WITH_TIMEOUT(!exposure.text().isEmpty(), WindowDriver::patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!exposure.text().isEmpty(), zytest::patience);
     const QString before = exposure.text();
     user.type("printExposure", QStringLiteral("3.75"));
     QVERIFY(user.click("revertParameters"));
@@ -162,16 +165,16 @@ void TestPanelClicks::aPrinterIsSavedUnderAName()
         QTest::keyClick(name, Qt::Key_Return);
         QTRY_COMPARE(user.find<QComboBox>("address").currentText(), QStringLiteral("bench1"));
         QVERIFY(user.click("connect"));
-        QTRY_COMPARE_WITH_TIMEOUT(user.session().link(), Link::Open, WindowDriver::patience);
+        QTRY_COMPARE_WITH_TIMEOUT(user.control().link(), Link::Open, zytest::patience);
     }
     // A later run remembers the name and offers the printer last used.
     WindowDriver user;
     auto &address = user.find<QComboBox>("address");
     QCOMPARE(address.currentText(), QStringLiteral("bench1"));
     QVERIFY(user.click("connect"));
-    QTRY_COMPARE_WITH_TIMEOUT(user.session().link(), Link::Open, WindowDriver::patience);
+    QTRY_COMPARE_WITH_TIMEOUT(user.control().link(), Link::Open, zytest::patience);
     QVERIFY(user.click("connect"));
-    QTRY_COMPARE(user.session().link(), Link::Closed);
+    QTRY_COMPARE(user.control().link(), Link::Closed);
     QVERIFY(user.click("removeName"));
     QCOMPARE(address.currentText(), printer.url().toString());
     QCOMPARE(address.findText(QStringLiteral("bench1")), -1);
@@ -182,47 +185,44 @@ void TestPanelClicks::cancelIsConfirmedFirst()
     PrinterProcess printer;
     WindowDriver user;
     QVERIFY(user.connectTo(printer.url().toString()));
-    QVERIFY(user.drop(randomFile(32 * mebibyte)));
-    // Clicked in the middle of the transfer, so nested inside the client's send loop.
-    const auto clicking
-        = connect(&user.session(), &PrinterSession::transferProgress, this, [&](qint64 received) {
-              if (received == 2 * mebibyte) {
-                  QVERIFY(user.click("cancel"));
-                  QVERIFY(user.click("confirmationAccept"));
-              }
-          });
+    QVERIFY(user.drop(randomFile(32 * zytest::chunkBytes)));
+    const auto clicking = connect(&user.upload(), &Upload::progressed, this, [&](qint64 received) {
+        if (received == 2 * zytest::chunkBytes) {
+            QVERIFY(user.click("cancel"));
+            QVERIFY(user.click("confirmationAccept"));
+        }
+    });
     QVERIFY(user.click("send"));
     QVERIFY(user.awaitEvent(QStringLiteral("was cancelled")));
     disconnect(clicking);
-    QCOMPARE(user.session().transfer(), Transfer::Idle);
+    QCOMPARE(user.upload().state(), State::Cancelled);
     QCOMPARE(user.find<QProgressBar>("transferProgress").value(), 0);
     QVERIFY(printer.pathOf(QStringLiteral("random.zydlp")).isEmpty());
 }
 
 void TestPanelClicks::resumeIsOfferedAfterADrop()
 {
-    TestPrinter printer;
+    RestartablePrinter printer;
     WindowDriver user;
     QVERIFY(user.connectTo(printer.url().toString()));
-    QVERIFY(user.drop(randomFile(8 * mebibyte)));
-    const auto dropping
-        = connect(&user.session(), &PrinterSession::transferProgress, this, [&](qint64 received) {
-              if (received == 3 * mebibyte)
-                  printer.stop();
-          });
+    QVERIFY(user.drop(randomFile(8 * zytest::chunkBytes)));
+    const auto dropping = connect(&user.upload(), &Upload::progressed, this, [&](qint64 received) {
+        if (received == 3 * zytest::chunkBytes)
+            printer.stop();
+    });
     QVERIFY(user.click("send"));
-    QVERIFY(user.awaitTransfer(Transfer::Interrupted));
+    QVERIFY(user.awaitUpload(State::Interrupted));
     disconnect(dropping);
-    QVERIFY(user.notice().contains(QStringLiteral("lost while the file was being sent")));
-    QCOMPARE(user.textOf("transferDetail"), QStringLiteral("Interrupted at 3.0 MiB of 8.0 MiB"));
+    QVERIFY(user.notice().contains(QStringLiteral("was lost while random.zydlp")));
+    QVERIFY(user.textOf("transferDetail").startsWith(QStringLiteral("Interrupted at ")));
     // No other file meanwhile.
     QVERIFY(!user.drop(m_model));
 
     printer.start();
     QVERIFY(user.click("noticeAction"));
-    QVERIFY(user.awaitEvent(QStringLiteral("already holds 3.0 MiB")));
-    QVERIFY(user.awaitTransfer(Transfer::Idle));
-    QVERIFY(contentOf(printer.pathOf(QStringLiteral("random.zydlp"))) == m_content);
+    QVERIFY(user.awaitEvent(QStringLiteral("already holds ")));
+    QVERIFY(user.awaitUpload(State::Sent));
+    QVERIFY(zytest::readFile(printer.pathOf(QStringLiteral("random.zydlp"))) == m_content);
     QCOMPARE(user.notice(), QString());
 }
 
@@ -231,18 +231,18 @@ void TestPanelClicks::closingWhileSendingIsConfirmed()
     PrinterProcess printer;
     WindowDriver user;
     QVERIFY(user.connectTo(printer.url().toString()));
-    QVERIFY(user.drop(randomFile(32 * mebibyte)));
+    QVERIFY(user.drop(randomFile(32 * zytest::chunkBytes)));
     bool isClosedAtOnce = true;
-    connect(&user.session(), &PrinterSession::transferProgress, this, [&](qint64 received) {
-        if (received == 2 * mebibyte) {
+    connect(&user.upload(), &Upload::progressed, this, [&](qint64 received) {
+        if (received == 2 * zytest::chunkBytes) {
             isClosedAtOnce = user.window().close();
             QVERIFY(user.click("confirmationAccept"));
         }
     });
     QVERIFY(user.click("send"));
-    QVERIFY(QTest::qWaitFor([&] { return !user.window().isVisible(); }, WindowDriver::patience));
+    QVERIFY(QTest::qWaitFor([&] { return !user.window().isVisible(); }, zytest::patience));
     QVERIFY(!isClosedAtOnce);
-    QCOMPARE(user.session().link(), Link::Closed);
+    QCOMPARE(user.control().link(), Link::Closed);
 }
 
 void TestPanelClicks::everyControlIsReachedByTheTabKey()
@@ -276,14 +276,13 @@ void TestPanelClicks::mnemonicsAndNamesAreComplete_data()
 {
     QTest::addColumn<QLocale::Language>("language");
     QTest::newRow("English") << QLocale::English;
-    // Last: the translator stays.
     QTest::newRow("German") << QLocale::German;
 }
 
 void TestPanelClicks::mnemonicsAndNamesAreComplete()
 {
     QFETCH(QLocale::Language, language);
-    installTranslations(*qApp, QLocale(language));
+    const InstalledLanguage installed(language);
     WindowDriver user;
     QSet<QChar> used;
     const auto take = [&used](const QString &text) {
@@ -313,5 +312,5 @@ void TestPanelClicks::mnemonicsAndNamesAreComplete()
     }
 }
 
-QTEST_MAIN(TestPanelClicks)
-#include "tst_panel_clicks.moc"
+ZY_TEST(TestPanelClicks)
+#include "tst_clicks.moc"

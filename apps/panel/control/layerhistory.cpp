@@ -4,12 +4,10 @@
 
 #include "layerhistory.h"
 
-#include "printerstatus.h"
-
 namespace zypanel
 {
 
-bool LayerHistory::add(const PrinterStatus &status, qint64 now)
+bool LayerHistory::add(const zysession::PrinterStatus &status, qint64 now)
 {
     if (!status.hasJob() || status.layerCount == 0)
         return false;

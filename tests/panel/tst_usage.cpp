@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 // zypanel's command line, as a process.
 
+#include <testprogram.h>
+
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -81,5 +83,5 @@ void TestPanelUsage::saysWhatIsWrong()
     QCOMPARE(m_panel.readAllStandardOutput(), QByteArray());
 }
 
-QTEST_GUILESS_MAIN(TestPanelUsage)
-#include "tst_panel_usage.moc"
+ZY_TEST(TestPanelUsage)
+#include "tst_usage.moc"

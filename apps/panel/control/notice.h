@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// What the session tells the user: one sentence and how bad it is.
+// What the panel says to its user: one sentence, how bad it is, and what it is about.
 
 #ifndef PANEL_NOTICE_H
 #define PANEL_NOTICE_H
@@ -13,8 +13,12 @@ namespace zypanel
 
 enum class Severity { Info, Good, Warning, Error };
 
+/// A later notice of the same topic makes an earlier one obsolete.
+enum class Topic { Connection, Upload, Print, Parameters, SavedPrinters };
+
 struct Notice {
     Severity severity = Severity::Info;
+    Topic topic = Topic::Connection;
     QString text;
 };
 

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A printer in the test's own process: the library's server with a host that answers as it is told.
+// A printer in the test's own process, which can be switched off and on again.
 
-#ifndef TESTPRINTER_H
-#define TESTPRINTER_H
+#ifndef RESTARTABLEPRINTER_H
+#define RESTARTABLEPRINTER_H
 
 #include <zysslechoserver.h>
 
@@ -14,12 +14,12 @@
 #include <functional>
 #include <memory>
 
-class TestPrinter : public QObject
+class RestartablePrinter : public QObject
 {
     Q_OBJECT
 
 public:
-    TestPrinter();
+    RestartablePrinter();
 
     /// Listens, after stop() on the same port again.
     void start();
@@ -41,6 +41,8 @@ public:
     std::function<void()> onOffer; ///< runs when a file is offered
 
     int statusRequests = 0;
+    /// How many are open.
+    int connections() const;
 
 private:
     void answerQuestions();
@@ -51,4 +53,4 @@ private:
     std::unique_ptr<ZySslEchoServer> m_server;
 };
 
-#endif // TESTPRINTER_H
+#endif // RESTARTABLEPRINTER_H

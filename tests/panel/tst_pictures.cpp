@@ -3,14 +3,17 @@
 // Pictures of the window in its typical states, in a light and a dark palette, to be looked at.
 
 #include "mainwindow.h"
+#include "printercontrol.h"
 #include "printerpanel.h"
 #include "printerprocess.h"
-#include "printersession.h"
+#include "restartableprinter.h"
 #include "samplemodel.h"
-#include "testfile.h"
-#include "testprinter.h"
 #include "testsettings.h"
-#include "translations.h"
+#include "upload.h"
+
+#include <modelfiles.h>
+#include <testprogram.h>
+#include <waiting.h>
 
 #include <QApplication>
 #include <QComboBox>
@@ -27,7 +30,7 @@ using namespace zypanel;
 namespace
 {
 
-constexpr int patience = 60000; // ms
+using zytest::patience;
 
 QPalette lightPalette()
 {
@@ -101,7 +104,6 @@ private Q_SLOTS:
     void error_data() { palettes(); }
     void error();
 
-    // Last: the translator stays.
     void german();
 
 private:
@@ -135,9 +137,9 @@ void TestPanelPictures::init()
     QApplication::setPalette(isDark ? darkPalette() : lightPalette());
     m_window = std::make_unique<MainWindow>();
     m_window->resize(1000, 680);
-    PrinterSession::Timeouts timeouts;
-    timeouts.polling = 50;
-    m_window->panel()->session()->setTimeouts(timeouts);
+    PrinterControl::Timing timing;
+    timing.polling = 50;
+    m_window->panel()->control()->setTiming(timing);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
 }
@@ -150,7 +152,7 @@ void TestPanelPictures::cleanup()
 void TestPanelPictures::open(const QString &address)
 {
     m_window->panel()->connectTo(address);
-    QTRY_COMPARE_WITH_TIMEOUT(m_window->panel()->session()->link(), PrinterSession::Link::Open,
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->panel()->control()->link(), PrinterControl::Link::Open,
                               patience);
 }
 
@@ -176,23 +178,21 @@ void TestPanelPictures::idle()
 
 void TestPanelPictures::sending()
 {
-    TestPrinter printer;
+    RestartablePrinter printer;
     printer.status.printStatus = 0;
     open(printer.url().toString());
     const QString path = m_directory.filePath(QStringLiteral("gyroid-sphere.zydlp"));
-    writeRandomFile(path, 24 * mebibyte);
+    zytest::writeFile(path, zytest::randomBytes(24 * zytest::chunkBytes));
     m_window->panel()->setFile(path);
     int pictures = 0;
-    connect(m_window->panel()->session(), &PrinterSession::transferProgress, this,
-            [&](qint64 received) {
-                if (received == 14 * mebibyte) {
-                    takePicture("sending");
-                    ++pictures;
-                }
-            });
+    connect(m_window->panel()->upload(), &Upload::progressed, this, [&](qint64 received) {
+        if (received == 14 * zytest::chunkBytes) {
+            takePicture("sending");
+            ++pictures;
+        }
+    });
     child<QPushButton>(*m_window, "send")->click();
-    QTRY_COMPARE_WITH_TIMEOUT(m_window->panel()->session()->transfer(),
-                              PrinterSession::Transfer::Idle, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->panel()->upload()->state(), Upload::State::Sent, patience);
     QCOMPARE(pictures, 1);
 }
 
@@ -213,29 +213,28 @@ void TestPanelPictures::printing()
 
 void TestPanelPictures::error()
 {
-    TestPrinter printer;
+    RestartablePrinter printer;
     open(printer.url().toString());
     const QString path = m_directory.filePath(QStringLiteral("gyroid-sphere.zydlp"));
-    writeRandomFile(path, 16 * mebibyte);
+    zytest::writeFile(path, zytest::randomBytes(16 * zytest::chunkBytes));
     m_window->panel()->setFile(path);
-    connect(m_window->panel()->session(), &PrinterSession::transferProgress, this,
-            [&](qint64 received) {
-                if (received == 6 * mebibyte)
-                    printer.stop();
-            });
+    connect(m_window->panel()->upload(), &Upload::progressed, this, [&](qint64 received) {
+        if (received == 6 * zytest::chunkBytes)
+            printer.stop();
+    });
     child<QPushButton>(*m_window, "send")->click();
-    QTRY_COMPARE_WITH_TIMEOUT(m_window->panel()->session()->transfer(),
-                              PrinterSession::Transfer::Interrupted, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->panel()->upload()->state(), Upload::State::Interrupted,
+                              patience);
     takePicture("error");
 }
 
 void TestPanelPictures::german()
 {
-    installTranslations(*qApp, QLocale(QLocale::German));
+    const InstalledLanguage installed(QLocale::German);
     init();
     QCOMPARE(child<QPushButton>(*m_window, "connect")->text(), QStringLiteral("&Verbinden"));
     takePicture("german");
 }
 
-QTEST_MAIN(TestPanelPictures)
-#include "tst_panel_pictures.moc"
+ZY_TEST(TestPanelPictures)
+#include "tst_pictures.moc"

@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A printer in the test's own process: the library's server with a host that answers as it is told.
+// A printer in the test's own process, which can be switched off and on again.
 
-#include "testprinter.h"
+#include "restartableprinter.h"
 
-TestPrinter::TestPrinter()
+#include <zyfiletranshandle.h>
+
+RestartablePrinter::RestartablePrinter()
 {
     status.initExposure = QStringLiteral("30");
     status.delayLight = QStringLiteral("0.5");
@@ -15,7 +17,7 @@ TestPrinter::TestPrinter()
     start();
 }
 
-void TestPrinter::start()
+void RestartablePrinter::start()
 {
     m_server = std::make_unique<ZySslEchoServer>(m_port, QString(), QString(), m_directory.path(),
                                                  nullptr);
@@ -23,17 +25,22 @@ void TestPrinter::start()
     answerQuestions();
 }
 
-void TestPrinter::stop()
+void RestartablePrinter::stop()
 {
     m_server.reset();
 }
 
-QUrl TestPrinter::url() const
+int RestartablePrinter::connections() const
+{
+    return m_server ? m_server->findChildren<ZyFileTransHandle *>().size() : 0;
+}
+
+QUrl RestartablePrinter::url() const
 {
     return QUrl(QStringLiteral("ws://127.0.0.1:%1").arg(m_port));
 }
 
-void TestPrinter::answerQuestions()
+void RestartablePrinter::answerQuestions()
 {
     const auto *server = m_server.get();
     connect(server, &ZySslEchoServer::getPrintState, this, [this](int &answer) {
@@ -61,7 +68,7 @@ void TestPrinter::answerQuestions()
             [this](const PrintStatusPara &wanted) { takeParameters(wanted); });
 }
 
-void TestPrinter::takeParameters(const PrintStatusPara &wanted)
+void RestartablePrinter::takeParameters(const PrintStatusPara &wanted)
 {
     if (!takesParameters)
         return;

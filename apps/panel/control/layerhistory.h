@@ -5,13 +5,13 @@
 #ifndef PANEL_LAYERHISTORY_H
 #define PANEL_LAYERHISTORY_H
 
+#include <printerstatus.h>
+
 #include <QString>
 #include <QVector>
 
 namespace zypanel
 {
-
-struct PrinterStatus;
 
 /// The layers of one job; a new job starts it over. Bounded, however long the print.
 class LayerHistory
@@ -25,7 +25,7 @@ public:
     static constexpr int maximumPoints = 600;
 
     /// Takes a status at @p now (ms); true when the points changed.
-    bool add(const PrinterStatus &status, qint64 now);
+    bool add(const zysession::PrinterStatus &status, qint64 now);
     void clear();
 
     const QVector<Point> &points() const { return m_points; }

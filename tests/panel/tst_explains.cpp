@@ -4,16 +4,18 @@
 
 #include "printerprocess.h"
 #include "samplemodel.h"
-#include "testfile.h"
 #include "testsettings.h"
 #include "windowdriver.h"
+
+#include <modelfiles.h>
+#include <testprogram.h>
+#include <waiting.h>
 
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace zypanel;
-using Transfer = PrinterSession::Transfer;
 
 class TestPanelExplains : public QObject
 {
@@ -33,8 +35,7 @@ private:
     QString randomFile(qint64 size)
     {
         const QString path = m_directory.filePath(QStringLiteral("random.zydlp"));
-        writeRandomFile(path, size);
-        return path;
+        return zytest::writeFile(path, zytest::randomBytes(size));
     }
 
     TestSettings m_settings;
@@ -59,7 +60,7 @@ void TestPanelExplains::aNameThatIsNotSavedIsUnknown()
     QVERIFY(user.click("connect"));
     QVERIFY2(user.notice().startsWith(QStringLiteral("Unknown printer “bench9”: ")),
              qPrintable(user.notice()));
-    QCOMPARE(user.session().link(), PrinterSession::Link::Closed);
+    QCOMPARE(user.control().link(), PrinterControl::Link::Closed);
 }
 
 void TestPanelExplains::anUnreachablePrinterIsExplained()
@@ -73,7 +74,7 @@ void TestPanelExplains::anUnreachablePrinterIsExplained()
     QTest::keyClick(&user.find<QWidget>("address"), Qt::Key_Return);
     QTRY_VERIFY_WITH_TIMEOUT(
         user.notice().contains(QStringLiteral("No printer answers at %1").arg(address)),
-        WindowDriver::patience);
+        zytest::patience);
     QCOMPARE(user.textOf("linkBadge"), QStringLiteral("Not connected"));
 }
 
@@ -97,11 +98,10 @@ void TestPanelExplains::aFileThatIsNoModelIsExplained()
     QVERIFY(user.drop(randomFile(1000)));
     QVERIFY(user.click("send"));
     QTRY_VERIFY_WITH_TIMEOUT(
-        user.notice().contains(QStringLiteral("not a model that it can print")),
-        WindowDriver::patience);
+        user.notice().contains(QStringLiteral("not a model that it can print")), zytest::patience);
     QVERIFY(user.click("startPrint"));
     QTRY_VERIFY_WITH_TIMEOUT(user.notice().contains(QStringLiteral("failed the printer's check")),
-                             WindowDriver::patience);
+                             zytest::patience);
 }
 
 void TestPanelExplains::aFailedPrintIsExplained()
@@ -155,8 +155,8 @@ void TestPanelExplains::aFileThatIsMendedCanBeSent()
     QVERIFY(QTest::qWaitForWindowActive(&user.window()));
     QTRY_VERIFY(send.isEnabled());
     QVERIFY(user.click("send"));
-    QVERIFY(user.awaitEvent(QStringLiteral("random.zydlp is on the printer")));
+    QVERIFY(user.awaitEvent(QStringLiteral("random.zydlp is on 127.0.0.1")));
 }
 
-QTEST_MAIN(TestPanelExplains)
-#include "tst_panel_explains.moc"
+ZY_TEST(TestPanelExplains)
+#include "tst_explains.moc"
