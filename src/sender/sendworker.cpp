@@ -210,8 +210,9 @@ void SendWorker::onReply(const QJsonObject &reply)
         event.code = reply.value(keys::checkstate).toInt();
         feed(event);
     } else if (word == commands::startFile
-               // From a printer that cannot read what stands in its reception file's place.
-               || (word.isEmpty() && reply.contains(keys::compress))) {
+               // From a printer that cannot read what stands in its reception file's place. Where
+               // it could replace that, its reply has no code either and begins no transfer.
+               || (word.isEmpty() && reply.contains(keys::errorcode))) {
         onStartFileReply(reply);
     }
 }
