@@ -28,7 +28,8 @@ void ZyFileTransHandle::onDisconnect()
     if (m_isReceiving) {
         // Only into the file that holds the data: a finished file would be damaged, and with a
         // record in a new, empty one a transfer would resume after a hole.
-        if (!m_isCompleted && m_file.exists())
+        // The static function: the other one takes a link to nothing for a file.
+        if (!m_isCompleted && QFile::exists(m_file.fileName()))
             saveKeyInfo();
         m_isReceiving = false;
     }
