@@ -206,6 +206,7 @@ void SendWorker::onReply(const QJsonObject &reply)
         feed(event);
     } else if (word == commands::checkData) {
         event.kind = SendEvent::Verdict;
+        event.offset = transferOffset();
         event.code = reply.value(keys::checkstate).toInt();
         feed(event);
     } else if (word == commands::startFile
@@ -222,7 +223,7 @@ void SendWorker::onStartFileReply(const QJsonObject &reply)
     event.key = reply.value(keys::key).toString();
     event.code = reply.value(keys::errorcode).toInt();
     if (event.code != 0) {
-        event.kind = SendEvent::Refused;
+        event.kind = SendEvent::Refusal;
         event.wifiState = reply.value(keys::wifistate).toInt();
     } else {
         if (feedSizeChange())
