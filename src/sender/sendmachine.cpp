@@ -97,6 +97,8 @@ void SendMachine::connect()
 {
     ++m_attempts;
     m_state = State::Connecting;
+    if (m_acknowledged > 0)
+        m_acknowledgedBefore = m_acknowledged;
     m_acknowledged = 0;
     m_hasVerdict = false;
     m_isAccepted = false;
@@ -158,8 +160,9 @@ void SendMachine::onAcknowledged(const SendEvent &event)
         finish(Ending::PrinterFault, QStringLiteral("it acknowledged more than was sent"));
     } else {
         m_acknowledged = event.bytes;
-        if (m_acknowledged > m_mostAcknowledged) {
-            m_mostAcknowledged = m_acknowledged;
+        m_mostAcknowledged = std::max(m_mostAcknowledged, m_acknowledged);
+        // More than the attempt before, which may have lost much to a printer that restarted.
+        if (m_acknowledged > m_acknowledgedBefore) {
             m_failures = 0;
             m_fruitlessOffers = 0;
         }

@@ -124,6 +124,7 @@ private:
     bool m_wasConnected = false;
     QString m_key;
     qint64 m_acknowledged = 0; ///< in this attempt, its offset included
+    qint64 m_acknowledgedBefore = 0; ///< in the attempt before that had anything acknowledged
     qint64 m_mostAcknowledged = 0; ///< over all attempts
     int m_failures = 0; ///< in a row, without a byte gained
     int m_attempts = 0;

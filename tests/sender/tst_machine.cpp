@@ -193,6 +193,8 @@ private Q_SLOTS:
     void offersACancelOnlyWhileItHelps_data();
     void offersACancelOnlyWhileItHelps();
     void countsFailuresInARowOnly();
+    void goesOnAfterThePrinterHasLostItsPart();
+    void givesUpOnAPrinterThatLosesItsPartEachTime();
     void pausesLongerAndLonger();
     void takesNothingAfterTheEnd();
 };
@@ -378,6 +380,28 @@ void TestSendMachine::countsFailuresInARowOnly()
     QCOMPARE(run.finishCount, 0);
     QCOMPARE(run.all.filter(QStringLiteral("retrying 2 ")).size(), 2);
     QCOMPARE(run.all.filter(QStringLiteral("retrying 3 ")).size(), 0);
+}
+
+void TestSendMachine::goesOnAfterThePrinterHasLostItsPart()
+{
+    std::vector<SendEvent> events{start, connected, acknowledged(chunk), acknowledged(2 * chunk)};
+    // Lost at two chunks; then each attempt gains one, but more than two retries are needed.
+    for (qint64 held = 0; held < 2 * chunk; held += chunk / 4) {
+        SendEvent offered = acknowledged(held + chunk, held);
+        for (const SendEvent &each : {dropped(), timeLimit, connected, offered})
+            events.push_back(each);
+    }
+    QCOMPARE(Run(events).finishCount, 0);
+}
+
+void TestSendMachine::givesUpOnAPrinterThatLosesItsPartEachTime()
+{
+    std::vector<SendEvent> events{start, connected, acknowledged(chunk)};
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        for (const SendEvent &each : {dropped(), timeLimit, connected, acknowledged(chunk)})
+            events.push_back(each);
+    }
+    QCOMPARE(Run(events).result.ending(), Ending::GaveUp);
 }
 
 void TestSendMachine::pausesLongerAndLonger()
