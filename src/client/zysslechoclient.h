@@ -11,6 +11,7 @@
 #include <QMap>
 #include <QMetaObject>
 #include <QObject>
+#include <QQueue>
 #include <QSslError>
 #include <QString>
 #include <QUrl>
@@ -61,10 +62,20 @@ public:
     void close();
     /// The socket's state.
     QAbstractSocket::SocketState socketConnectStatus() const;
-    /// Why the last attempt to connect failed or the connection broke; UnknownSocketError while
-    /// nothing has.
+    /**
+     * Why the last attempt to connect failed or the connection ended; UnknownSocketError while
+     * neither has, and after close().
+     *
+     * As Qt 5.15 has it: ConnectionRefusedError; HostNotFoundError; RemoteHostClosedError for a
+     * server that hangs up, whatever it answered, and for a connection that the printer ended;
+     * SslHandshakeFailedError for a "wss" URL at a server without TLS. A server that answers
+     * anything but a WebSocket's handshake and stays connected leaves the state at ConnectingState
+     * and the code at UnknownSocketError: only socketErrorText() says so. A silent one leaves no
+     * trace. An invalid URL leaves its text alone, too.
+     */
     QAbstractSocket::SocketError socketError() const;
-    /// The same in the system's words.
+    /// The same in Qt's words, in the application's language; "Unknown error" without one. The
+    /// text about a handshake or a URL stays for the life of the client.
     QString socketErrorText() const;
     /// The WebSocket close code with which the last connection ended, the peer's own where it sent
     /// one: 1011, for instance, from a peer that failed.
@@ -111,7 +122,7 @@ public:
      * How hard the chunks are compressed from the next one on: 0 (not at all) to 9 (smallest); any
      * other number, the initial -1 included, leaves it to zlib. Every printer reads every level.
      *
-     * On a fast network 1 is the better choice: the line stands idle while a chunk is compressed,
+     * On a fast network 1 is the better choice: nothing is sent while a chunk is compressed,
      * which for a sliced model takes five times as long at zlib's own level for a few per cent.
      */
     void setCompressionLevel(int level);
@@ -190,14 +201,12 @@ private:
 
     void sendFrom(QFile &file, qint64 offset, bool compress);
     bool awaitDataReply();
-    void wakeSendLoop();
 
     std::unique_ptr<zyws::HeldSocket> m_heldSocket;
     QWebSocket &m_webSocket;
     QMap<QString, QString> m_keyFileMap;
     bool m_isSending = false;
     bool m_isActiveClose = false;
-    bool m_isAnsweringClose = false;
     bool m_isCanceling = false;
     QUrl m_url;
     bool m_hasDataReply = false;
@@ -209,6 +218,7 @@ private:
     qint64 m_transferOffset = -1;
 
     std::unique_ptr<zyws::DeliveryLine> m_deliveries;
+    QQueue<QAbstractSocket::SocketState> m_waitingStates; ///< to be logged in turn
     QMetaObject::Connection m_textConnection;
     QMetaObject::Connection m_disconnectConnection;
 };

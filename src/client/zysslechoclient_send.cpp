@@ -7,6 +7,7 @@
 #include "filetransfer.h"
 #include "heldsocket.h"
 #include "vocabulary.h"
+#include "wakeafterwards.h"
 #include "zysslechoclient.h"
 
 #include <QAbstractEventDispatcher>
@@ -15,6 +16,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
+#include <QScopedValueRollback>
+#include <QThread>
 
 #include <exception>
 
@@ -84,6 +87,7 @@ void ZySslEchoClient::beginTransFile(QJsonObject reply)
 /// The send loop: one chunk, then its acknowledgement. The client may be deleted in any event pump.
 void ZySslEchoClient::sendFrom(QFile &file, qint64 offset, bool compress)
 {
+    const zyws::WakeAfterwards wakeAfterwards;
     const QPointer<ZySslEchoClient> self(this);
     const qint64 totalBytes = file.size();
     QByteArray buffer(zyws::chunkSize, Qt::Uninitialized);
@@ -128,10 +132,24 @@ void ZySslEchoClient::sendFrom(QFile &file, qint64 offset, bool compress)
 /// Waits for the acknowledgement of the last chunk; false when the transfer is to end instead.
 bool ZySslEchoClient::awaitDataReply()
 {
+    static thread_local int waits = 0;
+    const QScopedValueRollback<int> wait(waits, waits + 1);
     const QPointer<ZySslEchoClient> self(this);
+    const auto isOver = [&] { return !self || !m_isSending; };
+    // The dispatcher may run an event that brings what this loop waits for, and then block all the
+    // same: a slot that spins the event loop uses up any wake-up. So the last look is the one right
+    // before it blocks. A loop nested in this one may sleep undisturbed.
+    auto *dispatcher = QAbstractEventDispatcher::instance();
+    const auto wakeInTime = [&, depth = waits, level = QThread::currentThread()->loopLevel()] {
+        const bool isInnermost = depth == waits && level == QThread::currentThread()->loopLevel();
+        if (isInnermost && (isOver() || m_hasDataReply))
+            dispatcher->wakeUp();
+    };
+    const QObject scope;
+    connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &scope, wakeInTime);
     while (!m_hasDataReply) {
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-        if (!self || !m_isSending)
+        if (isOver())
             return false;
     }
     return true;
@@ -156,21 +174,11 @@ void ZySslEchoClient::cancel()
 {
     m_isCanceling = true;
     if (m_webSocket.state() == QAbstractSocket::UnconnectedState) {
-        m_webSocket.open(m_url);
+        m_heldSocket->open(m_url);
         return;
     }
     const QPointer<ZySslEchoClient> self(this);
     sendJsonMessage({{keys::cmd, commands::cancelFile}});
-    if (!self)
-        return;
-    m_isSending = false;
-    wakeSendLoop();
-}
-
-/// For a change that the send loop waits for. Qt's own dispatcher may run the event that brings it
-/// and then still wait for another one.
-void ZySslEchoClient::wakeSendLoop()
-{
-    if (auto *dispatcher = QAbstractEventDispatcher::instance(thread()))
-        dispatcher->wakeUp();
+    if (self)
+        m_isSending = false;
 }

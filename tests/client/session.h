@@ -25,7 +25,7 @@ template <typename Printer> struct Session {
     ZySslEchoClient client{printer.url()};
     SignalTrace trace{client};
 
-    /// What the client has logged, and nobody else.
+    /// What the client alone has logged.
     QStringList logLines() const { return log.texts(QStringLiteral("zywebsocket.client")); }
 
     /// Waits for the connection, then forgets what it emitted and logged.

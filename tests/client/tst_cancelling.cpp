@@ -230,7 +230,6 @@ void CancellingTest::cancelOpensTheConnectionAgain()
     WAIT_COMPARE(session.trace.count(s("connected")), 1);
     WAIT_COMPARE(other.connectionCount(), 1);
     other.drop();
-    // The signal comes behind the change of state.
     WAIT_COMPARE(session.trace.count(s("disconnected")), 1);
     QCOMPARE(session.client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
     session.trace.clear();

@@ -179,7 +179,7 @@ void CommandsTest::readsOneObjectFromAText_data()
     QTest::newRow("string") << s("\"x\"") << s("{}");
     QTest::newRow("empty text") << QString() << s("{}");
     QTest::newRow("truncated object") << s(R"({"cmd":"START_PRINT")") << s("{}");
-    QTest::newRow("object with something behind it") << s("{} x") << s("{}");
+    QTest::newRow("object with something after it") << s("{} x") << s("{}");
 }
 
 void CommandsTest::readsOneObjectFromAText()

@@ -206,7 +206,7 @@ void DeletionTest::addEndingRows()
 {
     addRows("pauseSuccess inside close()", on(&Client::pauseSuccess),
             [](Bench &bench) { bench.client->close(); });
-    addRows("pauseSuccess behind a message", on(&Client::pauseSuccess), [](Bench &bench) {
+    addRows("pauseSuccess after a message", on(&Client::pauseSuccess), [](Bench &bench) {
         QObject::connect(bench.client, &Client::jsonMessageReceived, bench.client, &Client::close);
         bench.printer.sendText(s("{}"));
         bench.printer.sendText(s("{}"));
@@ -217,7 +217,7 @@ void DeletionTest::addEndingRows()
             [](Bench &bench) { bench.printer.close(QWebSocketProtocol::CloseCodeGoingAway); });
     addRows("disconnected, dropped", on(&Client::disconnected),
             [](Bench &bench) { bench.printer.drop(); });
-    addRows("disconnected behind a message", on(&Client::disconnected), [](Bench &bench) {
+    addRows("disconnected after a message", on(&Client::disconnected), [](Bench &bench) {
         bench.printer.sendText(s("{}"));
         bench.printer.close();
     });

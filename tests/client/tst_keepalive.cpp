@@ -73,7 +73,7 @@ void KeepAliveTest::pingsAgainAfterEachPong()
         session.trace.clear();
         QVERIFY(tick(session));
         WAIT_COMPARE(session.printer.pings().size(), pings);
-        // Whatever comes behind the pong tells that the pong has come.
+        // Once the message after the pong has come, so has the pong.
         session.printer.write(zytest::RawPrinter::textFrame(s("{}")));
         WAIT_COMPARE(session.trace.lines(), QStringList{s("jsonMessageReceived({})")});
     }

@@ -40,7 +40,7 @@ private Q_SLOTS:
     void answersAClosingPeer();
     void reportsADroppedConnection_data();
     void reportsADroppedConnection();
-    void handlesMessagesBeforeTheDropBehindThem();
+    void handlesMessagesBeforeTheDropThatFollowsThem();
     void aFirstAttemptThatFailsEmitsNothing();
     void aLaterAttemptThatFailsIsADisconnect();
     void anInvalidUrlEmitsNothing();
@@ -86,7 +86,7 @@ void resetByPeer(RawSession &session)
     session.printer.reset();
 }
 
-/// A port of this machine on which nobody listens.
+/// A port of this machine without a listener.
 QUrl deadUrl()
 {
     QTcpServer server;
@@ -291,7 +291,7 @@ void LifecycleTest::reportsADroppedConnection()
     WAIT_COMPARE(session.trace.lines(), QStringList{disconnectedLine});
 }
 
-void LifecycleTest::handlesMessagesBeforeTheDropBehindThem()
+void LifecycleTest::handlesMessagesBeforeTheDropThatFollowsThem()
 {
     RawSession session;
     QVERIFY(session.open());

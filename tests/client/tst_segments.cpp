@@ -17,8 +17,8 @@ class SegmentsTest : public QObject
 
 private Q_SLOTS:
     void handlesMergedReplies();
-    void handlesAReplyBehindTheHandshake();
-    void handlesAStatusBehindTheReplyThatStartsATransfer();
+    void handlesAReplyAfterTheHandshake();
+    void handlesAStatusAfterTheReplyThatStartsATransfer();
     void endsATransferOnMergedReplies();
 
     void checkDataMayBeSplitWhereTheLoopEnds();
@@ -116,7 +116,7 @@ void SegmentsTest::handlesMergedReplies()
     QCOMPARE(session.trace.lines(), expected);
 }
 
-void SegmentsTest::handlesAReplyBehindTheHandshake()
+void SegmentsTest::handlesAReplyAfterTheHandshake()
 {
     Session session;
     session.printer.setGreeting(RawPrinter::textFrame(s(R"({"version":"1"})")));
@@ -126,7 +126,7 @@ void SegmentsTest::handlesAReplyBehindTheHandshake()
                               s(R"(jsonMessageReceived({"version":"1"}))")}));
 }
 
-void SegmentsTest::handlesAStatusBehindTheReplyThatStartsATransfer()
+void SegmentsTest::handlesAStatusAfterTheReplyThatStartsATransfer()
 {
     Session session;
     QVERIFY(session.open());
