@@ -4,9 +4,9 @@
 
 #include "errorline.h"
 #include "gyroidsphere.h"
+#include "modeloptions.h"
 #include "modelreader.h"
 #include "modelwriter.h"
-#include "options.h"
 #include "replacement.h"
 
 #include <QFile>
@@ -15,6 +15,9 @@
 
 #include <cmath>
 #include <cstdio>
+
+namespace zymodel
+{
 
 namespace
 {
@@ -28,10 +31,10 @@ QString program()
     return QStringLiteral("zymodel");
 }
 
-zymodel::ModelHeader header(const Options &options, double layerThickness)
+ModelHeader header(const ModelOptions &options, double layerThickness)
 {
     constexpr double nmPerMm = 1e6;
-    zymodel::ModelHeader header;
+    ModelHeader header;
     header.layerCount = quint32(options.layers);
     header.width = quint32(options.width);
     header.height = quint32(options.height);
@@ -47,11 +50,11 @@ zymodel::ModelHeader header(const Options &options, double layerThickness)
     return header;
 }
 
-bool writeModel(const Options &options, QIODevice *file)
+bool writeModel(const ModelOptions &options, QIODevice *file)
 {
-    const zymodel::GyroidSphere solid({options.width, options.height, pixelPitch, options.layers},
-                                      options.seed);
-    zymodel::ModelWriter writer(file, header(options, solid.layerThickness()));
+    const GyroidSphere solid({options.width, options.height, pixelPitch, options.layers},
+                             options.seed);
+    ModelWriter writer(file, header(options, solid.layerThickness()));
     QByteArray mask;
     for (int layer = 1; layer <= options.layers; ++layer) {
         solid.render(layer, mask);
@@ -61,7 +64,7 @@ bool writeModel(const Options &options, QIODevice *file)
     return writer.finish();
 }
 
-int generate(const Options &options)
+int generate(const ModelOptions &options)
 {
     QString fault = zyapp::replacementFault(options.out);
     if (fault.isEmpty()) {
@@ -77,7 +80,7 @@ int generate(const Options &options)
 
 int check(const QString &path)
 {
-    zymodel::ModelReader reader;
+    ModelReader reader;
     const bool isValid = reader.open(path) && reader.checkAllLayers();
     if (!isValid) {
         const bool isReadable = QFileInfo(path).isFile() && QFile(path).open(QIODevice::ReadOnly);
@@ -96,10 +99,12 @@ int check(const QString &path)
 
 } // namespace
 
+} // namespace zymodel
+
 int main(int argc, char **argv)
 {
-    Options options;
-    if (const auto code = readOptions(argc, argv, options))
+    zymodel::ModelOptions options;
+    if (const auto code = zymodel::readOptions(argc, argv, options))
         return *code;
-    return options.check.isEmpty() ? generate(options) : check(options.check);
+    return options.check.isEmpty() ? zymodel::generate(options) : zymodel::check(options.check);
 }

@@ -7,6 +7,9 @@
 #include <QFileInfo>
 #include <QTemporaryFile>
 
+namespace zyprinter
+{
+
 QString directoryFault(const QString &path)
 {
     const QFileInfo directory(path);
@@ -18,3 +21,5 @@ QString directoryFault(const QString &path)
     QTemporaryFile probe(path + QStringLiteral("/.probe-XXXXXX"));
     return probe.open() ? QString() : QStringLiteral("is not writable");
 }
+
+} // namespace zyprinter

@@ -7,7 +7,12 @@
 
 #include <QString>
 
+namespace zyprinter
+{
+
 /// Empty, or what keeps files from being written into @p path: "does not exist" and the like.
 QString directoryFault(const QString &path);
+
+} // namespace zyprinter
 
 #endif // DIRECTORY_H

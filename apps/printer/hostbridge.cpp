@@ -4,10 +4,10 @@
 
 #include "hostbridge.h"
 
-#include "eventlog.h"
 #include "machine.h"
 #include "modelreader.h"
 #include "modelstore.h"
+#include "printerlog.h"
 
 #include <zysslechoserver.h>
 
@@ -15,8 +15,11 @@
 
 #include <utility>
 
-HostBridge::HostBridge(ZySslEchoServer *server, Machine *machine, ModelStore *store, EventLog *log,
-                       Policy policy, QObject *parent)
+namespace zyprinter
+{
+
+HostBridge::HostBridge(ZySslEchoServer *server, Machine *machine, ModelStore *store,
+                       PrinterLog *log, Policy policy, QObject *parent)
     : QObject(parent), m_machine(machine), m_store(store), m_log(log), m_policy(std::move(policy))
 {
     using Server = ZySslEchoServer;
@@ -118,3 +121,5 @@ std::unique_ptr<zymodel::ModelReader> HostBridge::openChecked(const QString &nam
     fault = model->error();
     return nullptr;
 }
+
+} // namespace zyprinter

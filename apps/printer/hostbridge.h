@@ -10,9 +10,6 @@
 
 #include <memory>
 
-class EventLog;
-class Machine;
-class ModelStore;
 class PrintStatusPara;
 class ZySslEchoServer;
 
@@ -20,6 +17,13 @@ namespace zymodel
 {
 class ModelReader;
 }
+
+namespace zyprinter
+{
+
+class Machine;
+class ModelStore;
+class PrinterLog;
 
 /**
  * One slot for each of the server's signals. Each answers through its reference argument before it
@@ -36,7 +40,7 @@ public:
         double slowCheck = 0; ///< seconds that the check before a print takes at least
     };
 
-    HostBridge(ZySslEchoServer *server, Machine *machine, ModelStore *store, EventLog *log,
+    HostBridge(ZySslEchoServer *server, Machine *machine, ModelStore *store, PrinterLog *log,
                Policy policy, QObject *parent = nullptr);
 
 private:
@@ -70,8 +74,10 @@ private:
 
     Machine *m_machine;
     ModelStore *m_store;
-    EventLog *m_log;
+    PrinterLog *m_log;
     const Policy m_policy;
 };
+
+} // namespace zyprinter
 
 #endif // HOSTBRIDGE_H

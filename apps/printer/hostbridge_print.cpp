@@ -4,13 +4,16 @@
 
 #include "hostbridge.h"
 
-#include "eventlog.h"
 #include "machine.h"
 #include "modelreader.h"
 #include "modelstore.h"
+#include "printerlog.h"
 
 #include <QEventLoop>
 #include <QTimer>
+
+namespace zyprinter
+{
 
 void HostBridge::answerPrint(int &answer, const QString &token, bool needCheckToken)
 {
@@ -76,3 +79,5 @@ void HostBridge::answerStop(int &answer, const QString &token)
     if (answer == Yes && !m_machine->stop())
         answer = No; // the plate is on its last way up
 }
+
+} // namespace zyprinter

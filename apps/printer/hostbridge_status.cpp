@@ -4,14 +4,17 @@
 
 #include "hostbridge.h"
 
-#include "eventlog.h"
 #include "machine.h"
 #include "modelreader.h"
+#include "printerlog.h"
 
 #include <printstatuspara.h>
 
 #include <array>
 #include <cmath>
+
+namespace zyprinter
+{
 
 namespace
 {
@@ -115,3 +118,5 @@ void HostBridge::answerVersion(QString &version)
 {
     version = QStringLiteral("1"); // what slicers take for a printer of this protocol
 }
+
+} // namespace zyprinter

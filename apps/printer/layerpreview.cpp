@@ -10,6 +10,9 @@
 #include <QImage>
 #include <QSaveFile>
 
+namespace zyprinter
+{
+
 namespace
 {
 
@@ -73,3 +76,5 @@ QString LayerPreview::write(const QImage &image) const
         = file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit();
     return isWritten ? QString() : file.errorString();
 }
+
+} // namespace zyprinter

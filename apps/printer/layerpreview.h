@@ -12,6 +12,9 @@
 
 class QImage;
 
+namespace zyprinter
+{
+
 /// Keeps "layer.png" in a directory up to date: always a whole picture, at most five a second, the
 /// last layer always among them.
 class LayerPreview : public QObject
@@ -42,5 +45,7 @@ private:
     QSize m_size;
     QString m_fault; ///< of the last picture
 };
+
+} // namespace zyprinter
 
 #endif // LAYERPREVIEW_H

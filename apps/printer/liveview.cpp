@@ -5,12 +5,15 @@
 #include "liveview.h"
 
 #include "errorline.h"
-#include "eventlog.h"
 #include "machine.h"
 #include "machinereport.h"
 #include "modelreader.h"
+#include "printerlog.h"
 
 #include <utility>
+
+namespace zyprinter
+{
 
 namespace
 {
@@ -34,12 +37,12 @@ QString counted(int number, const char *what)
 
 } // namespace
 
-LiveView::LiveView(const Machine &machine, const EventLog &log, Facts facts, QObject *parent)
+LiveView::LiveView(const Machine &machine, const PrinterLog &log, Facts facts, QObject *parent)
     : QObject(parent), m_machine(machine), m_log(log), m_facts(std::move(facts))
 {
     constexpr int interval = 200; // ms
     connect(&m_timer, &QTimer::timeout, this, &LiveView::draw);
-    connect(&log, &EventLog::added, this, &LiveView::draw);
+    connect(&log, &PrinterLog::added, this, &LiveView::draw);
     m_timer.start(interval);
     draw();
 }
@@ -77,7 +80,7 @@ QStringList LiveView::jobLines(int width) const
 
 void LiveView::draw()
 {
-    const QSize size = terminal::size();
+    const QSize size = terminalSize();
     QStringList lines = head() + jobLines(size.width());
     const int room = qMax(0, size.height() - int(lines.size()));
     lines += m_log.recent().mid(qMax(0, int(m_log.recent().size()) - room));
@@ -88,3 +91,5 @@ void LiveView::draw()
         line = zyapp::onOneLine(line).left(size.width());
     m_screen.draw(lines);
 }
+
+} // namespace zyprinter

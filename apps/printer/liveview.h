@@ -5,15 +5,18 @@
 #ifndef LIVEVIEW_H
 #define LIVEVIEW_H
 
-#include "terminal.h"
+#include "fullscreen.h"
 
 #include <QObject>
 #include <QTimer>
 
 #include <functional>
 
-class EventLog;
+namespace zyprinter
+{
+
 class Machine;
+class PrinterLog;
 
 /// Redrawn several times a second and at every event, in whatever size the terminal has then.
 class LiveView : public QObject
@@ -28,7 +31,7 @@ public:
         std::function<int()> connections;
     };
 
-    LiveView(const Machine &machine, const EventLog &log, Facts facts, QObject *parent = nullptr);
+    LiveView(const Machine &machine, const PrinterLog &log, Facts facts, QObject *parent = nullptr);
 
 private:
     void draw();
@@ -36,10 +39,12 @@ private:
     QStringList jobLines(int width) const;
 
     const Machine &m_machine;
-    const EventLog &m_log;
+    const PrinterLog &m_log;
     const Facts m_facts;
-    terminal::Screen m_screen;
+    Screen m_screen;
     QTimer m_timer;
 };
+
+} // namespace zyprinter
 
 #endif // LIVEVIEW_H

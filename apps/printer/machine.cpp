@@ -10,6 +10,9 @@
 #include <cmath>
 #include <utility>
 
+namespace zyprinter
+{
+
 namespace
 {
 
@@ -203,3 +206,5 @@ double Machine::remainingTime() const
         return 0;
     }
 }
+
+} // namespace zyprinter

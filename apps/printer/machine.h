@@ -18,6 +18,9 @@ namespace zymodel
 class ModelReader;
 }
 
+namespace zyprinter
+{
+
 /**
  * Prints a model in accelerated time, layer by layer, reading each layer from the model's file as
  * it is exposed.
@@ -107,5 +110,7 @@ private:
     QElapsedTimer m_sinceAdvance;
     double m_phaseLeft = 0; ///< seconds, at the time of m_sinceAdvance
 };
+
+} // namespace zyprinter
 
 #endif // MACHINE_H

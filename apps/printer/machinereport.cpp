@@ -4,12 +4,15 @@
 
 #include "machinereport.h"
 
-#include "eventlog.h"
 #include "modelreader.h"
+#include "printerlog.h"
 
 #include <QMetaEnum>
 
 #include <cmath>
+
+namespace zyprinter
+{
 
 namespace
 {
@@ -57,7 +60,7 @@ QString clockTime(double seconds)
         .arg(whole % perMinute, 2, 10, QLatin1Char('0'));
 }
 
-void reportTo(EventLog &log, const Machine &machine)
+void reportTo(PrinterLog &log, const Machine &machine)
 {
     QObject::connect(&machine, &Machine::stateChanged, &log, [&machine, &log] {
         const QString text = stepText(machine);
@@ -74,3 +77,5 @@ void reportTo(EventLog &log, const Machine &machine)
                         .arg(clockTime(machine.remainingTime())));
     });
 }
+
+} // namespace zyprinter

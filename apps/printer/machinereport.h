@@ -7,7 +7,10 @@
 
 #include "machine.h"
 
-class EventLog;
+namespace zyprinter
+{
+
+class PrinterLog;
 
 /// One word or two, for example "printing".
 QString stateTitle(Machine::State state);
@@ -16,6 +19,8 @@ QString stateTitle(Machine::State state);
 QString clockTime(double seconds);
 
 /// Writes each step of the machine, and every tenth of its layers, to @p log from now on.
-void reportTo(EventLog &log, const Machine &machine);
+void reportTo(PrinterLog &log, const Machine &machine);
+
+} // namespace zyprinter
 
 #endif // MACHINEREPORT_H

@@ -4,7 +4,6 @@
 
 #include "directory.h"
 #include "errorline.h"
-#include "eventlog.h"
 #include "hostbridge.h"
 #include "layerpreview.h"
 #include "liveview.h"
@@ -12,7 +11,8 @@
 #include "machinereport.h"
 #include "modelreader.h"
 #include "modelstore.h"
-#include "options.h"
+#include "printerlog.h"
+#include "printeroptions.h"
 #include "unixsignals.h"
 
 #include <zyfiletranshandle.h>
@@ -24,6 +24,9 @@
 #include <csignal>
 #include <cstdio>
 #include <optional>
+
+namespace zyprinter
+{
 
 namespace
 {
@@ -54,7 +57,7 @@ int connections(const ZySslEchoServer &server)
     return server.findChildren<ZyFileTransHandle *>(QString(), Qt::FindDirectChildrenOnly).size();
 }
 
-void showLayers(const Machine &machine, LayerPreview &preview, EventLog &log)
+void showLayers(const Machine &machine, LayerPreview &preview, PrinterLog &log)
 {
     QObject::connect(&machine, &Machine::layerExposed, &preview,
                      [&machine, &preview](int, const QByteArray &mask) {
@@ -67,18 +70,18 @@ void showLayers(const Machine &machine, LayerPreview &preview, EventLog &log)
 }
 
 /// Log lines, or the live view where there is a terminal for it, until the program is to stop.
-int serve(const Options &options, const ZySslEchoServer &server, const Machine &machine,
-          const ModelStore &store, EventLog &log)
+int serve(const PrinterOptions &options, const ZySslEchoServer &server, const Machine &machine,
+          const ModelStore &store, PrinterLog &log)
 {
     const QString url = QStringLiteral("ws://127.0.0.1:%1").arg(server.serverPort());
     printLine(QStringLiteral("zyprinter: listening on ") + url);
     std::optional<LiveView> view;
-    if (options.view && terminal::isThere())
+    if (options.view && isTerminal())
         view.emplace(machine, log, LiveView::Facts{options.name, url, store.directory(), [&server] {
                                                        return connections(server);
                                                    }});
     else
-        QObject::connect(&log, &EventLog::added, printLine);
+        QObject::connect(&log, &PrinterLog::added, printLine);
     log.add(QStringLiteral("printer \"%1\" keeps its models in %2: %3 there")
                 .arg(options.name, store.directory())
                 .arg(store.names().size()));
@@ -87,7 +90,7 @@ int serve(const Options &options, const ZySslEchoServer &server, const Machine &
     return code;
 }
 
-int run(const Options &options)
+int run(const PrinterOptions &options)
 {
     if (!options.preview.isEmpty()) {
         QString fault = directoryFault(options.preview);
@@ -117,7 +120,7 @@ int run(const Options &options)
                       QString::number(options.port),
                       QStringLiteral("choose another --port, or 0 for a free one"));
 
-    EventLog log;
+    PrinterLog log;
     reportTo(log, machine);
     if (preview)
         showLayers(machine, *preview, log);
@@ -128,10 +131,12 @@ int run(const Options &options)
 
 } // namespace
 
+} // namespace zyprinter
+
 int main(int argc, char **argv)
 {
-    Options options;
-    if (const auto code = readOptions(argc, argv, options))
+    zyprinter::PrinterOptions options;
+    if (const auto code = zyprinter::readOptions(argc, argv, options))
         return *code;
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("zyprinter"));
@@ -139,5 +144,5 @@ int main(int argc, char **argv)
     QLoggingCategory::setFilterRules(QStringLiteral("zywebsocket.*.debug=false"));
     zyapp::UnixSignals signalsToStop({SIGINT, SIGTERM, SIGHUP});
     QObject::connect(&signalsToStop, &zyapp::UnixSignals::received, &app, &QCoreApplication::quit);
-    return run(options);
+    return zyprinter::run(options);
 }

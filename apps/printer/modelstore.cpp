@@ -15,6 +15,9 @@
 #include <cstdio>
 #include <cstring>
 
+namespace zyprinter
+{
+
 namespace
 {
 
@@ -133,3 +136,5 @@ QStringList ModelStore::names() const
 {
     return QDir(m_directory).entryList(QDir::Files);
 }
+
+} // namespace zyprinter

@@ -9,6 +9,9 @@
 #include <QString>
 #include <QStringList>
 
+namespace zyprinter
+{
+
 /**
  * Two places: models are received in ".incoming" and kept, once whole, in the directory itself.
  *
@@ -58,5 +61,7 @@ private:
     QString m_lockPath;
     QLockFile m_lock;
 };
+
+} // namespace zyprinter
 
 #endif // MODELSTORE_H

@@ -8,6 +8,9 @@
 
 #include <cmath>
 
+namespace zyprinter
+{
+
 namespace
 {
 
@@ -91,3 +94,5 @@ double PrintParameters::timeAfter(int layer, int count) const
     return bottom * layerTime(layer + 1)
         + (left - bottom) * layerTime(int(value(BottomExposureNum)) + 1);
 }
+
+} // namespace zyprinter

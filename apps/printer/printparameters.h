@@ -14,6 +14,9 @@ namespace zymodel
 struct ModelHeader;
 }
 
+namespace zyprinter
+{
+
 /**
  * Each parameter has a value that a slicer has set, or else the one that the model recommends, or
  * else the machine's own. Texts stay as they were set: a slicer reads back what it wrote.
@@ -51,5 +54,7 @@ private:
     std::array<QString, all.size()> m_set;
     std::array<QString, all.size()> m_recommended;
 };
+
+} // namespace zyprinter
 
 #endif // PRINTPARAMETERS_H

@@ -5,20 +5,32 @@
 #include "errorline.h"
 #include "fleet.h"
 #include "interruption.h"
-#include "jobsteps.h"
 #include "jsonview.h"
-#include "printerbook.h"
-#include "printerscommand.h"
-#include "request.h"
-#include "requestparser.h"
-#include "slicerlog.h"
-#include "terminal.h"
+#include "knownprinters.h"
+#include "sendstep.h"
+#include "slicercommands.h"
+#include "standardoutput.h"
 #include "view.h"
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
+
+namespace zyslicer
+{
 
 namespace
 {
+
+/// Debug lines, the library's included, and Qt's warnings are shown only when @p isVerbose.
+void installLogFilter(bool isVerbose)
+{
+    // The library's lines are on by default; next to a progress bar they are noise. So are the
+    // warnings of Qt's sockets, whose failures the program reports itself.
+    const QString state = isVerbose ? QStringLiteral("true") : QStringLiteral("false");
+    QLoggingCategory::setFilterRules(QStringLiteral("zywebsocket.*.debug=%1\nzysession.debug=%1\n"
+                                                    "zyslicer.debug=%1\ndefault.warning=%1")
+                                         .arg(state));
+}
 
 int exitWith(const Outcome &outcome)
 {
@@ -35,23 +47,21 @@ int endWith(const Request &request, const Outcome &outcome)
     return exitWith(outcome);
 }
 
-/// What could not be told has not been done for whoever reads it.
+/// To the reader of the output, what could not be written has not been done.
 int exitCodeOnceWritten(int exitCode)
 {
-    const Outcome written = terminal::writingOutcome();
+    const Outcome written = writingOutcome();
     if (written.isOk())
         return exitCode;
     const int failure = exitWith(written);
     return exitCode == static_cast<int>(ExitCode::Ok) ? failure : exitCode;
 }
 
-int runJobs(const Request &request, const QVector<Printer> &printers)
+int runJobs(const Request &request, const QVector<zysession::Printer> &printers)
 {
     Interruption interruption;
-    Fleet fleet;
     const std::unique_ptr<View> view = makeView(request, printers);
-    for (const Printer &printer : printers)
-        fleet.add(printer, request.limits, jobSteps(request));
+    Fleet fleet(request, printers);
     QObject::connect(&interruption, &Interruption::interrupted, &fleet, &Fleet::interrupt);
     QObject::connect(&fleet, &Fleet::reported, &fleet,
                      [&](int printer, const Event &event) { view->report(printer, event); });
@@ -69,34 +79,40 @@ int runJobs(const Request &request, const QVector<Printer> &printers)
 
 int run(const Request &request)
 {
-    PrinterBook book(request.settingsFile);
     switch (request.command) {
     case Request::Command::PrintersList:
     case Request::Command::PrintersAdd:
     case Request::Command::PrintersRemove:
-        return endWith(request, runPrintersCommand(request, book));
+        return endWith(request, runPrintersCommand(request));
     default:
         break;
     }
-    QVector<Printer> printers;
-    Outcome outcome = book.resolveAll(request.printers, printers);
+    QVector<zysession::Printer> printers;
+    Outcome outcome = findPrinters(request, printers);
     // Before any printer is asked, so that nothing is half done for a mistake here.
     if (outcome.isOk())
-        outcome = checkModelFiles(modelFiles(request));
+        outcome = checkModelFiles(request.files);
     if (!outcome.isOk())
         return endWith(request, outcome);
     return runJobs(request, printers);
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+int parseAndRun(int argc, char **argv)
 {
-    terminal::reserveStreams();
-    const QCoreApplication app(argc, argv);
     Request request;
     if (const std::optional<int> exitCode = parseRequest(argc, argv, request))
         return exitCodeOnceWritten(*exitCode);
     installLogFilter(request.isVerbose);
     return exitCodeOnceWritten(run(request));
+}
+
+} // namespace
+
+} // namespace zyslicer
+
+int main(int argc, char **argv)
+{
+    zyslicer::reserveStreams();
+    const QCoreApplication app(argc, argv);
+    return zyslicer::parseAndRun(argc, argv);
 }

@@ -4,6 +4,11 @@
 
 #include "outcome.h"
 
+#include <algorithm>
+
+namespace zyslicer
+{
+
 const QVector<ExitCodeMeaning> &exitCodeMeanings()
 {
     static const QVector<ExitCodeMeaning> meanings{
@@ -29,3 +34,18 @@ QString Outcome::text() const
 {
     return what + QStringLiteral(": ") + value + QStringLiteral("; ") + advice;
 }
+
+ExitCode combinedExitCode(const QVector<Outcome> &outcomes)
+{
+    if (outcomes.size() == 1)
+        return outcomes.first().code;
+    const auto isInterrupted
+        = [](const Outcome &outcome) { return outcome.code == ExitCode::Interrupted; };
+    if (std::any_of(outcomes.begin(), outcomes.end(), isInterrupted))
+        return ExitCode::Interrupted;
+    const bool isOk = std::all_of(outcomes.begin(), outcomes.end(),
+                                  [](const Outcome &outcome) { return outcome.isOk(); });
+    return isOk ? ExitCode::Ok : ExitCode::SomeFailed;
+}
+
+} // namespace zyslicer

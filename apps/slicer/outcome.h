@@ -5,9 +5,11 @@
 #ifndef OUTCOME_H
 #define OUTCOME_H
 
-#include <QMetaType>
 #include <QString>
 #include <QVector>
+
+namespace zyslicer
+{
 
 enum class ExitCode {
     Ok = 0,
@@ -43,6 +45,9 @@ struct Outcome {
     QString text() const;
 };
 
-Q_DECLARE_METATYPE(Outcome)
+/// The program's exit code for what became of all printers.
+ExitCode combinedExitCode(const QVector<Outcome> &outcomes);
+
+} // namespace zyslicer
 
 #endif // OUTCOME_H

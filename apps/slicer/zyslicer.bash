@@ -63,7 +63,7 @@ _zyslicer()
         printers)
             case $prev in
                 remove) options=$(_zyslicer_names) ;;
-                *) options="add remove $common" ;;
+                *) options="add remove --token $common" ;;
             esac
             ;;
         *) options="$printer $common" ;;

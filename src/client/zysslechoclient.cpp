@@ -5,7 +5,7 @@
 #include "zysslechoclient.h"
 
 #include "clientlog.h"
-#include "deliveryline.h"
+#include "deliveryqueue.h"
 #include "heldsocket.h"
 #include "linkoptions.h"
 #include "wakeafterwards.h"
@@ -38,7 +38,7 @@ Q_NEVER_INLINE QTimer *newKeepAliveTimer()
 
 ZySslEchoClient::ZySslEchoClient(const QUrl &url, QObject *parent)
     : QObject(parent), m_heldSocket(std::make_unique<zyws::HeldSocket>()),
-      m_webSocket(m_heldSocket->socket()), m_deliveries(std::make_unique<zyws::DeliveryLine>(this))
+      m_webSocket(m_heldSocket->socket()), m_deliveries(std::make_unique<zyws::DeliveryQueue>(this))
 {
     connect(&m_webSocket, &QWebSocket::connected, this, &ZySslEchoClient::onConnected);
     m_heldSocket->open(url);

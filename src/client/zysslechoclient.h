@@ -27,7 +27,7 @@ class QWebSocket;
 
 namespace zyws
 {
-class DeliveryLine;
+class DeliveryQueue;
 class HeldSocket;
 } // namespace zyws
 
@@ -237,7 +237,7 @@ private:
     int m_compressionThreads = 0;
     qint64 m_transferOffset = -1;
 
-    std::unique_ptr<zyws::DeliveryLine> m_deliveries;
+    std::unique_ptr<zyws::DeliveryQueue> m_deliveries;
     QQueue<QAbstractSocket::SocketState> m_waitingStates; ///< to be logged in turn
     QMetaObject::Connection m_textConnection;
     QMetaObject::Connection m_disconnectConnection;

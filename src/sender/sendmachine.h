@@ -21,9 +21,9 @@ struct SendEvent {
         Connected, ///< key: of the file as it is now
         ConnectFailed, ///< connectionFault, text
         Dropped, ///< code: of the printer's close frame, 0 without one
-        Refused, ///< code: "errorcode"; wifiState
+        Refusal, ///< code: "errorcode"; wifiState
         Acknowledged, ///< offset: where this transfer began; key, bytes: "received"; code
-        Verdict, ///< key, code: "checkstate"
+        Verdict, ///< key, offset, code: "checkstate"
         Accepted, ///< the START_FILE reply, which comes after its transfer: offset, key, text: name
         FileFailed, ///< fileFault
         TimeLimit,
@@ -100,6 +100,7 @@ private:
     void onRefused(const SendEvent &event);
     void onAcknowledged(const SendEvent &event);
     void onFirstAcknowledgement(qint64 offset);
+    void onAllHeld();
     void onVerdict(const SendEvent &event);
     void onAccepted(const SendEvent &event);
     void onDropped(const SendEvent &event);

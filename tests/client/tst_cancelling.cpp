@@ -4,6 +4,7 @@
 
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QTimer>
 
@@ -266,6 +267,6 @@ void CancellingTest::cancelsOnTheNextConnectionOnceAcknowledged()
     QCOMPARE(session.trace.count(s("disconnected")), 1);
 }
 
-QTEST_GUILESS_MAIN(CancellingTest)
+ZY_TEST(CancellingTest)
 
 #include "tst_cancelling.moc"

@@ -4,6 +4,7 @@
 
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QJsonArray>
 
@@ -221,6 +222,6 @@ void CommandsTest::losesCommandsSilentlyAfterTheConnection()
     QCOMPARE(session.logLines(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(CommandsTest)
+ZY_TEST(CommandsTest)
 
 #include "tst_commands.moc"

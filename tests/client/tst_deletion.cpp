@@ -5,6 +5,7 @@
 #include "modelfiles.h"
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QEventLoop>
 #include <QPointer>
@@ -310,6 +311,6 @@ void DeletionTest::survivesDeletionBetweenTwoChunks()
     QCOMPARE(bench.printer.chunks().size(), 1);
 }
 
-QTEST_GUILESS_MAIN(DeletionTest)
+ZY_TEST(DeletionTest)
 
 #include "tst_deletion.moc"

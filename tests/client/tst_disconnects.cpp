@@ -4,6 +4,7 @@
 
 #include "rawprinter.h"
 #include "session.h"
+#include "testprogram.h"
 #include "watchfulapplication.h"
 
 #include <QTimer>
@@ -253,11 +254,6 @@ void DisconnectsTest::diesInALoopNestedInDisconnected()
     zytest::spinOnce();
 }
 
-int main(int argc, char **argv)
-{
-    const zytest::WatchfulApplication app(argc, argv);
-    DisconnectsTest test;
-    return QTest::qExec(&test, argc, argv);
-}
+ZY_TEST(DisconnectsTest)
 
 #include "tst_disconnects.moc"

@@ -5,6 +5,7 @@
 #include "processview.h"
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QEventLoop>
 #include <QFile>
@@ -165,6 +166,6 @@ void EconomyTest::needsNoMoreMemoryForALargerFile()
     QVERIFY2(large - small < 8 * mebi, qPrintable(QStringLiteral("%1 bytes").arg(large - small)));
 }
 
-QTEST_GUILESS_MAIN(EconomyTest)
+ZY_TEST(EconomyTest)
 
 #include "tst_economy.moc"

@@ -4,6 +4,7 @@
 
 #include "rawprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 using Session = zytest::Session<zytest::RawPrinter>;
 
@@ -194,6 +195,6 @@ void KeepAliveTest::leavesAnotherStateAlone()
     QCOMPARE(session.trace.lines(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(KeepAliveTest)
+ZY_TEST(KeepAliveTest)
 
 #include "tst_keepalive.moc"

@@ -5,6 +5,7 @@
 #include "rawprinter.h"
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QTcpServer>
 
@@ -377,6 +378,6 @@ void LifecycleTest::canBeDestroyedWhileConnecting()
     QVERIFY(session.open());
 }
 
-QTEST_GUILESS_MAIN(LifecycleTest)
+ZY_TEST(LifecycleTest)
 
 #include "tst_lifecycle.moc"

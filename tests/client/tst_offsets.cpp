@@ -4,6 +4,7 @@
 
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 using zytest::ScriptedPrinter;
 using Session = zytest::TransferSession<ScriptedPrinter>;
@@ -138,6 +139,6 @@ void OffsetsTest::remembersTheOffsetOfTheLastTransfer()
     QCOMPARE(session.client.transferOffset(), 0);
 }
 
-QTEST_GUILESS_MAIN(OffsetsTest)
+ZY_TEST(OffsetsTest)
 
 #include "tst_offsets.moc"

@@ -5,6 +5,7 @@
 #include "processview.h"
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QDir>
 #include <QFile>
@@ -357,6 +358,6 @@ void ReadAheadTest::survivesDeletionAtAnyInstant()
     }
 }
 
-QTEST_GUILESS_MAIN(ReadAheadTest)
+ZY_TEST(ReadAheadTest)
 
 #include "tst_readahead.moc"

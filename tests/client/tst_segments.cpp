@@ -5,6 +5,7 @@
 #include "rawprinter.h"
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QTimer>
 
@@ -282,6 +283,6 @@ void SegmentsTest::handlesAllRepliesBeforeAClose()
     QCOMPARE(session.trace.lines().size(), 6);
 }
 
-QTEST_GUILESS_MAIN(SegmentsTest)
+ZY_TEST(SegmentsTest)
 
 #include "tst_segments.moc"

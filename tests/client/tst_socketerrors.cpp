@@ -4,6 +4,7 @@
 
 #include "rawprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -176,6 +177,6 @@ void SocketErrorsTest::forgetsTheCodeButNotTheHandshakesWords()
     QCOMPARE(client.socketErrorText(), words);
 }
 
-QTEST_GUILESS_MAIN(SocketErrorsTest)
+ZY_TEST(SocketErrorsTest)
 
 #include "tst_socketerrors.moc"

@@ -3,6 +3,7 @@
 // Hosts whose slots use up wake-ups of the event loop: the send loop must not sleep for good.
 
 #include "session.h"
+#include "testprogram.h"
 #include "threadedprinter.h"
 
 #include <QCoreApplication>
@@ -302,6 +303,6 @@ void StallsTest::aLoopThatASlotQuitsMayBeSpunIn()
     QCOMPARE(session.trace.names(), (QStringList{s("checkVersion"), s("jsonMessageReceived")}));
 }
 
-QTEST_GUILESS_MAIN(StallsTest)
+ZY_TEST(StallsTest)
 
 #include "tst_stalls.moc"

@@ -1,35 +1,62 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A session that writes down what it says.
+// The panel's control of a printer, and its upload, with all that they say written down.
 
 #ifndef LISTENER_H
 #define LISTENER_H
 
-#include "printersession.h"
+#include "printercontrol.h"
+#include "upload.h"
 
 #include <QStringList>
 #include <QTest>
 
+#include <waiting.h>
+
 struct Listener {
     explicit Listener(int polling = 20)
     {
-        zypanel::PrinterSession::Timeouts timeouts;
-        timeouts.polling = polling;
-        session.setTimeouts(timeouts);
-        QObject::connect(&session, &zypanel::PrinterSession::noticed, &session,
-                         [this](const zypanel::Notice &notice) { said.append(notice.text); });
+        timing.polling = polling;
+        timing.firstPause = 20;
+        const auto write = [this](const zypanel::Notice &notice) { said.append(notice.text); };
+        QObject::connect(&control, &zypanel::PrinterControl::noticed, &control, write);
+        QObject::connect(&upload, &zypanel::Upload::noticed, &control, write);
     }
+
+    static zysession::Printer printerAt(const QUrl &url) { return {{}, url, {}}; }
 
     bool hasSaid(const zypanel::Notice &notice) const { return said.contains(notice.text); }
 
-    bool connectTo(const QUrl &url)
+    void beginConnecting(const QUrl &url)
     {
-        session.connectTo(url, QStringLiteral("secret"));
-        return QTest::qWaitFor(
-            [this] { return session.link() == zypanel::PrinterSession::Link::Open; }, 60000);
+        control.setTiming(timing);
+        control.connectTo(printerAt(url), QStringLiteral("secret"));
     }
 
-    zypanel::PrinterSession session;
+    bool awaitLink(zypanel::PrinterControl::Link link)
+    {
+        return QTest::qWaitFor([&] { return control.link() == link; }, zytest::patience);
+    }
+
+    bool connectTo(const QUrl &url)
+    {
+        beginConnecting(url);
+        return awaitLink(zypanel::PrinterControl::Link::Open);
+    }
+
+    bool send(const QString &path, const QString &name)
+    {
+        return upload.send(control.printer(), path, name);
+    }
+
+    bool awaitUpload(zypanel::Upload::State state)
+    {
+        return QTest::qWaitFor([&] { return upload.state() == state; }, zytest::patience);
+    }
+
+    zypanel::PrinterControl::Timing timing;
+    zypanel::PrinterControl control;
+    zypanel::Upload upload;
     QStringList said;
 };
 

@@ -7,6 +7,8 @@
 #include "eventlog.h"
 #include "printerpanel.h"
 
+#include <waiting.h>
+
 #include <QApplication>
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -15,20 +17,27 @@
 #include <QUrl>
 
 using namespace zypanel;
+using zytest::patience;
 
 WindowDriver::WindowDriver()
 {
-    PrinterSession::Timeouts timeouts;
-    timeouts.polling = 50;
-    session().setTimeouts(timeouts);
+    PrinterControl::Timing timing;
+    timing.polling = 50;
+    timing.firstPause = 50;
+    control().setTiming(timing);
     m_window.show();
     if (!QTest::qWaitForWindowExposed(&m_window))
         qFatal("the window is not shown");
 }
 
-PrinterSession &WindowDriver::session()
+PrinterControl &WindowDriver::control()
 {
-    return *m_window.panel()->session();
+    return *m_window.panel()->control();
+}
+
+Upload &WindowDriver::upload()
+{
+    return *m_window.panel()->upload();
 }
 
 bool WindowDriver::click(const char *button)
@@ -62,9 +71,7 @@ QString WindowDriver::notice()
 bool WindowDriver::connectTo(const QString &address)
 {
     type("address", address);
-    return click("connect")
-        && QTest::qWaitFor([this] { return session().link() == PrinterSession::Link::Open; },
-                           patience);
+    return click("connect") && awaitLink(PrinterControl::Link::Open);
 }
 
 bool WindowDriver::drop(const QString &path)
@@ -87,9 +94,14 @@ bool WindowDriver::awaitTitle(const QString &title)
     return QTest::qWaitFor([&] { return textOf("stateTitle") == title; }, patience);
 }
 
-bool WindowDriver::awaitTransfer(PrinterSession::Transfer transfer)
+bool WindowDriver::awaitUpload(Upload::State state)
 {
-    return QTest::qWaitFor([&] { return session().transfer() == transfer; }, patience);
+    return QTest::qWaitFor([&] { return upload().state() == state; }, patience);
+}
+
+bool WindowDriver::awaitLink(PrinterControl::Link link)
+{
+    return QTest::qWaitFor([&] { return control().link() == link; }, patience);
 }
 
 bool WindowDriver::awaitEvent(const QString &text)

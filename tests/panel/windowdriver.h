@@ -6,7 +6,8 @@
 #define WINDOWDRIVER_H
 
 #include "mainwindow.h"
-#include "printersession.h"
+#include "printercontrol.h"
+#include "upload.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -16,12 +17,11 @@
 class WindowDriver
 {
 public:
-    static constexpr int patience = 60000; ///< ms
-
     WindowDriver();
 
     zypanel::MainWindow &window() { return m_window; }
-    zypanel::PrinterSession &session();
+    zypanel::PrinterControl &control();
+    zypanel::Upload &upload();
 
     /// A widget by its object name; ends the test program when there is none.
     template <typename Widget> Widget &find(const char *name)
@@ -47,7 +47,8 @@ public:
 
     /// Waits for the state's heading.
     bool awaitTitle(const QString &title);
-    bool awaitTransfer(zypanel::PrinterSession::Transfer transfer);
+    bool awaitUpload(zypanel::Upload::State state);
+    bool awaitLink(zypanel::PrinterControl::Link link);
     /// Waits for a line of the log that contains @p text.
     bool awaitEvent(const QString &text);
 

@@ -42,7 +42,7 @@ SendEvent acknowledged(qint64 received, qint64 offset = 0, int code = 0)
 
 SendEvent refused(int errorcode, int wifiState)
 {
-    SendEvent made = plainEvent(SendEvent::Refused);
+    SendEvent made = plainEvent(SendEvent::Refusal);
     made.code = errorcode;
     made.wifiState = wifiState;
     return made;
@@ -267,6 +267,12 @@ void TestSendMachine::ends_data()
     row("no opinion", throughLastChunk + accepted() + verdict(0), Ending::Sent);
     row("bad", throughLastChunk + accepted() + verdict(2), Ending::CheckFailed);
     row("negative verdict", throughLastChunk + accepted() + verdict(-1), Ending::CheckFailed);
+    SendEvent verdictOnHeldFile = verdict(1);
+    verdictOnHeldFile.offset = fileSize;
+    row("held before, verdict first",
+        Events{start, connected} + verdictOnHeldFile + accepted(fileSize), Ending::Sent);
+    row("held before, acceptance first",
+        Events{start, connected} + accepted(fileSize) + verdictOnHeldFile, Ending::Sent);
     row("verdict on another file", throughLastChunk + verdict(1, QStringLiteral("1")),
         Ending::PrinterFault);
     row("verdict while sending", sending + verdict(1), Ending::PrinterFault);

@@ -8,9 +8,11 @@
 #include "rawpeer.h"
 #include "slicerprocess.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QtTest>
 
 using zytest::CuttingProxy;
@@ -41,6 +43,7 @@ private Q_SLOTS:
     void initTestCase();
     void tellsThatNobodyListens();
     void tellsThatNobodyAnswersTheHandshake();
+    void tellsThatSomethingElseAnswers();
     void tellsThatACommandIsNotAnswered();
     void tellsThatThePrinterIsReceiving();
     void tellsThatThePrinterIsChecking();
@@ -75,10 +78,11 @@ void TestFailures::initTestCase()
 void TestFailures::tellsThatNobodyListens()
 {
     const QString url = deadUrl();
-    EXPECT_FAILURE(runSlicer(send(url)), 3, "no connection: " + url.toUtf8());
-    EXPECT_FAILURE(runSlicer({"status"_s, "--to"_s, url}), 3, "no connection: ");
-    EXPECT_FAILURE(runSlicer({"print"_s, "x"_s, "--to"_s, url, "--watch"_s}), 3, "no connection: ");
-    EXPECT_FAILURE(runSlicer({"set"_s, "eleSpeed=1"_s, "--to"_s, url}), 3, "no connection: ");
+    EXPECT_FAILURE(runSlicer(send(url)), 3, "no connection (connection refused): " + url.toUtf8());
+    EXPECT_FAILURE(runSlicer({"status"_s, "--to"_s, url}), 3,
+                   "no connection (connection refused): ");
+    EXPECT_FAILURE(runSlicer({"print"_s, "x"_s, "--to"_s, url, "--watch"_s}), 3, "no connection (");
+    EXPECT_FAILURE(runSlicer({"set"_s, "eleSpeed=1"_s, "--to"_s, url}), 3, "no connection (");
 }
 
 void TestFailures::tellsThatNobodyAnswersTheHandshake()
@@ -86,7 +90,20 @@ void TestFailures::tellsThatNobodyAnswersTheHandshake()
     QTcpServer silent;
     QVERIFY(silent.listen(QHostAddress::LocalHost));
     const QString url = "ws://127.0.0.1:%1"_s.arg(silent.serverPort());
-    EXPECT_FAILURE(runSlicer(send(url, {"--connect-timeout"_s, "0.3"_s})), 3, "no connection: ");
+    EXPECT_FAILURE(runSlicer(send(url, {"--connect-timeout"_s, "0.3"_s})), 3,
+                   "no connection (timed out): ");
+}
+
+void TestFailures::tellsThatSomethingElseAnswers()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    connect(&server, &QTcpServer::newConnection, this,
+            [&] { server.nextPendingConnection()->write("220 ready\r\n\r\n"); });
+    const QString url = "ws://127.0.0.1:%1"_s.arg(server.serverPort());
+    EXPECT_FAILURE(runSlicer(send(url)), 3, "no connection (not a WebSocket server): ");
+    EXPECT_FAILURE(runSlicer({"status"_s, "--to"_s, url}), 3,
+                   "no connection (not a WebSocket server): ");
 }
 
 void TestFailures::tellsThatACommandIsNotAnswered()
@@ -140,7 +157,7 @@ void TestFailures::tellsThatThePrinterCannotCreateTheFile()
 {
     TestPrinter printer;
     QVERIFY(QDir().mkdir(printer.temporaryFile()));
-    EXPECT_FAILURE(runSlicer(send(urlOf(printer))), 5, "cannot create the file");
+    EXPECT_FAILURE(runSlicer(send(urlOf(printer))), 5, "cannot store the file");
 }
 
 void TestFailures::tellsThatThePrinterCannotStoreTheData()
@@ -153,7 +170,7 @@ void TestFailures::tellsThatThePrinterCannotStoreTheData()
             QDir().mkdir(printer.temporaryFile());
         });
     });
-    EXPECT_FAILURE(runSlicer(send(urlOf(printer))), 5, "cannot store the data");
+    EXPECT_FAILURE(runSlicer(send(urlOf(printer))), 5, "cannot store the file");
 }
 
 void TestFailures::tellsThatAPrintIsBusy()
@@ -234,6 +251,6 @@ void TestFailures::givesUpAStalledTransfer()
     QCOMPARE(retries[1].value("delayMs"_s).toInt(), 100);
 }
 
-QTEST_GUILESS_MAIN(TestFailures)
+ZY_TEST(TestFailures)
 
 #include "tst_failures.moc"

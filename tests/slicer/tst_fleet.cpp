@@ -5,6 +5,7 @@
 #include "modelfiles.h"
 #include "printerprocess.h"
 #include "slicerprocess.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QtTest>
@@ -96,12 +97,13 @@ void TestFleet::sumsUpWhatBecameOfEach()
     VERIFY_TEXT(
         result.errors.contains("zyslicer: refused by the printer: part.zydlp to bad (ws://"),
         result.errors);
-    VERIFY_TEXT(result.errors.contains("zyslicer: no connection: ws://"), result.errors);
+    VERIFY_TEXT(result.errors.contains("zyslicer: no connection (connection refused): ws://"),
+                result.errors);
     const QByteArray table = result.output.mid(result.output.indexOf("PRINTER"));
     QCOMPARE(table.count('\n'), 4);
     VERIFY_TEXT(table.contains("ok\nbad "), table);
     VERIFY_TEXT(table.contains("refused by the printer\n"), table);
-    VERIFY_TEXT(table.contains("no connection\n"), table);
+    VERIFY_TEXT(table.contains("no connection (connection refused)\n"), table);
 }
 
 void TestFleet::sumsUpWithoutTransfersWhenNothingIsSent()
@@ -145,6 +147,6 @@ void TestFleet::interruptsAll()
         QVERIFY(printer->pathOf("wifi_tranfer.tmp"_s).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(TestFleet)
+ZY_TEST(TestFleet)
 
 #include "tst_fleet.moc"

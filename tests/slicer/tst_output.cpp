@@ -4,6 +4,7 @@
 
 #include "printerprocess.h"
 #include "slicerprocess.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QtTest>
@@ -72,6 +73,6 @@ void TestOutput::endsQuietlyWithItsReader()
     QCOMPARE(result.exitCode, 128 + SIGPIPE);
 }
 
-QTEST_GUILESS_MAIN(TestOutput)
+ZY_TEST(TestOutput)
 
 #include "tst_output.moc"

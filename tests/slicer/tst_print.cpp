@@ -5,6 +5,7 @@
 #include "modelfiles.h"
 #include "printerprocess.h"
 #include "slicerprocess.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QtTest>
@@ -239,6 +240,6 @@ void TestPrint::usesTheOnlySavedPrinterByDefault()
     QCOMPARE(runSlicer({"version"_s}, settings).exitCode, 2);
 }
 
-QTEST_GUILESS_MAIN(TestPrint)
+ZY_TEST(TestPrint)
 
 #include "tst_print.moc"

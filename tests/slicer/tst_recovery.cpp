@@ -8,6 +8,7 @@
 #include "rawpeer.h"
 #include "slicerprocess.h"
 #include "testprinter.h"
+#include "testprogram.h"
 #include "texts.h"
 #include "waiting.h"
 
@@ -61,6 +62,7 @@ private Q_SLOTS:
     void tellsALostPrinterInItsOwnWords();
     void cancelsOnThePrinterAtCtrlC();
     void leavesWhenACancelIsNotAcknowledged();
+    void leavesAtCtrlCWhatThePrinterHoldsWhole();
     void leavesAtOnceAtTheSecondCtrlC();
     void leavesWhilePausingBeforeARetry();
     void followsAPrintOverACut();
@@ -254,6 +256,21 @@ void TestRecovery::leavesWhenACancelIsNotAcknowledged()
     VERIFY_TEXT(isOneErrorLine(slicer.errors(), "did not acknowledge the cancel"), slicer.errors());
 }
 
+void TestRecovery::leavesAtCtrlCWhatThePrinterHoldsWhole()
+{
+    Bench bench;
+    // The printer has stored the file; whatever it answers does not get through.
+    bench.printer.host().during("finish"_s, [&] { bench.proxy.freeze(); });
+    SlicerProcess slicer(bench.send(m_file));
+    QVERIFY(zytest::waitUntil([&] { return bench.printer.host().count("finish"_s) == 1; }));
+    slicer.interrupt();
+    QVERIFY(slicer.waitForExit());
+    QCOMPARE(slicer.exitCode(), 130);
+    VERIFY_TEXT(isOneErrorLine(slicer.errors(), "the whole file"), slicer.errors());
+    QCOMPARE(bench.printer.host().count("cancle"_s), 0);
+    QVERIFY(bench.stored() == m_bytes);
+}
+
 void TestRecovery::leavesAtOnceAtTheSecondCtrlC()
 {
     Bench bench;
@@ -364,6 +381,6 @@ void TestRecovery::tellsAtCtrlCWhatThePrinterWasAsked()
     VERIFY_TEXT(isOneErrorLine(slicer.errors(), part), slicer.errors());
 }
 
-QTEST_GUILESS_MAIN(TestRecovery)
+ZY_TEST(TestRecovery)
 
 #include "tst_recovery.moc"

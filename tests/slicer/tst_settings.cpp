@@ -3,7 +3,9 @@
 // The file of the saved printers: what is kept in it, and what is kept from it.
 
 #include "modelfiles.h"
+#include "printerprocess.h"
 #include "slicerprocess.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QtTest>
@@ -37,6 +39,7 @@ private Q_SLOTS:
     void readsAddressesThatEarlierVersionsSaved();
     void keepsOtherSettings();
     void needsNoSettingsForAUrl();
+    void usesEachPrintersSavedToken();
     void leavesAFileAloneThatHoldsNoSettings_data();
     void leavesAFileAloneThatHoldsNoSettings();
     void leavesAloneWhatIsNoRegularFile_data();
@@ -77,6 +80,30 @@ void TestSettings::keepsOtherSettings()
              QByteArray("a       ws://b:1\nbench1  ws://10.0.0.1:80\n"));
 }
 
+void TestSettings::usesEachPrintersSavedToken()
+{
+    const PrinterProcess one({"--token"_s, "first"_s});
+    const PrinterProcess two({"--token"_s, "second"_s});
+    const QString settings = path("tokens.ini"_s);
+    const auto add = [&](const QString &name, const PrinterProcess &printer,
+                         const QStringList &more) {
+        return printers(QStringList{"add"_s, name, printer.url().toString()} + more, settings);
+    };
+    QCOMPARE(add("one"_s, one, {"--token"_s, "first"_s}).exitCode, 0);
+    QCOMPARE(add("two"_s, two, {"--token"_s, "second"_s}).exitCode, 0);
+    QCOMPARE(QFile::permissions(settings) & (QFile::ReadGroup | QFile::ReadOther), 0);
+    QCOMPARE(add("two"_s, two, {}).exitCode, 0); // keeps its token
+    const QStringList status{"status"_s, "--to"_s, "one"_s, "--to"_s, "two"_s};
+    QCOMPARE(runSlicer(status, settings).exitCode, 0);
+    const SlicerResult given = runSlicer(status + QStringList{"--token"_s, "first"_s}, settings);
+    QCOMPARE(given.exitCode, 10);
+    VERIFY_TEXT(isOneErrorLine(given.errors, "token rejected: two"), given.errors);
+    for (const QStringList &list : {QStringList(), QStringList("--json"_s)})
+        QVERIFY(!printers(list, settings).output.contains("first"));
+    QCOMPARE(add("two"_s, two, {"--token"_s, ""_s}).exitCode, 0);
+    EXPECT_FAILURE(runSlicer({"status"_s, "--to"_s, "two"_s}, settings), 6, "token rejected");
+}
+
 void TestSettings::needsNoSettingsForAUrl()
 {
     const QString settings = writeFile(path("unused.ini"_s), "garbage");
@@ -89,7 +116,7 @@ void TestSettings::leavesAFileAloneThatHoldsNoSettings_data()
     QTest::newRow("notes") << QByteArray("Dear diary,\n\ntoday = a good day\n");
     QTest::newRow("no end of line") << QByteArray("garbage");
     QTest::newRow("assignment outside a section") << QByteArray("PATH=/bin\n");
-    QTest::newRow("text behind settings") << QByteArray("[printers]\na=ws://b:1\nand text\n");
+    QTest::newRow("text after settings") << QByteArray("[printers]\na=ws://b:1\nand text\n");
     QTest::newRow("foreign comment") << QByteArray("# [printers]\n[printers]\na=ws://b:1\n");
     QTest::newRow("no key") << QByteArray("[printers]\n=ws://b:1\n");
     QTest::newRow("model") << zytest::randomBytes(100000);
@@ -141,6 +168,6 @@ void TestSettings::tellsThatSettingsAreNotWritable()
     EXPECT_FAILURE(addPrinter(path("file/settings.ini"_s)), 7, "settings not writable");
 }
 
-QTEST_GUILESS_MAIN(TestSettings)
+ZY_TEST(TestSettings)
 
 #include "tst_settings.moc"

@@ -5,6 +5,7 @@
 #include "modelfiles.h"
 #include "printerprocess.h"
 #include "slicerprocess.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QRegularExpression>
@@ -132,7 +133,7 @@ void TestTerminal::keepsToTheWidth()
     QCOMPARE(result.exitCode, 8); // no model
     int bars = 0;
     for (const QString &line : drawnLines(result.screen)) {
-        // News and errors are told in full, progress has to fit.
+        // News and errors are written in full, progress has to fit.
         if (line.contains(": "_s))
             continue;
         QVERIFY2(line.size() < std::max(columns, 2), qPrintable(line));
@@ -191,6 +192,6 @@ void TestTerminal::drawsTheLayersOfAPrint()
     VERIFY_TEXT(bar.match(drawnLines(result.screen).last()).hasMatch(), result.screen);
 }
 
-QTEST_GUILESS_MAIN(TestTerminal)
+ZY_TEST(TestTerminal)
 
 #include "tst_terminal.moc"

@@ -4,6 +4,7 @@
 
 #include "modelfiles.h"
 #include "slicerprocess.h"
+#include "testprogram.h"
 #include "texts.h"
 
 #include <QtTest>
@@ -98,12 +99,11 @@ void TestUsage::checksTheFileBeforeAnythingIsSent_data()
     name("empty name", ""_s, "no file name");
     name("separator", "a/b.zydlp"_s, "path separator in the file name: a/b.zydlp");
     name("other separator", "a\\b.zydlp"_s, "path separator");
-    name("parent", ".."_s, "leads out");
-    name("parent within", "a..b"_s, "leads out");
-    name("this folder", "."_s, "leads out");
+    name("parent", ".."_s, "that of a directory");
+    name("this folder", "."_s, "that of a directory");
     name("reception file", "wifi_tranfer.tmp"_s, "reserved");
     name("reception file in capitals", "WIFI_TRANFER.TMP"_s, "reserved");
-    name("too long", QString(256, QLatin1Char('x')), "too long");
+    name("too long", QString(256, QLatin1Char('x')), "longer than 255 bytes");
     name("control character", "a\nb"_s, "control character");
 }
 
@@ -167,6 +167,6 @@ void TestUsage::keepsAnErrorOnOneLine()
                    "/nonexistent?file");
 }
 
-QTEST_GUILESS_MAIN(TestUsage)
+ZY_TEST(TestUsage)
 
 #include "tst_usage.moc"

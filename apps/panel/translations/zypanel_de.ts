@@ -21,11 +21,7 @@
     </message>
     <message>
         <source>Access token</source>
-        <translation>Zugangstoken</translation>
-    </message>
-    <message>
-        <source>Needed only by printers that ask for one; it is not saved</source>
-        <translation>Nur für Drucker, die eines verlangen; es wird nicht gespeichert</translation>
+        <translation>Zugriffstoken</translation>
     </message>
     <message>
         <source>none</source>
@@ -98,6 +94,26 @@
     <message>
         <source>“%1” cannot be a printer&apos;s name. Use letters, digits, “-” and “_”, at most 64.</source>
         <translation>„%1“ kann kein Druckername sein. Erlaubt sind Buchstaben, Ziffern, „-“ und „_“, höchstens 64.</translation>
+    </message>
+    <message>
+        <source>Needed only by printers that ask for one; saved with the printer</source>
+        <translation>Nur für Drucker, die eines verlangen; wird mit dem Drucker gespeichert</translation>
+    </message>
+    <message>
+        <source>No answer</source>
+        <translation>Keine Antwort</translation>
+    </message>
+    <message>
+        <source>Connection lost</source>
+        <translation>Verbindung verloren</translation>
+    </message>
+    <message>
+        <source>Unknown printer “%1”: no printer is saved under this name. Give an address such as ws://192.168.1.20:8080.</source>
+        <translation>Unbekannter Drucker „%1“: Unter diesem Namen ist kein Drucker gespeichert. Geben Sie eine Adresse wie ws://192.168.1.20:8080 ein.</translation>
+    </message>
+    <message>
+        <source>“%1” is neither a saved printer nor an address such as ws://192.168.1.20:8080.</source>
+        <translation>„%1“ ist weder ein gespeicherter Drucker noch eine Adresse wie ws://192.168.1.20:8080.</translation>
     </message>
 </context>
 <context>
@@ -345,57 +361,45 @@
     </message>
 </context>
 <context>
-    <name>zypanel::PrinterPanel</name>
-    <message>
-        <source>Events</source>
-        <translation>Ereignisse</translation>
-    </message>
-    <message>
-        <source>Unknown printer “%1”: no printer is saved under this name. Give an address such as ws://192.168.1.20:8080.</source>
-        <translation>Unbekannter Drucker „%1“: Unter diesem Namen ist kein Drucker gespeichert. Geben Sie eine Adresse wie ws://192.168.1.20:8080 an.</translation>
-    </message>
-    <message>
-        <source>“%1” is neither a saved printer nor an address such as ws://192.168.1.20:8080.</source>
-        <translation>„%1“ ist weder ein gespeicherter Drucker noch eine Adresse wie ws://192.168.1.20:8080.</translation>
-    </message>
-    <message>
-        <source>Resume no&amp;w</source>
-        <translation>&amp;Jetzt fortsetzen</translation>
-    </message>
-</context>
-<context>
-    <name>zypanel::PrinterSession</name>
-    <message>
-        <source>Connected to %1.</source>
-        <translation>Mit %1 verbunden.</translation>
-    </message>
+    <name>zypanel::PrinterControl</name>
     <message>
         <source>Disconnected from %1.</source>
-        <translation>Von %1 getrennt.</translation>
+        <translation>Verbindung zu %1 getrennt.</translation>
+    </message>
+    <message>
+        <source>Connected to %1.</source>
+        <translation>Verbunden mit %1.</translation>
+    </message>
+    <message>
+        <source>The connection to %1 was lost. It is opened again as soon as the printer answers.</source>
+        <translation>Die Verbindung zu %1 ist abgebrochen. Sie wird wiederhergestellt, sobald der Drucker antwortet.</translation>
     </message>
     <message>
         <source>%1 answers again.</source>
         <translation>%1 antwortet wieder.</translation>
     </message>
     <message>
-        <source>The printer uses the new print parameters.</source>
-        <translation>Der Drucker verwendet die neuen Druckparameter.</translation>
-    </message>
-    <message>
-        <source>The printer keeps values of its own for: %1.</source>
-        <translation>Der Drucker behält eigene Werte für: %1.</translation>
+        <source>%1 does not answer at the moment. What is shown is from %2.</source>
+        <translation>%1 antwortet zurzeit nicht. Die Anzeige ist auf dem Stand von %2 Uhr.</translation>
     </message>
     <message>
         <source>The printer speaks version “%1” of the protocol; this program knows version 1.</source>
-        <translation>Der Drucker spricht Version „%1“ des Protokolls; dieses Programm kennt Version 1.</translation>
+        <translation>Der Drucker verwendet Version „%1“ des Protokolls; dieses Programm kennt nur Version 1.</translation>
     </message>
     <message>
-        <source>The printer already holds %1 of %2; the rest is sent.</source>
-        <translation>Der Drucker hat schon %1 von %2; der Rest wird gesendet.</translation>
+        <source>%1 is checking %2.</source>
+        <translation>%1 prüft %2.</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::PrinterPanel</name>
+    <message>
+        <source>Events</source>
+        <translation>Ereignisse</translation>
     </message>
     <message>
-        <source>Sending %1 was cancelled; the printer has deleted what it had received.</source>
-        <translation>Das Senden von %1 wurde abgebrochen; der Drucker hat gelöscht, was er empfangen hatte.</translation>
+        <source>Resume no&amp;w</source>
+        <translation>&amp;Jetzt fortsetzen</translation>
     </message>
 </context>
 <context>
@@ -488,45 +492,28 @@
         <source>Disc&amp;ard</source>
         <translation>V&amp;erwerfen</translation>
     </message>
+    <message>
+        <source>The printer is checking the file…</source>
+        <translation>Der Drucker prüft die Datei …</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::Upload</name>
+    <message>
+        <source>%1 already holds %2 of %3; the rest is sent.</source>
+        <translation>%1 hat schon %2 von %3; nur der Rest wird gesendet.</translation>
+    </message>
+    <message>
+        <source>%1 was resumed, so %2 keeps the name under which it was first sent: %3.</source>
+        <translation>%1 wurde fortgesetzt; %2 behält deshalb den Namen, unter dem die Datei zuerst gesendet wurde: %3.</translation>
+    </message>
+    <message>
+        <source>%1 has the whole file by now; it cannot be cancelled any more.</source>
+        <translation>%1 hat inzwischen die ganze Datei; abbrechen ist nicht mehr möglich.</translation>
+    </message>
 </context>
 <context>
     <name>zypanel::Words</name>
-    <message>
-        <source>The file could not be opened when the printer asked for it. It may have been moved or deleted. The connection is opened anew.</source>
-        <translation>Die Datei ließ sich nicht öffnen, als der Drucker sie haben wollte. Vielleicht wurde sie verschoben oder gelöscht. Die Verbindung wird neu aufgebaut.</translation>
-    </message>
-    <message>
-        <source>The file cannot be read. Check that it still exists and that you may open it.</source>
-        <translation>Die Datei kann nicht gelesen werden. Gibt es sie noch, und dürfen Sie sie öffnen?</translation>
-    </message>
-    <message>
-        <source>The printer is already receiving a file, perhaps from somebody else. Try again when that has ended.</source>
-        <translation>Der Drucker empfängt schon eine Datei, vielleicht von jemand anderem. Versuchen Sie es danach noch einmal.</translation>
-    </message>
-    <message>
-        <source>The printer is checking a file that is to be printed. Try again in a moment.</source>
-        <translation>Der Drucker prüft gerade eine Datei, die gedruckt werden soll. Versuchen Sie es gleich noch einmal.</translation>
-    </message>
-    <message>
-        <source>The printer does not accept a file now, most likely because it is printing.</source>
-        <translation>Der Drucker nimmt jetzt keine Datei an, wahrscheinlich weil er druckt.</translation>
-    </message>
-    <message>
-        <source>The printer is busy and does not accept a file now.</source>
-        <translation>Der Drucker ist beschäftigt und nimmt jetzt keine Datei an.</translation>
-    </message>
-    <message>
-        <source>The printer cannot store the file. Its storage may be full or write-protected.</source>
-        <translation>Der Drucker kann die Datei nicht speichern. Vielleicht ist sein Speicher voll oder schreibgeschützt.</translation>
-    </message>
-    <message>
-        <source>The printer refused the file because of a fault that it does not explain.</source>
-        <translation>Der Drucker hat die Datei wegen eines Fehlers abgelehnt, den er nicht erklärt.</translation>
-    </message>
-    <message>
-        <source>The printer accepts files only with an access token, and files are sent without one. Its settings have to allow that.</source>
-        <translation>Der Drucker nimmt Dateien nur mit Zugangstoken an, und Dateien werden ohne eines gesendet. Seine Einstellungen müssen das erlauben.</translation>
-    </message>
     <message>
         <source>The print of %1 has started.</source>
         <translation>Der Druck von %1 hat begonnen.</translation>
@@ -536,28 +523,12 @@
         <translation>%1 kann jetzt nicht gedruckt werden: der Drucker ist mit einem Druck, einer Datei oder einer Prüfung beschäftigt.</translation>
     </message>
     <message>
-        <source>The printer is checking %1.</source>
-        <translation>Der Drucker prüft %1.</translation>
-    </message>
-    <message>
         <source>%1 failed the printer&apos;s check: it is missing there, damaged, or made for another kind of printer.</source>
         <translation>%1 hat die Prüfung des Druckers nicht bestanden: die Datei fehlt dort, ist beschädigt oder für andere Drucker gemacht.</translation>
     </message>
     <message>
         <source>%1 is not printed: the printer rejected the access token.</source>
-        <translation>%1 wird nicht gedruckt: der Drucker hat das Zugangstoken abgelehnt.</translation>
-    </message>
-    <message>
-        <source>%1 is on the printer. The printer did not say whether it can print it.</source>
-        <translation>%1 ist auf dem Drucker. Ob er die Datei drucken kann, hat er nicht gesagt.</translation>
-    </message>
-    <message>
-        <source>%1 is on the printer and ready to print.</source>
-        <translation>%1 ist auf dem Drucker und kann gedruckt werden.</translation>
-    </message>
-    <message>
-        <source>%1 is on the printer, but the printer says that it is not a model that it can print.</source>
-        <translation>%1 ist auf dem Drucker, aber nach seiner Auskunft kein Modell, das er drucken kann.</translation>
+        <translation>%1 wird nicht gedruckt: der Drucker hat das Zugriffstoken abgelehnt.</translation>
     </message>
     <message>
         <source>The printer has accepted the pause.</source>
@@ -569,7 +540,7 @@
     </message>
     <message>
         <source>The print is not paused: the printer rejected the access token.</source>
-        <translation>Der Druck pausiert nicht: der Drucker hat das Zugangstoken abgelehnt.</translation>
+        <translation>Der Druck pausiert nicht: der Drucker hat das Zugriffstoken abgelehnt.</translation>
     </message>
     <message>
         <source>The printer stops the print.</source>
@@ -581,11 +552,7 @@
     </message>
     <message>
         <source>The print goes on: the printer rejected the access token.</source>
-        <translation>Der Druck läuft weiter: der Drucker hat das Zugangstoken abgelehnt.</translation>
-    </message>
-    <message>
-        <source>The printer has accepted the print parameters.</source>
-        <translation>Der Drucker hat die Druckparameter angenommen.</translation>
+        <translation>Der Druck läuft weiter: der Drucker hat das Zugriffstoken abgelehnt.</translation>
     </message>
     <message>
         <source>The printer did not accept the print parameters.</source>
@@ -593,11 +560,7 @@
     </message>
     <message>
         <source>The print parameters are unchanged: the printer rejected the access token.</source>
-        <translation>Die Druckparameter sind unverändert: der Drucker hat das Zugangstoken abgelehnt.</translation>
-    </message>
-    <message>
-        <source>The printer has received the print parameters.</source>
-        <translation>Der Drucker hat die Druckparameter erhalten.</translation>
+        <translation>Die Druckparameter sind unverändert: der Drucker hat das Zugriffstoken abgelehnt.</translation>
     </message>
     <message>
         <source>Ready</source>
@@ -649,43 +612,15 @@
     </message>
     <message>
         <source>Access token rejected</source>
-        <translation>Zugangstoken abgelehnt</translation>
+        <translation>Zugriffstoken abgelehnt</translation>
     </message>
     <message>
         <source>The printer rejected the access token. Enter the right one.</source>
-        <translation>Der Drucker hat das Zugangstoken abgelehnt. Geben Sie das richtige ein.</translation>
-    </message>
-    <message>
-        <source>No printer answers at %1. Check the address, and that the printer is switched on and in the same network.</source>
-        <translation>Unter %1 antwortet kein Drucker. Stimmt die Adresse, und ist der Drucker eingeschaltet und im selben Netz?</translation>
+        <translation>Der Drucker hat das Zugriffstoken abgelehnt. Geben Sie das richtige ein.</translation>
     </message>
     <message>
         <source>%1 did not answer in time. Check that the printer is switched on and that no firewall lies between.</source>
         <translation>%1 hat nicht rechtzeitig geantwortet. Ist der Drucker eingeschaltet, und liegt keine Firewall dazwischen?</translation>
-    </message>
-    <message>
-        <source>The connection to %1 was lost.</source>
-        <translation>Die Verbindung zu %1 ist abgebrochen.</translation>
-    </message>
-    <message>
-        <source>The connection to %1 was lost while the file was being sent. Resume sends only what is missing.</source>
-        <translation>Die Verbindung zu %1 ist beim Senden abgebrochen. Fortsetzen sendet nur, was noch fehlt.</translation>
-    </message>
-    <message>
-        <source>The connection to %1 was lost before it confirmed the cancel.</source>
-        <translation>Die Verbindung zu %1 ist abgebrochen, bevor der Abbruch bestätigt war.</translation>
-    </message>
-    <message>
-        <source>%1 has stopped answering while the file was being sent. The connection is closed; resume sends only what is missing.</source>
-        <translation>%1 antwortet beim Senden nicht mehr. Die Verbindung ist geschlossen; Fortsetzen sendet nur, was noch fehlt.</translation>
-    </message>
-    <message>
-        <source>%1 did not confirm the cancel. The connection is closed.</source>
-        <translation>%1 hat den Abbruch nicht bestätigt. Die Verbindung ist geschlossen.</translation>
-    </message>
-    <message>
-        <source>%1 does not answer at the moment. It may be checking a file.</source>
-        <translation>%1 antwortet gerade nicht. Vielleicht prüft der Drucker eine Datei.</translation>
     </message>
     <message>
         <source>There is no file %1.</source>
@@ -709,7 +644,7 @@
     </message>
     <message>
         <source>%1 is no name for a file on the printer: it must not contain a path.</source>
-        <translation>%1 ist kein Name für eine Datei auf dem Drucker: er darf keinen Pfad enthalten.</translation>
+        <translation>%1 ist als Dateiname auf dem Drucker nicht möglich: Er darf keinen Pfad enthalten.</translation>
     </message>
     <message>
         <source>%1 is a name that the printer keeps for itself. Choose another.</source>
@@ -740,22 +675,6 @@
         <translation>Hubtempo</translation>
     </message>
     <message>
-        <source>The printer refused the file for an unknown reason (code %1).</source>
-        <translation>Der Drucker hat die Datei aus unbekanntem Grund abgelehnt (Code %1).</translation>
-    </message>
-    <message>
-        <source>The printer gave an unknown answer to the print (code %1).</source>
-        <translation>Der Drucker hat auf den Druck unbekannt geantwortet (Code %1).</translation>
-    </message>
-    <message>
-        <source>%1 is on the printer. Its check gave the result %2.</source>
-        <translation>%1 ist auf dem Drucker. Die Prüfung ergab %2.</translation>
-    </message>
-    <message>
-        <source>The printer gave an unknown answer (“%1”).</source>
-        <translation>Der Drucker hat unbekannt geantwortet („%1“).</translation>
-    </message>
-    <message>
         <source>State unknown</source>
         <translation>Zustand unbekannt</translation>
     </message>
@@ -778,6 +697,186 @@
     <message>
         <source>The print of %1 is coming to a halt.</source>
         <translation>Der Druck von %1 hält an.</translation>
+    </message>
+    <message>
+        <source>%1 is on %2 and ready to print.</source>
+        <translation>%1 ist auf %2 und kann gedruckt werden.</translation>
+    </message>
+    <message>
+        <source>%1 is on %2, which did not say whether it can print it.</source>
+        <translation>%1 ist auf %2. Ob die Datei gedruckt werden kann, hat der Drucker nicht gesagt.</translation>
+    </message>
+    <message>
+        <source>Sending %1 was cancelled; %2 has deleted what it had received.</source>
+        <translation>Das Senden von %1 wurde abgebrochen; %2 hat den empfangenen Teil gelöscht.</translation>
+    </message>
+    <message>
+        <source>Sending %1 was cancelled, but %2 did not confirm that. It may keep what it has received.</source>
+        <translation>Das Senden von %1 wurde abgebrochen, aber %2 hat das nicht bestätigt. Der empfangene Teil ist vielleicht noch dort.</translation>
+    </message>
+    <message>
+        <source>The printer gave an answer that makes no sense.</source>
+        <translation>Der Drucker hat unverständlich geantwortet.</translation>
+    </message>
+    <message>
+        <source>%1 is on %2, which says that it is not a model that it can print.</source>
+        <translation>%1 ist auf %2, aber laut Drucker kein Modell, das er drucken kann.</translation>
+    </message>
+    <message>
+        <source>%1 was not sent: %2 is still receiving a file. It may be an interrupted one; try again in a moment.</source>
+        <translation>%1 wurde nicht gesendet: %2 empfängt noch eine Datei, vielleicht eine unterbrochene. Versuchen Sie es gleich noch einmal.</translation>
+    </message>
+    <message>
+        <source>%1 was not sent: %2 is checking a file that is to be printed. Try again in a moment.</source>
+        <translation>%1 wurde nicht gesendet: %2 prüft gerade eine Datei vor dem Druck. Versuchen Sie es gleich noch einmal.</translation>
+    </message>
+    <message>
+        <source>%1 was not sent: %2 does not accept files now.</source>
+        <translation>%1 wurde nicht gesendet: %2 nimmt zurzeit keine Dateien an.</translation>
+    </message>
+    <message>
+        <source>%1 was not sent: %2 accepts files only with an access token, and files are sent without one. Its settings have to allow that.</source>
+        <translation>%1 wurde nicht gesendet: %2 nimmt Dateien nur mit Zugriffstoken an, sie werden aber ohne gesendet. Das lässt sich nur in den Einstellungen des Druckers ändern.</translation>
+    </message>
+    <message>
+        <source>%2 cannot store %1. Its storage may be full or write-protected.</source>
+        <translation>%2 kann %1 nicht speichern. Vielleicht ist der Speicher des Druckers voll oder schreibgeschützt.</translation>
+    </message>
+    <message>
+        <source>%1 was not sent: the answers of %2 make no sense. It may need new firmware.</source>
+        <translation>%1 wurde nicht gesendet: %2 antwortet widersprüchlich. Vielleicht braucht der Drucker neue Firmware.</translation>
+    </message>
+    <message>
+        <source>Sending %1 was ended too late to cancel it: %2 may have the whole file.</source>
+        <translation>Das Senden von %1 war zu weit, um es abzubrechen: %2 hat vielleicht die ganze Datei.</translation>
+    </message>
+    <message>
+        <source>The connection to %2 was lost while %1 was being sent. Resume sends only what is missing.</source>
+        <translation>Die Verbindung zu %2 ist beim Senden von %1 abgebrochen. „Fortsetzen“ sendet nur, was noch fehlt.</translation>
+    </message>
+    <message>
+        <source>%2 has stopped answering while %1 was being sent. Resume sends only what is missing.</source>
+        <translation>%2 antwortet beim Senden von %1 nicht mehr. „Fortsetzen“ sendet nur, was noch fehlt.</translation>
+    </message>
+    <message>
+        <source>%2 has received %1 but does not say what its check found. Sending it again asks once more.</source>
+        <translation>%2 hat %1 empfangen, meldet aber kein Ergebnis der Prüfung. Nochmaliges Senden fragt erneut.</translation>
+    </message>
+    <message>
+        <source>The address of %1 is not that of a printer.</source>
+        <translation>Die Adresse von %1 ist keine Druckeradresse.</translation>
+    </message>
+    <message>
+        <source>No printer answers at %1: the connection was refused. Check the address and the port, and that the printer is switched on.</source>
+        <translation>Unter %1 antwortet kein Drucker: Die Verbindung wurde abgelehnt. Stimmen Adresse und Port, und ist der Drucker eingeschaltet?</translation>
+    </message>
+    <message>
+        <source>The network knows no %1. Check how the address is spelled.</source>
+        <translation>%1 ist im Netz nicht bekannt. Ist die Adresse richtig geschrieben?</translation>
+    </message>
+    <message>
+        <source>No encrypted connection to %1 is possible. Its certificate may not be trusted here.</source>
+        <translation>Eine verschlüsselte Verbindung zu %1 ist nicht möglich. Vielleicht gilt das Zertifikat des Druckers hier nicht als vertrauenswürdig.</translation>
+    </message>
+    <message>
+        <source>What answers at %1 is not a printer. Check the address and the port.</source>
+        <translation>Was unter %1 antwortet, ist kein Drucker. Stimmen Adresse und Port?</translation>
+    </message>
+    <message>
+        <source>No connection to %1 is possible.</source>
+        <translation>Eine Verbindung zu %1 ist nicht möglich.</translation>
+    </message>
+    <message>
+        <source>%1 has changed while it was being sent. Send it again.</source>
+        <translation>%1 hat sich während des Sendens geändert. Senden Sie die Datei noch einmal.</translation>
+    </message>
+    <message>
+        <source>%1 is no name for a file on the printer: it stands for a folder.</source>
+        <translation>%1 ist als Dateiname auf dem Drucker nicht möglich: Der Name steht für einen Ordner.</translation>
+    </message>
+    <message>
+        <source>%1 is no name for a file on the printer: it contains a control character.</source>
+        <translation>%1 ist als Dateiname auf dem Drucker nicht möglich: Er enthält ein Steuerzeichen.</translation>
+    </message>
+    <message>
+        <source>%1 is too long for a name on the printer.</source>
+        <translation>%1 ist als Dateiname auf dem Drucker zu lang.</translation>
+    </message>
+    <message>
+        <source>The printer has not answered whether it prints %1. It may still start it.</source>
+        <translation>Der Drucker hat nicht geantwortet, ob er %1 druckt. Der Druck kann trotzdem noch beginnen.</translation>
+    </message>
+    <message>
+        <source>The connection was lost before the printer said whether it prints %1. It may still start it.</source>
+        <translation>Die Verbindung ist abgebrochen, bevor der Drucker auf den Druck von %1 geantwortet hat. Der Druck kann trotzdem noch beginnen.</translation>
+    </message>
+    <message>
+        <source>The print of %1 goes on.</source>
+        <translation>Der Druck von %1 geht weiter.</translation>
+    </message>
+    <message>
+        <source>The print of %1 cannot go on now.</source>
+        <translation>Der Druck von %1 kann jetzt nicht fortgesetzt werden.</translation>
+    </message>
+    <message>
+        <source>The print of %1 cannot go on: the file is missing on the printer, or it is damaged.</source>
+        <translation>Der Druck von %1 kann nicht fortgesetzt werden: Die Datei fehlt auf dem Drucker oder ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>The print of %1 does not go on: the printer rejected the access token.</source>
+        <translation>Der Druck von %1 wird nicht fortgesetzt: Der Drucker hat das Zugriffstoken abgelehnt.</translation>
+    </message>
+    <message>
+        <source>The printer has not answered whether the print of %1 goes on. It may still do so.</source>
+        <translation>Der Drucker hat nicht geantwortet, ob der Druck von %1 weitergeht. Er kann trotzdem noch weitergehen.</translation>
+    </message>
+    <message>
+        <source>The connection was lost before the printer said whether the print of %1 goes on. It may still do so.</source>
+        <translation>Die Verbindung ist abgebrochen, bevor der Drucker auf das Fortsetzen von %1 geantwortet hat. Der Druck kann trotzdem noch weitergehen.</translation>
+    </message>
+    <message>
+        <source>The printer has not answered to the pause. It cannot be taken back: the printer may still pause, later than you want.</source>
+        <translation>Der Drucker hat auf die Pause nicht geantwortet. Sie lässt sich nicht zurücknehmen: Er kann noch pausieren, auch später als gewünscht.</translation>
+    </message>
+    <message>
+        <source>The connection was lost before the printer answered to the pause. It may still pause.</source>
+        <translation>Die Verbindung ist abgebrochen, bevor der Drucker auf die Pause geantwortet hat. Er kann trotzdem noch pausieren.</translation>
+    </message>
+    <message>
+        <source>The printer has not answered to the stop. It cannot be taken back: the printer may still stop the print. If that matters, use its own switch.</source>
+        <translation>Der Drucker hat auf das Stoppen nicht geantwortet. Es lässt sich nicht zurücknehmen: Er kann den Druck noch stoppen. Im Zweifel am Drucker selbst ausschalten.</translation>
+    </message>
+    <message>
+        <source>The connection was lost before the printer answered to the stop. It may still stop the print.</source>
+        <translation>Die Verbindung ist abgebrochen, bevor der Drucker auf das Stoppen geantwortet hat. Er kann den Druck trotzdem noch stoppen.</translation>
+    </message>
+    <message>
+        <source>The printer uses the new print parameters.</source>
+        <translation>Der Drucker verwendet die neuen Druckparameter.</translation>
+    </message>
+    <message>
+        <source>The printer keeps values of its own for: %1.</source>
+        <translation>Der Drucker behält seine Werte für: %1.</translation>
+    </message>
+    <message>
+        <source>The printer has not answered to the print parameters. It may still take them.</source>
+        <translation>Der Drucker hat auf die Druckparameter nicht geantwortet. Er kann sie trotzdem noch übernehmen.</translation>
+    </message>
+    <message>
+        <source>The connection was lost before the printer confirmed the print parameters.</source>
+        <translation>Die Verbindung ist abgebrochen, bevor der Drucker die Druckparameter bestätigt hat.</translation>
+    </message>
+    <message>
+        <source>s</source>
+        <translation>s</translation>
+    </message>
+    <message>
+        <source>mm</source>
+        <translation>mm</translation>
+    </message>
+    <message>
+        <source>mm/min</source>
+        <translation>mm/min</translation>
     </message>
 </context>
 </TS>

@@ -5,7 +5,6 @@
 #include "connectionbar.h"
 
 #include "badge.h"
-#include "words.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -13,12 +12,20 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSettings>
 #include <QSignalBlocker>
 
 namespace zypanel
 {
 
-using Link = PrinterSession::Link;
+using Link = PrinterControl::Link;
+
+namespace
+{
+
+const QLatin1String lastUsedKey("printerPanel/lastPrinter");
+
+} // namespace
 
 ConnectionBar::ConnectionBar(QWidget *parent)
     : QWidget(parent), m_address(new QComboBox), m_token(new QLineEdit), m_connect(new QPushButton),
@@ -29,7 +36,7 @@ ConnectionBar::ConnectionBar(QWidget *parent)
     buildButtons();
     layOut();
     refreshNames();
-    m_address->setEditText(m_saved.lastUsed());
+    m_address->setEditText(QSettings().value(lastUsedKey).toString());
     showLink(Link::Closed);
 }
 
@@ -48,7 +55,7 @@ void ConnectionBar::buildFields()
     m_token->setObjectName(QStringLiteral("token"));
     m_token->setEchoMode(QLineEdit::Password);
     m_token->setAccessibleName(tr("Access token"));
-    m_token->setToolTip(tr("Needed only by printers that ask for one; it is not saved"));
+    m_token->setToolTip(tr("Needed only by printers that ask for one; saved with the printer"));
     m_token->setPlaceholderText(tr("none"));
     m_token->setMaximumWidth(fontMetrics().averageCharWidth() * 20);
 
@@ -119,6 +126,7 @@ void ConnectionBar::setToken(const QString &token)
 void ConnectionBar::showLink(Link link)
 {
     m_link = link;
+    m_connect->setText(tr("Dis&connect"));
     switch (link) {
     case Link::Closed:
         m_connect->setText(tr("&Connect"));
@@ -129,8 +137,13 @@ void ConnectionBar::showLink(Link link)
         m_badge->show(Severity::Info, tr("Connecting…"));
         break;
     case Link::Open:
-        m_connect->setText(tr("Dis&connect"));
         m_badge->show(Severity::Good, tr("Connected"));
+        break;
+    case Link::Silent:
+        m_badge->show(Severity::Warning, tr("No answer"));
+        break;
+    case Link::Lost:
+        m_badge->show(Severity::Error, tr("Connection lost"));
         break;
     }
     m_badge->setAccessibleName(tr("Connection: %1").arg(m_badge->text()));
@@ -141,9 +154,25 @@ void ConnectionBar::showLink(Link link)
 void ConnectionBar::toggle()
 {
     if (m_link == Link::Closed)
-        Q_EMIT connectRequested(address());
+        requestConnection();
     else
         Q_EMIT disconnectRequested();
+}
+
+void ConnectionBar::requestConnection()
+{
+    const zysession::Printer printer = m_saved.resolve(address());
+    if (printer.url.isEmpty()) {
+        const QString text = zysession::isPrinterName(address())
+            ? tr("Unknown printer “%1”: no printer is saved under this name. Give an address such "
+                 "as ws://192.168.1.20:8080.")
+            : tr("“%1” is neither a saved printer nor an address such as "
+                 "ws://192.168.1.20:8080.");
+        Q_EMIT noticed({Severity::Error, Topic::Connection, text.arg(address())});
+        return;
+    }
+    QSettings().setValue(lastUsedKey, address());
+    Q_EMIT connectRequested(printer, token().isEmpty() ? printer.token : token());
 }
 
 void ConnectionBar::refreshNames()
@@ -152,11 +181,10 @@ void ConnectionBar::refreshNames()
     {
         const QSignalBlocker blocker(m_address);
         m_address->clear();
-        const QStringList names = m_saved.names();
-        for (const QString &name : names) {
-            m_address->addItem(name);
-            m_address->setItemData(m_address->count() - 1, m_saved.url(name).toString(),
-                                   Qt::ToolTipRole);
+        m_saved.read();
+        for (const zysession::Printer &printer : m_saved.printers()) {
+            m_address->addItem(printer.name);
+            m_address->setItemData(m_address->count() - 1, printer.url.toString(), Qt::ToolTipRole);
         }
         m_address->setEditText(text);
     }
@@ -165,11 +193,11 @@ void ConnectionBar::refreshNames()
 
 void ConnectionBar::updateButtons()
 {
-    const bool isSaved = !m_saved.url(address()).isEmpty();
+    const bool isSaved = !m_saved.find(address()).url.isEmpty();
     m_address->setEnabled(m_link == Link::Closed);
     m_connect->setEnabled(m_link != Link::Closed || !address().isEmpty());
     m_save->setVisible(!isSaved);
-    m_save->setEnabled(!m_saved.resolve(address()).isEmpty());
+    m_save->setEnabled(!m_saved.resolve(address()).url.isEmpty());
     m_remove->setVisible(isSaved);
 }
 
@@ -179,7 +207,7 @@ void ConnectionBar::askForName()
     dialog->setObjectName(QStringLiteral("nameDialog"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(tr("Save printer"));
-    dialog->setLabelText(tr("Name for %1:").arg(m_saved.resolve(address()).toString()));
+    dialog->setLabelText(tr("Name for %1:").arg(m_saved.resolve(address()).url.toString()));
     connect(dialog, &QInputDialog::textValueSelected, this, &ConnectionBar::saveAs);
     dialog->open();
 }
@@ -187,27 +215,29 @@ void ConnectionBar::askForName()
 void ConnectionBar::saveAs(const QString &name)
 {
     const QString trimmed = name.trimmed();
-    if (!SavedPrinters::isName(trimmed)) {
-        Q_EMIT noticed({Severity::Error,
+    if (!zysession::isPrinterName(trimmed)) {
+        Q_EMIT noticed({Severity::Error, Topic::SavedPrinters,
                         tr("“%1” cannot be a printer's name. Use letters, digits, “-” and "
                            "“_”, at most 64.")
                             .arg(trimmed)});
         return;
     }
-    m_saved.save(trimmed, m_saved.resolve(address()));
+    m_saved.save({trimmed, m_saved.resolve(address()).url, token()});
     refreshNames();
     m_address->setEditText(trimmed);
-    Q_EMIT noticed({Severity::Info, tr("The printer is saved as %1.").arg(trimmed)});
+    Q_EMIT noticed(
+        {Severity::Info, Topic::SavedPrinters, tr("The printer is saved as %1.").arg(trimmed)});
 }
 
 void ConnectionBar::removeSaved()
 {
     const QString name = address();
-    const QString url = m_saved.url(name).toString();
+    const QString url = m_saved.find(name).url.toString();
     m_saved.remove(name);
     refreshNames();
     m_address->setEditText(url);
-    Q_EMIT noticed({Severity::Info, tr("The saved name %1 is removed.").arg(name)});
+    Q_EMIT noticed(
+        {Severity::Info, Topic::SavedPrinters, tr("The saved name %1 is removed.").arg(name)});
 }
 
 } // namespace zypanel

@@ -5,8 +5,9 @@
 #ifndef PANEL_CONNECTIONBAR_H
 #define PANEL_CONNECTIONBAR_H
 
-#include "printersession.h"
-#include "savedprinters.h"
+#include "printercontrol.h"
+
+#include <savedprinters.h>
 
 #include <QWidget>
 
@@ -30,10 +31,12 @@ public:
     void setAddress(const QString &nameOrAddress);
     QString token() const;
     void setToken(const QString &token);
-    void showLink(PrinterSession::Link link);
+    /// Asks for a connection to the address, with the typed token or else the saved one.
+    void requestConnection();
+    void showLink(PrinterControl::Link link);
 
 Q_SIGNALS:
-    void connectRequested(const QString &nameOrAddress);
+    void connectRequested(const zysession::Printer &printer, const QString &token);
     void disconnectRequested();
     void tokenChanged(const QString &token);
     void noticed(const zypanel::Notice &notice);
@@ -49,8 +52,8 @@ private:
     void saveAs(const QString &name);
     void removeSaved();
 
-    SavedPrinters m_saved;
-    PrinterSession::Link m_link = PrinterSession::Link::Closed;
+    zysession::SavedPrinters m_saved;
+    PrinterControl::Link m_link = PrinterControl::Link::Closed;
     QComboBox *m_address;
     QLineEdit *m_token;
     QPushButton *m_connect;

@@ -14,6 +14,8 @@
 namespace zypanel
 {
 
+using FileFault = ZySendResult::FileFault;
+
 DropHint::DropHint(QWidget *parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("dropHint"));
@@ -21,7 +23,7 @@ DropHint::DropHint(QWidget *parent) : QWidget(parent)
     showFile({}, FileFault::None);
 }
 
-void DropHint::showFile(const QString &path, FileFault fault)
+void DropHint::showFile(const QString &path, ZySendResult::FileFault fault)
 {
     if (path.isEmpty()) {
         m_title = tr("Drop a sliced model here");

@@ -5,7 +5,7 @@
 #ifndef PANEL_DROPHINT_H
 #define PANEL_DROPHINT_H
 
-#include "localfile.h"
+#include <zysendresult.h>
 
 #include <QWidget>
 
@@ -21,7 +21,7 @@ public:
     explicit DropHint(QWidget *parent = nullptr);
 
     /// The file that is to be sent, and what is wrong with it; an empty path asks for one.
-    void showFile(const QString &path, FileFault fault);
+    void showFile(const QString &path, ZySendResult::FileFault fault);
     /// A file is being dragged over the panel.
     void setActive(bool isActive);
 

@@ -18,6 +18,8 @@
 namespace zypanel
 {
 
+using zysession::Parameters;
+
 ParameterForm::ParameterForm(QWidget *parent)
     : QGroupBox(tr("Print parameters"), parent), m_apply(new QPushButton(tr("Appl&y"))),
       m_revert(new QPushButton(tr("Un&do")))
@@ -25,13 +27,13 @@ ParameterForm::ParameterForm(QWidget *parent)
     auto *form = new QFormLayout;
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(form);
-    for (const QString &key : parameterKeys())
+    for (const QString &key : parameterOrder())
         addField(key);
-    for (const QString &key : parameterKeys()) {
+    for (const QString &key : parameterOrder()) {
         auto *row = new QHBoxLayout;
         row->addWidget(m_fields[key].edit, 1);
         row->addWidget(m_fields[key].current);
-        auto *label = new QLabel(parameterTitle(key));
+        auto *label = new QLabel(parameterTerms(key).title);
         label->setBuddy(m_fields[key].edit);
         form->addRow(label, row);
     }
@@ -54,7 +56,7 @@ void ParameterForm::addField(const QString &key)
 {
     Field field{new QLineEdit, new QLabel, false};
     field.edit->setObjectName(key);
-    field.edit->setAccessibleName(parameterTitle(key));
+    field.edit->setAccessibleName(parameterTerms(key).title);
     field.current->setTextFormat(Qt::PlainText);
     field.current->setForegroundRole(QPalette::PlaceholderText);
     field.current->hide();
@@ -73,7 +75,7 @@ void ParameterForm::addField(const QString &key)
 void ParameterForm::showValues(const Parameters &values)
 {
     m_values = values;
-    for (const QString &key : parameterKeys())
+    for (const QString &key : parameterOrder())
         updateField(key);
     updateButtons();
 }

@@ -5,7 +5,7 @@
 #ifndef PANEL_PARAMETERFORM_H
 #define PANEL_PARAMETERFORM_H
 
-#include "printerstatus.h"
+#include <printerstatus.h>
 
 #include <QGroupBox>
 #include <QMap>
@@ -25,13 +25,13 @@ class ParameterForm : public QGroupBox
 public:
     explicit ParameterForm(QWidget *parent = nullptr);
 
-    void showValues(const Parameters &values);
+    void showValues(const zysession::Parameters &values);
     /// Applying makes sense only while the printer listens.
     void setApplicable(bool isApplicable);
-    Parameters entered() const;
+    zysession::Parameters entered() const;
 
 Q_SIGNALS:
-    void applyRequested(const zypanel::Parameters &values);
+    void applyRequested(const zysession::Parameters &values);
 
 private:
     struct Field {
@@ -47,7 +47,7 @@ private:
     void updateButtons();
 
     QMap<QString, Field> m_fields;
-    Parameters m_values;
+    zysession::Parameters m_values;
     bool m_isApplicable = false;
     QPushButton *m_apply;
     QPushButton *m_revert;

@@ -23,9 +23,8 @@
 namespace zypanel
 {
 
-using Link = PrinterSession::Link;
-using Transfer = PrinterSession::Transfer;
-using State = PrinterStatus::State;
+using Link = PrinterControl::Link;
+using zysession::PrinterStatus;
 
 PrintBox::PrintBox(QWidget *parent)
     : QGroupBox(tr("Print"), parent), m_title(new QLabel), m_job(new QLabel),
@@ -103,13 +102,6 @@ void PrintBox::showLink(Link link)
     updateButtons();
 }
 
-void PrintBox::showTransfer(Transfer transfer)
-{
-    m_isSending = transfer == Transfer::Offered || transfer == Transfer::Sending
-        || transfer == Transfer::Cancelling;
-    updateButtons();
-}
-
 void PrintBox::showStatus(const PrinterStatus &status)
 {
     m_status = status;
@@ -168,7 +160,7 @@ void PrintBox::updateJob()
 
 void PrintBox::updateButtons()
 {
-    const bool isReady = m_link == Link::Open && !m_isSending;
+    const bool isReady = m_link == Link::Open || m_link == Link::Silent;
     const bool canContinue = m_status.canContinue();
     const bool canStart = !m_status.hasJob() && !m_file->currentText().trimmed().isEmpty();
     m_start->setText(canContinue ? tr("Co&ntinue") : tr("&Start print"));

@@ -6,7 +6,7 @@
 #define PANEL_PRINTBOX_H
 
 #include "layerhistory.h"
-#include "printersession.h"
+#include "printercontrol.h"
 
 #include <QElapsedTimer>
 #include <QGroupBox>
@@ -28,9 +28,8 @@ class PrintBox : public QGroupBox
 public:
     explicit PrintBox(QWidget *parent = nullptr);
 
-    void showLink(PrinterSession::Link link);
-    void showTransfer(PrinterSession::Transfer transfer);
-    void showStatus(const PrinterStatus &status);
+    void showLink(PrinterControl::Link link);
+    void showStatus(const zysession::PrinterStatus &status);
     /// Offers @p name for printing.
     void addFile(const QString &name);
 
@@ -52,9 +51,8 @@ private:
     void start();
     void askToStop();
 
-    PrinterSession::Link m_link = PrinterSession::Link::Closed;
-    bool m_isSending = false;
-    PrinterStatus m_status;
+    PrinterControl::Link m_link = PrinterControl::Link::Closed;
+    zysession::PrinterStatus m_status;
     LayerHistory m_history;
     QElapsedTimer m_clock;
 

@@ -9,8 +9,9 @@
 #include "noticestrip.h"
 #include "parameterform.h"
 #include "printbox.h"
-#include "printersession.h"
+#include "printercontrol.h"
 #include "transferbox.h"
+#include "upload.h"
 
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -35,9 +36,9 @@ QString draggedFile(const QMimeData *data)
 } // namespace
 
 PrinterPanel::PrinterPanel(QWidget *parent)
-    : QWidget(parent), m_session(new PrinterSession(this)), m_connection(new ConnectionBar),
-      m_strip(new NoticeStrip), m_transfer(new TransferBox), m_print(new PrintBox),
-      m_parameters(new ParameterForm), m_log(new EventLog)
+    : QWidget(parent), m_control(new PrinterControl(this)), m_upload(new Upload(this)),
+      m_connection(new ConnectionBar), m_strip(new NoticeStrip), m_transfer(new TransferBox),
+      m_print(new PrintBox), m_parameters(new ParameterForm), m_log(new EventLog)
 {
     setAcceptDrops(true);
     layOut();
@@ -48,8 +49,9 @@ PrinterPanel::PrinterPanel(QWidget *parent)
 
 PrinterPanel::~PrinterPanel()
 {
-    // Before the widgets that its signals go to.
-    delete m_session;
+    // Before the widgets that their signals go to.
+    delete m_upload;
+    delete m_control;
 }
 
 /// The order of creation is the tab order: connection, sending, parameters, print, events.
@@ -73,73 +75,70 @@ void PrinterPanel::layOut()
 
 void PrinterPanel::wireConnection()
 {
-    connect(m_connection, &ConnectionBar::connectRequested, this, &PrinterPanel::connectTo);
+    connect(m_connection, &ConnectionBar::connectRequested, this,
+            [this](const zysession::Printer &printer, const QString &token) {
+                m_control->connectTo(printer, token);
+            });
     connect(m_connection, &ConnectionBar::disconnectRequested, this,
             &PrinterPanel::disconnectFromPrinter);
-    connect(m_connection, &ConnectionBar::tokenChanged, m_session, &PrinterSession::setToken);
+    connect(m_connection, &ConnectionBar::tokenChanged, m_control, &PrinterControl::setToken);
     connect(m_connection, &ConnectionBar::noticed, this, &PrinterPanel::showNotice);
-    connect(m_session, &PrinterSession::noticed, this, &PrinterPanel::showNotice);
-    connect(m_session, &PrinterSession::linkChanged, m_connection, &ConnectionBar::showLink);
-    connect(m_session, &PrinterSession::linkChanged, m_transfer, &TransferBox::showLink);
-    connect(m_session, &PrinterSession::linkChanged, m_print, &PrintBox::showLink);
-    connect(m_session, &PrinterSession::linkChanged, this, &PrinterPanel::updateApplicable);
-    connect(m_strip, &NoticeStrip::actionTriggered, m_session, &PrinterSession::resumeTransfer);
+    connect(m_control, &PrinterControl::noticed, this, &PrinterPanel::showNotice);
+    connect(m_control, &PrinterControl::linkChanged, m_connection, &ConnectionBar::showLink);
+    connect(m_control, &PrinterControl::linkChanged, m_transfer, &TransferBox::showLink);
+    connect(m_control, &PrinterControl::linkChanged, m_print, &PrintBox::showLink);
+    connect(m_control, &PrinterControl::linkChanged, this, &PrinterPanel::updateApplicable);
+    connect(m_strip, &NoticeStrip::actionTriggered, m_upload, &Upload::resume);
 }
 
 void PrinterPanel::wireTransfer()
 {
-    connect(m_transfer, &TransferBox::sendRequested, m_session, &PrinterSession::send);
-    connect(m_transfer, &TransferBox::cancelRequested, m_session, &PrinterSession::cancelTransfer);
-    connect(m_transfer, &TransferBox::resumeRequested, m_session, &PrinterSession::resumeTransfer);
-    connect(m_transfer, &TransferBox::discardRequested, m_session, &PrinterSession::forgetTransfer);
-    connect(m_session, &PrinterSession::transferChanged, m_transfer, &TransferBox::showTransfer);
-    connect(m_session, &PrinterSession::transferChanged, m_print, &PrintBox::showTransfer);
-    connect(m_session, &PrinterSession::transferChanged, this, &PrinterPanel::updateApplicable);
-    connect(m_session, &PrinterSession::transferProgress, m_transfer, &TransferBox::showProgress);
-    connect(m_session, &PrinterSession::fileStored, m_print, &PrintBox::addFile);
+    connect(m_transfer, &TransferBox::sendRequested, this,
+            [this](const QString &path, const QString &name) {
+                m_upload->send(m_control->printer(), path, name);
+            });
+    connect(m_transfer, &TransferBox::cancelRequested, m_upload, &Upload::cancel);
+    connect(m_transfer, &TransferBox::resumeRequested, m_upload, &Upload::resume);
+    connect(m_transfer, &TransferBox::discardRequested, m_upload, &Upload::forget);
+    connect(m_upload, &Upload::noticed, this, &PrinterPanel::showNotice);
+    connect(m_upload, &Upload::stateChanged, m_transfer, &TransferBox::showUpload);
+    connect(m_upload, &Upload::stateChanged, this, &PrinterPanel::updateApplicable);
+    connect(m_upload, &Upload::progressed, m_transfer, &TransferBox::showProgress);
+    connect(m_upload, &Upload::stored, m_print, &PrintBox::addFile);
 }
 
 void PrinterPanel::wirePrint()
 {
-    connect(m_print, &PrintBox::startRequested, m_session, &PrinterSession::startPrint);
-    connect(m_print, &PrintBox::pauseRequested, m_session, &PrinterSession::pausePrint);
-    connect(m_print, &PrintBox::stopRequested, m_session, &PrinterSession::stopPrint);
-    connect(m_session, &PrinterSession::statusChanged, m_print, &PrintBox::showStatus);
-    connect(m_session, &PrinterSession::statusChanged, m_parameters,
-            [this](const PrinterStatus &status) { m_parameters->showValues(status.parameters); });
-    connect(m_session, &PrinterSession::parametersSettled, m_parameters,
+    connect(m_print, &PrintBox::startRequested, m_control, &PrinterControl::startPrint);
+    connect(m_print, &PrintBox::pauseRequested, m_control, &PrinterControl::pausePrint);
+    connect(m_print, &PrintBox::stopRequested, m_control, &PrinterControl::stopPrint);
+    connect(m_control, &PrinterControl::statusChanged, m_print, &PrintBox::showStatus);
+    connect(m_control, &PrinterControl::statusChanged, m_parameters,
+            [this](const zysession::PrinterStatus &status) {
+                m_parameters->showValues(status.parameters);
+            });
+    connect(m_control, &PrinterControl::parametersSettled, m_parameters,
             &ParameterForm::showValues);
-    connect(m_parameters, &ParameterForm::applyRequested, m_session,
-            &PrinterSession::setParameters);
+    connect(m_parameters, &ParameterForm::applyRequested, m_control,
+            &PrinterControl::setParameters);
 }
 
 void PrinterPanel::connectTo(const QString &nameOrAddress)
 {
-    SavedPrinters saved;
-    const QUrl url = saved.resolve(nameOrAddress);
     m_connection->setAddress(nameOrAddress);
-    if (url.isEmpty()) {
-        const QString text = SavedPrinters::isName(nameOrAddress.trimmed())
-            ? tr("Unknown printer “%1”: no printer is saved under this name. Give an address such "
-                 "as ws://192.168.1.20:8080.")
-            : tr("“%1” is neither a saved printer nor an address such as "
-                 "ws://192.168.1.20:8080.");
-        showNotice({Severity::Error, text.arg(nameOrAddress)});
-        return;
-    }
-    saved.setLastUsed(nameOrAddress);
-    m_session->connectTo(url, m_connection->token());
+    m_connection->requestConnection();
 }
 
 void PrinterPanel::disconnectFromPrinter()
 {
-    m_session->disconnectFromPrinter();
+    m_upload->interrupt();
+    m_control->disconnectFromPrinter();
 }
 
 void PrinterPanel::setToken(const QString &token)
 {
     m_connection->setToken(token);
-    m_session->setToken(token);
+    m_control->setToken(token);
 }
 
 void PrinterPanel::setFile(const QString &path)
@@ -154,14 +153,14 @@ void PrinterPanel::chooseFile()
 
 bool PrinterPanel::isTransferring() const
 {
-    return m_session->isTransferring();
+    return m_upload->isUnderWay();
 }
 
 /// Everything goes to the log; the strip keeps what asks for attention until something good comes.
 void PrinterPanel::showNotice(const Notice &notice)
 {
     m_log->append(notice);
-    const bool canResume = m_session->transfer() == PrinterSession::Transfer::Interrupted;
+    const bool canResume = m_upload->state() == Upload::State::Interrupted;
     m_strip->offerAction(canResume ? tr("Resume no&w") : QString());
     if (notice.severity == Severity::Error || notice.severity == Severity::Warning)
         m_strip->showNotice(notice);
@@ -171,9 +170,8 @@ void PrinterPanel::showNotice(const Notice &notice)
 
 void PrinterPanel::updateApplicable()
 {
-    m_parameters->setApplicable(m_session->link() == PrinterSession::Link::Open
-                                && !m_session->isTransferring());
-    if (m_session->transfer() != PrinterSession::Transfer::Interrupted)
+    m_parameters->setApplicable(m_control->isOpen());
+    if (m_upload->state() != Upload::State::Interrupted)
         m_strip->offerAction({});
 }
 

@@ -15,8 +15,9 @@ class EventLog;
 class NoticeStrip;
 class ParameterForm;
 class PrintBox;
-class PrinterSession;
+class PrinterControl;
 class TransferBox;
+class Upload;
 struct Notice;
 
 /**
@@ -27,9 +28,8 @@ struct Notice;
  *     auto *panel = new zypanel::PrinterPanel(this);
  *     panel->setFile(slicedPath);
  *
- * While a file is being sent, the application must not run a nested event loop (exec() of a
- * dialog): the transfer would stand still until it returned. Deleting the panel ends a transfer,
- * which can then be resumed later.
+ * Files are sent in a thread of the library's own, so nothing of the application holds them up.
+ * Deleting the panel ends a transfer, which can then be resumed later.
  */
 class PrinterPanel : public QWidget
 {
@@ -48,7 +48,8 @@ public:
     void chooseFile();
 
     bool isTransferring() const;
-    PrinterSession *session() const { return m_session; }
+    PrinterControl *control() const { return m_control; }
+    Upload *upload() const { return m_upload; }
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -63,7 +64,8 @@ private:
     void showNotice(const Notice &notice);
     void updateApplicable();
 
-    PrinterSession *m_session;
+    PrinterControl *m_control;
+    Upload *m_upload;
     ConnectionBar *m_connection;
     NoticeStrip *m_strip;
     TransferBox *m_transfer;

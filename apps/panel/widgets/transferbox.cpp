@@ -8,6 +8,8 @@
 #include "drophint.h"
 #include "formatting.h"
 
+#include <zyfilesender.h>
+
 #include <QEvent>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -21,8 +23,9 @@
 namespace zypanel
 {
 
-using Link = PrinterSession::Link;
-using Transfer = PrinterSession::Transfer;
+using Link = PrinterControl::Link;
+using State = Upload::State;
+using FileFault = ZySendResult::FileFault;
 
 namespace
 {
@@ -110,7 +113,7 @@ void TransferBox::setFile(const QString &path)
 
 void TransferBox::checkFile()
 {
-    m_fault = checkLocalFile(m_path->text());
+    m_fault = ZyFileSender::checkFile(m_path->text()).fileFault();
     m_hint->showFile(m_path->text(), m_fault);
     updateButtons();
 }
@@ -130,7 +133,7 @@ QString TransferBox::file() const
 
 bool TransferBox::takesFile() const
 {
-    return m_transfer == Transfer::Idle;
+    return !Upload::isUnderWay(m_state) && m_state != State::Interrupted;
 }
 
 /// open(), since exec() would hold up a transfer under way.
@@ -156,21 +159,21 @@ void TransferBox::showLink(Link link)
     updateButtons();
 }
 
-void TransferBox::showTransfer(Transfer transfer)
+void TransferBox::showUpload(State state)
 {
-    const Transfer before = m_transfer;
-    m_transfer = transfer;
-    if (transfer == Transfer::Offered) {
+    const State before = m_state;
+    m_state = state;
+    if (state == State::Offered) {
         m_received = 0;
         m_total = 0;
         m_progress->setValue(0);
     }
-    if (transfer == Transfer::Sending && before != transfer) {
-        m_estimate = {};
+    if (state == State::Sending && before != state) {
+        m_rate = {};
         m_clock.start();
     }
     // A finished bar stays full, a cancelled one would claim what the printer no longer has.
-    if (before == Transfer::Cancelling && transfer == Transfer::Idle)
+    if (state == State::Cancelled)
         m_progress->setValue(0);
     updateDetail();
     updateButtons();
@@ -182,9 +185,9 @@ void TransferBox::showProgress(qint64 received, qint64 total)
     m_received = received;
     m_total = total;
     if (isFirst)
-        m_estimate.start(received, total, m_clock.elapsed());
+        m_rate.start(m_clock.elapsed(), received);
     else
-        m_estimate.add(received, m_clock.elapsed());
+        m_rate.add(m_clock.elapsed(), received);
     if (total > 0)
         m_progress->setValue(static_cast<int>(static_cast<double>(received)
                                               / static_cast<double>(total) * progressSteps));
@@ -193,21 +196,27 @@ void TransferBox::showProgress(qint64 received, qint64 total)
 
 void TransferBox::updateDetail()
 {
-    switch (m_transfer) {
-    case Transfer::Idle:
+    switch (m_state) {
+    case State::Idle:
+    case State::Sent:
+    case State::Cancelled:
+    case State::Failed:
         m_detail->clear();
         break;
-    case Transfer::Offered:
+    case State::Checking:
+        m_detail->setText(tr("The printer is checking the file…"));
+        break;
+    case State::Offered:
         m_detail->setText(tr("Waiting for the printer…"));
         break;
-    case Transfer::Sending:
-        m_detail->setText(
-            progressText(m_received, m_total, m_estimate.rate(), m_estimate.secondsLeft()));
+    case State::Sending:
+        m_detail->setText(progressText(m_received, m_total, m_rate.bytesPerSecond(),
+                                       m_rate.secondsLeft(m_total)));
         break;
-    case Transfer::Cancelling:
+    case State::Cancelling:
         m_detail->setText(tr("Cancelling…"));
         break;
-    case Transfer::Interrupted:
+    case State::Interrupted:
         m_detail->setText(
             m_total > 0 ? tr("Interrupted at %1 of %2").arg(sizeText(m_received), sizeText(m_total))
                         : tr("Interrupted before the start"));
@@ -217,9 +226,9 @@ void TransferBox::updateDetail()
 
 void TransferBox::updateButtons()
 {
-    const bool isRunning = m_transfer == Transfer::Offered || m_transfer == Transfer::Sending;
-    const bool isInterrupted = m_transfer == Transfer::Interrupted;
-    const bool isBusy = isRunning || m_transfer == Transfer::Cancelling;
+    const bool isRunning = m_state == State::Offered || m_state == State::Sending;
+    const bool isInterrupted = m_state == State::Interrupted;
+    const bool isBusy = Upload::isUnderWay(m_state);
     m_path->setEnabled(takesFile());
     m_choose->setEnabled(m_path->isEnabled());
     m_name->setEnabled(m_path->isEnabled());
@@ -230,12 +239,12 @@ void TransferBox::updateButtons()
     m_cancel->setText(isInterrupted ? tr("Disc&ard") : tr("C&ancel"));
     m_cancel->setVisible(isBusy || isInterrupted);
     m_cancel->setEnabled(isRunning || isInterrupted);
-    m_progress->setEnabled(m_transfer != Transfer::Interrupted);
+    m_progress->setEnabled(m_state != State::Interrupted);
 }
 
 void TransferBox::askToCancel()
 {
-    if (m_transfer == Transfer::Interrupted) {
+    if (m_state == State::Interrupted) {
         Q_EMIT discardRequested();
         return;
     }

@@ -5,9 +5,10 @@
 #ifndef PANEL_TRANSFERBOX_H
 #define PANEL_TRANSFERBOX_H
 
-#include "localfile.h"
-#include "printersession.h"
-#include "transferestimate.h"
+#include "printercontrol.h"
+#include "upload.h"
+
+#include <ratemeter.h>
 
 #include <QElapsedTimer>
 #include <QGroupBox>
@@ -38,8 +39,8 @@ public:
     /// A file is being dragged over the panel.
     void showDrag(bool isDragging);
 
-    void showLink(PrinterSession::Link link);
-    void showTransfer(PrinterSession::Transfer transfer);
+    void showLink(PrinterControl::Link link);
+    void showUpload(Upload::State state);
     void showProgress(qint64 received, qint64 total);
 
 Q_SIGNALS:
@@ -60,13 +61,14 @@ private:
     void updateDetail();
     void askToCancel();
 
-    PrinterSession::Link m_link = PrinterSession::Link::Closed;
-    PrinterSession::Transfer m_transfer = PrinterSession::Transfer::Idle;
-    TransferEstimate m_estimate;
+    PrinterControl::Link m_link = PrinterControl::Link::Closed;
+    Upload::State m_state = Upload::State::Idle;
+    zysession::RateMeter m_rate;
     QElapsedTimer m_clock;
     qint64 m_received = 0;
     qint64 m_total = 0;
-    FileFault m_fault = FileFault::Missing; ///< of the file that is to be sent
+    ZySendResult::FileFault m_fault
+        = ZySendResult::FileFault::Missing; ///< of the file that is to be sent
 
     DropHint *m_hint;
     QLineEdit *m_path;

@@ -4,39 +4,52 @@
 
 #include "followstep.h"
 
-#include "printerlink.h"
-#include "printphase.h"
-#include "wirewords.h"
+#include <algorithm>
 
-#include <zysslechoclient.h>
+namespace zyslicer
+{
 
 namespace
 {
 
+using zysession::Exchange;
+using zysession::PrinterLink;
+using zysession::PrinterStatus;
+
 // A printer may show a print just started only after a moment.
-constexpr int toleratedIdleAnswers = 10;
+constexpr int toleratedReadyAnswers = 10;
+
+/// The pause before retry number @p retry (1 is the first), in ms; it doubles with each.
+int pauseBefore(int retry, const ZySendOptions &options)
+{
+    qint64 pause = options.firstPause();
+    for (int i = 1; i < retry && pause < options.longestPause(); ++i)
+        pause *= 2;
+    return static_cast<int>(std::min<qint64>(pause, options.longestPause()));
+}
 
 } // namespace
 
-FollowStep::FollowStep(PrinterLink &link, Mode mode, const QString &token)
-    : Step(link), m_mode(mode), m_token(token), m_exchange(link)
+FollowStep::FollowStep(JobContext &context, Mode mode)
+    : Step(context), m_mode(mode), m_exchange(context.link)
 {
+    m_exchange.setToken(token());
     m_pause.setSingleShot(true);
-    connect(&m_pause, &QTimer::timeout, this, [this] { this->link().open(); });
-    connect(&link, &PrinterLink::opened, this, &FollowStep::ask);
-    connect(&link, &PrinterLink::failed, this, [this] { retry(QStringLiteral("no connection")); });
-    // Between two questions nobody waits for an answer that would tell.
-    connect(&link, &PrinterLink::dropped, this, [this] {
+    PrinterLink *link = &context.link;
+    connect(&m_pause, &QTimer::timeout, link, &PrinterLink::open);
+    connect(link, &PrinterLink::opened, &m_exchange, &Exchange::askStatus);
+    connect(link, &PrinterLink::failed, this, [this] { retry(QStringLiteral("no connection")); });
+    // Between two questions no exchange is under way that would notice.
+    connect(link, &PrinterLink::dropped, this, [this] {
         if (m_pause.isActive())
             retry(QStringLiteral("connection lost"));
     });
-    connect(&m_exchange, &Exchange::answered, this, &FollowStep::onAnswered);
-    connect(&m_exchange, &Exchange::unanswered, this, &FollowStep::retry);
+    connect(&m_exchange, &Exchange::ended, this, &FollowStep::onEnded);
 }
 
 void FollowStep::start()
 {
-    link().open();
+    context().link.open();
 }
 
 void FollowStep::interrupt()
@@ -48,92 +61,83 @@ void FollowStep::interrupt()
         endInterrupted(QStringLiteral("the printer goes on with what it was doing"));
 }
 
-void FollowStep::ask()
+void FollowStep::onEnded(const Exchange::Result &result)
 {
-    m_exchange.ask([this](ZySslEchoClient &client) { client.getPrintStatusCmd(m_token); },
-                   wire::getPrintStatus, link().limits().reply);
-}
-
-void FollowStep::onAnswered(const QJsonObject &answer)
-{
-    m_failures = 0;
-    if (printPhase(answer.value(wire::printStatus).toString()) == PrintPhase::TokenRejected) {
+    if (result.ending == Exchange::Ending::TokenRejected) {
         endTokenRejected();
         return;
     }
+    if (result.ending != Exchange::Ending::Done) {
+        retry(unansweredText(result));
+        return;
+    }
+    m_failures = 0;
+    const PrinterStatus status = PrinterStatus::fromReply(result.answer);
     Event event;
     event.kind = m_mode == Mode::Once ? Event::Kind::Snapshot : Event::Kind::Status;
-    event.file = answer.value(wire::filename).toString();
-    event.answer = answer;
+    event.file = status.filename;
+    event.answer = result.answer;
     Q_EMIT reported(event);
     if (m_mode == Mode::Once)
         end();
     else
-        judge(answer);
+        judge(status);
     if (!hasEnded())
-        m_pause.start(link().limits().pollInterval);
+        m_pause.start(context().request.pollInterval);
 }
 
-void FollowStep::judge(const QJsonObject &answer)
+void FollowStep::judge(const PrinterStatus &status)
 {
-    switch (printPhase(answer.value(wire::printStatus).toString())) {
-    case PrintPhase::Idle:
-        onIdle(answer);
-        break;
-    case PrintPhase::Running:
+    if (status.hasJob())
         m_wasRunning = true;
-        break;
-    case PrintPhase::Complete:
+    else if (status.state == PrinterStatus::State::Ready)
+        onReady(status);
+    else if (status.state == PrinterStatus::State::Complete)
         end();
-        break;
-    case PrintPhase::Failed:
-        endPrint(answer, QStringLiteral("print failed"));
-        break;
-    case PrintPhase::Stopped:
-        endPrint(answer, QStringLiteral("print stopped"));
-        break;
-    case PrintPhase::TokenRejected:
-    case PrintPhase::Unknown:
-        break;
-    }
+    else if (status.state == PrinterStatus::State::Failed)
+        endPrint(status, QStringLiteral("print failed"));
+    else if (status.state == PrinterStatus::State::Ended)
+        endPrint(status, QStringLiteral("print stopped"));
 }
 
-void FollowStep::onIdle(const QJsonObject &answer)
+void FollowStep::onReady(const PrinterStatus &status)
 {
     if (m_wasRunning)
-        endPrint(answer, QStringLiteral("print ended without being complete"));
+        endPrint(status, QStringLiteral("print ended without being complete"));
     else if (m_mode == Mode::UntilIdle)
         end();
-    else if (++m_idleAnswers > toleratedIdleAnswers)
-        endPrint(answer, QStringLiteral("print did not begin"));
+    else if (++m_readyAnswers > toleratedReadyAnswers)
+        endPrint(status, QStringLiteral("print did not begin"));
 }
 
-void FollowStep::endPrint(const QJsonObject &answer, const QString &what)
+void FollowStep::endPrint(const PrinterStatus &status, const QString &what)
 {
     end({ExitCode::PrintFailed, what,
          QStringLiteral("%1 on %2, layer %3 of %4")
-             .arg(answer.value(wire::filename).toString(), link().printer().description(),
-                  answer.value(wire::curSliceLayer).toString(),
-                  answer.value(wire::sliceLayerCount).toString()),
+             .arg(status.filename, printer())
+             .arg(status.layer)
+             .arg(status.layerCount),
          QStringLiteral("look at the printer, then start again with 'zyslicer print'")});
 }
 
 void FollowStep::retry(const QString &reason)
 {
     m_pause.stop();
-    link().drop();
-    // Only somebody who watches is helped by trying again.
-    if (!link().wasOpen()) {
+    context().link.close();
+    // Only a user who watches is helped by trying again.
+    if (!context().link.wasOpen()) {
         endUnconnected();
-    } else if (m_mode == Mode::Once || ++m_failures > link().limits().retries) {
+    } else if (m_mode == Mode::Once || ++m_failures > context().request.sending.retries()) {
         endUnanswered(QStringLiteral("status"), reason);
     } else {
         Event event;
         event.kind = Event::Kind::Retrying;
         event.text = reason;
         event.retry = m_failures;
-        event.delay = backOff(link().limits(), m_failures);
+        event.delay = pauseBefore(m_failures, context().request.sending);
         Q_EMIT reported(event);
         m_pause.start(event.delay);
     }
 }
+
+} // namespace zyslicer

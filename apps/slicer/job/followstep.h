@@ -5,8 +5,12 @@
 #ifndef FOLLOWSTEP_H
 #define FOLLOWSTEP_H
 
-#include "exchange.h"
 #include "step.h"
+
+#include <QTimer>
+
+namespace zyslicer
+{
 
 class FollowStep : public Step
 {
@@ -19,26 +23,26 @@ public:
         UntilDone, ///< a print was just started: until it has ended
     };
 
-    FollowStep(PrinterLink &link, Mode mode, const QString &token);
+    FollowStep(JobContext &context, Mode mode);
 
     void start() override;
     void interrupt() override;
 
 private:
-    void ask();
-    void onAnswered(const QJsonObject &answer);
-    void judge(const QJsonObject &answer);
-    void onIdle(const QJsonObject &answer);
-    void endPrint(const QJsonObject &answer, const QString &what);
+    void onEnded(const zysession::Exchange::Result &result);
+    void judge(const zysession::PrinterStatus &status);
+    void onReady(const zysession::PrinterStatus &status);
+    void endPrint(const zysession::PrinterStatus &status, const QString &what);
     void retry(const QString &reason);
 
     Mode m_mode;
-    QString m_token;
-    Exchange m_exchange;
+    zysession::Exchange m_exchange;
     QTimer m_pause;
     bool m_wasRunning = false;
-    int m_idleAnswers = 0;
+    int m_readyAnswers = 0;
     int m_failures = 0; ///< in a row
 };
+
+} // namespace zyslicer
 
 #endif // FOLLOWSTEP_H

@@ -1,24 +1,50 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A job on one printer: its steps, one after the other, in the thread it was moved to.
+// A job on one printer: its steps, one after the other.
 
 #include "job.h"
 
-#include <utility>
+#include "commandstep.h"
+#include "followstep.h"
+#include "sendstep.h"
 
-Job::Job(const Printer &printer, const Limits &limits, std::vector<StepMaker> steps)
-    : m_printer(printer), m_limits(limits), m_steps(std::move(steps))
+namespace zyslicer
+{
+
+Job::Job(const Request &request, const zysession::Printer &printer)
+    : m_context(request, printer), m_steps(stepsOf(request))
 {
 }
 
-Job::~Job()
+Job::~Job() = default;
+
+std::vector<Job::StepMaker> Job::stepsOf(const Request &request)
 {
-    delete m_step;
+    using Command = Request::Command;
+    const auto command = [](Command which) {
+        return
+            [which](JobContext &context) { return std::make_unique<CommandStep>(context, which); };
+    };
+    const auto follow = [](FollowStep::Mode mode) {
+        return [mode](JobContext &context) { return std::make_unique<FollowStep>(context, mode); };
+    };
+    if (request.command == Command::Status)
+        return {follow(request.isWatching ? FollowStep::Mode::UntilIdle : FollowStep::Mode::Once)};
+    std::vector<StepMaker> steps;
+    for (const ModelFile &file : request.files)
+        steps.emplace_back(
+            [file](JobContext &context) { return std::make_unique<SendStep>(context, file); });
+    if (request.command != Command::Send)
+        steps.emplace_back(command(request.command));
+    else if (request.isPrinting)
+        steps.emplace_back(command(Command::Print));
+    if (request.isWatching)
+        steps.emplace_back(follow(FollowStep::Mode::UntilDone));
+    return steps;
 }
 
 void Job::start()
 {
-    m_link = std::make_unique<PrinterLink>(m_printer, m_limits);
     startNextStep();
 }
 
@@ -30,23 +56,20 @@ void Job::startNextStep()
         end({});
         return;
     }
-    m_step = m_steps[m_nextStep++](*m_link, m_notes).release();
-    connect(m_step, &Step::reported, this, &Job::reported);
-    connect(m_step, &Step::ended, this, &Job::onStepEnded);
+    m_step = m_steps[m_nextStep++](m_context);
+    connect(m_step.get(), &Step::reported, this, &Job::reported);
+    connect(m_step.get(), &Step::ended, this, &Job::onStepEnded);
     m_step->start();
 }
 
 void Job::onStepEnded(const Outcome &outcome)
 {
-    // The step is still on the stack, and it must not hear of the next one's connection.
-    m_step->disconnect();
-    m_link->disconnect(m_step);
-    m_step->deleteLater();
-    m_step = nullptr;
-    if (!outcome.isOk())
-        end(outcome);
-    else
+    // It is still on the stack; its part of the job's connection is over.
+    m_step.release()->deleteLater();
+    if (outcome.isOk())
         QMetaObject::invokeMethod(this, &Job::startNextStep, Qt::QueuedConnection);
+    else
+        end(outcome);
 }
 
 void Job::interrupt()
@@ -54,14 +77,15 @@ void Job::interrupt()
     if (m_step)
         m_step->interrupt();
     else if (!m_hasEnded)
-        end({ExitCode::Interrupted, QStringLiteral("interrupted"), m_printer.description(),
+        end({ExitCode::Interrupted, QStringLiteral("interrupted"), m_context.printer.description(),
              QStringLiteral("nothing was under way")});
 }
 
 void Job::end(const Outcome &outcome)
 {
     m_hasEnded = true;
-    if (m_link)
-        m_link->drop();
+    m_context.link.close();
     Q_EMIT ended(outcome);
 }
+
+} // namespace zyslicer

@@ -1,49 +1,51 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A job on one printer: its steps, one after the other, in the thread it was moved to.
+// A job on one printer: its steps, one after the other.
 
 #ifndef JOB_H
 #define JOB_H
 
-#include "printerlink.h"
 #include "step.h"
 
 #include <functional>
 #include <memory>
 #include <vector>
 
-using StepMaker = std::function<std::unique_ptr<Step>(PrinterLink &, JobNotes &)>;
+namespace zyslicer
+{
 
+/// What a request asks of one printer.
 class Job : public QObject
 {
     Q_OBJECT
 
 public:
-    Job(const Printer &printer, const Limits &limits, std::vector<StepMaker> steps);
+    Job(const Request &request, const zysession::Printer &printer);
     ~Job() override;
 
-    /// Makes the connection and runs the steps until the first that fails; call it in the job's
-    /// own thread. ended() comes exactly once.
+    /// Runs the steps until the first that fails. ended() comes exactly once.
     void start();
     void interrupt();
 
 Q_SIGNALS:
-    void reported(const Event &event);
-    void ended(const Outcome &outcome);
+    void reported(const zyslicer::Event &event);
+    void ended(const zyslicer::Outcome &outcome);
 
 private:
+    using StepMaker = std::function<std::unique_ptr<Step>(JobContext &)>;
+
+    static std::vector<StepMaker> stepsOf(const Request &request);
     void startNextStep();
     void onStepEnded(const Outcome &outcome);
     void end(const Outcome &outcome);
 
-    Printer m_printer;
-    Limits m_limits;
+    JobContext m_context;
     std::vector<StepMaker> m_steps;
     std::size_t m_nextStep = 0;
-    std::unique_ptr<PrinterLink> m_link;
-    Step *m_step = nullptr;
-    JobNotes m_notes;
+    std::unique_ptr<Step> m_step;
     bool m_hasEnded = false;
 };
+
+} // namespace zyslicer
 
 #endif // JOB_H

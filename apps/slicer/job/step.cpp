@@ -4,16 +4,50 @@
 
 #include "step.h"
 
-#include "printerlink.h"
+namespace zyslicer
+{
 
-Step::Step(PrinterLink &link) : m_link(link) { }
+namespace
+{
+
+using Fault = ZySendResult::ConnectionFault;
+
+QString connectionAdvice(Fault fault)
+{
+    switch (fault) {
+    case Fault::Refused:
+        return QStringLiteral("nothing listens there: check the port, and that the printer's "
+                              "program runs");
+    case Fault::UnknownHost:
+        return QStringLiteral("check the name, or give an IP address");
+    case Fault::Tls:
+        return QStringLiteral("most printers speak plain ws://; check the certificate of one that "
+                              "speaks wss://");
+    case Fault::NotAWebSocket:
+        return QStringLiteral("something else answers there: check the address and the port");
+    case Fault::BadAddress:
+        return QStringLiteral("give a URL such as ws://192.168.1.20:8080");
+    case Fault::TimedOut:
+    case Fault::Network:
+    case Fault::None:
+        break;
+    }
+    return QStringLiteral("check that the printer is on, in this network and at this address");
+}
+
+} // namespace
 
 void Step::interrupt()
 {
-    endInterrupted(m_link.isOpen()
+    endInterrupted(m_context.link.isOpen()
                        ? QStringLiteral("the printer may still do what it was asked; look with "
                                         "'zyslicer status'")
                        : QStringLiteral("the printer has been asked nothing"));
+}
+
+QString Step::token() const
+{
+    return m_context.request.token.isNull() ? m_context.printer.token : m_context.request.token;
 }
 
 void Step::end(const Outcome &outcome)
@@ -26,25 +60,40 @@ void Step::end(const Outcome &outcome)
 
 void Step::endInterrupted(const QString &consequence)
 {
-    end({ExitCode::Interrupted, QStringLiteral("interrupted"), m_link.printer().description(),
-         consequence});
+    end({ExitCode::Interrupted, QStringLiteral("interrupted"), printer(), consequence});
 }
 
 void Step::endUnconnected()
 {
-    end({ExitCode::NoConnection, QStringLiteral("no connection"), m_link.printer().description(),
-         QStringLiteral("check that the printer is on, in this network and at this address")});
+    endUnconnected(m_context.link.fault(), m_context.link.faultText());
+}
+
+void Step::endUnconnected(Fault fault, const QString &detail)
+{
+    const bool hasDetail = (fault == Fault::Network || fault == Fault::Tls) && !detail.isEmpty();
+    end({ExitCode::NoConnection,
+         QStringLiteral("no connection (%1)").arg(hasDetail ? detail : ZySendResult::text(fault)),
+         printer(), connectionAdvice(fault)});
 }
 
 void Step::endUnanswered(const QString &question, const QString &reason)
 {
     end({ExitCode::NoConnection, QStringLiteral("%1 not answered (%2)").arg(question, reason),
-         m_link.printer().description(),
+         printer(),
          QStringLiteral("look at the printer's state with 'zyslicer status' and try again")});
 }
 
 void Step::endTokenRejected()
 {
-    end({ExitCode::TokenRejected, QStringLiteral("token rejected"), m_link.printer().description(),
+    end({ExitCode::TokenRejected, QStringLiteral("token rejected"), printer(),
          QStringLiteral("give the printer's token with --token or ZYSLICER_TOKEN")});
 }
+
+QString unansweredText(const zysession::Exchange::Result &result)
+{
+    return result.ending == zysession::Exchange::Ending::NoAnswer
+        ? QStringLiteral("no answer within %1 s").arg(result.timeLimit / 1000.0)
+        : QStringLiteral("connection lost");
+}
+
+} // namespace zyslicer

@@ -1,19 +1,31 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// One step of a job on one printer: a transfer, a print start, a command, following the status.
+// One step of a job on one printer: a transfer, a command, following the status.
 
 #ifndef STEP_H
 #define STEP_H
 
 #include "event.h"
+#include "exchange.h"
 #include "outcome.h"
+#include "request.h"
+#include "savedprinters.h"
 
 #include <QObject>
 
-class PrinterLink;
+namespace zyslicer
+{
 
-/// What the steps of one job tell each other.
-struct JobNotes {
+/// What the steps of one job share.
+struct JobContext {
+    JobContext(const Request &wanted, const zysession::Printer &where)
+        : request(wanted), printer(where), link(where.url, wanted.limits)
+    {
+    }
+
+    const Request request;
+    const zysession::Printer printer;
+    zysession::PrinterLink link; ///< for commands
     QString storedName; ///< the name under which the printer stored the last file sent
 };
 
@@ -22,7 +34,7 @@ class Step : public QObject
     Q_OBJECT
 
 public:
-    explicit Step(PrinterLink &link);
+    explicit Step(JobContext &context) : m_context(context) { }
 
     /// Runs until ended(), which comes exactly once.
     virtual void start() = 0;
@@ -30,21 +42,34 @@ public:
     virtual void interrupt();
 
 Q_SIGNALS:
-    void reported(const Event &event);
-    void ended(const Outcome &outcome);
+    void reported(const zyslicer::Event &event);
+    void ended(const zyslicer::Outcome &outcome);
 
 protected:
-    PrinterLink &link() const { return m_link; }
+    JobContext &context() const { return m_context; }
+    /// The printer for people.
+    QString printer() const { return m_context.printer.description(); }
+    /// The token given for all printers, or else the one that is saved for this one.
+    QString token() const;
+
     void end(const Outcome &outcome = {});
     bool hasEnded() const { return m_hasEnded; }
     void endInterrupted(const QString &consequence);
     void endUnconnected();
+    /// @p detail in the system's words.
+    void endUnconnected(ZySendResult::ConnectionFault fault, const QString &detail = {});
+    /// @p question for people.
     void endUnanswered(const QString &question, const QString &reason);
     void endTokenRejected();
 
 private:
-    PrinterLink &m_link;
+    JobContext &m_context;
     bool m_hasEnded = false;
 };
+
+/// "connection lost", "no answer within 30 s"
+QString unansweredText(const zysession::Exchange::Result &result);
+
+} // namespace zyslicer
 
 #endif // STEP_H

@@ -4,12 +4,11 @@
 
 #include "barview.h"
 
-#include "eventtext.h"
-#include "printphase.h"
-#include "statustext.h"
-#include "terminal.h"
-#include "units.h"
-#include "wirewords.h"
+#include "standardoutput.h"
+#include "wording.h"
+
+namespace zyslicer
+{
 
 namespace
 {
@@ -18,7 +17,8 @@ constexpr int drawInterval = 100; // ms
 
 } // namespace
 
-BarView::BarView(const QVector<Printer> &printers) : TextView(printers), m_rows(printers.size())
+BarView::BarView(const QVector<zysession::Printer> &printers)
+    : TextView(printers), m_rows(printers.size())
 {
     m_drawing.setSingleShot(true);
     m_drawing.setInterval(drawInterval);
@@ -51,14 +51,14 @@ void BarView::report(int printer, const Event &event)
     if (news.isEmpty())
         drawSoon();
     else
-        tell(marked(printer, news));
+        scroll(marked(printer, news));
 }
 
 void BarView::endPrinter(int printer, const Outcome &outcome)
 {
     TextView::endPrinter(printer, outcome);
     if (!outcome.isOk() && isSeveral())
-        m_rows[printer] = {printers()[printer].label, -1, {outcome.what}};
+        m_rows[printer] = {printers()[printer].label(), -1, {outcome.what}};
     drawSoon();
 }
 
@@ -95,13 +95,9 @@ ProgressRow BarView::storedRow(int printer, const Event &event) const
 
 ProgressRow BarView::statusRow(int printer, const Event &event) const
 {
-    const QJsonObject &status = event.answer;
-    ProgressRow row{label(printer, event),
-                    layerFraction(status),
-                    {printPhaseText(status.value(wire::printStatus).toString())}};
-    row.columns += QStringLiteral("layer %1/%2")
-                       .arg(status.value(wire::curSliceLayer).toString(),
-                            status.value(wire::sliceLayerCount).toString());
+    const auto status = zysession::PrinterStatus::fromReply(event.answer);
+    ProgressRow row{label(printer, event), status.layerFraction(), {stateText(status.state)}};
+    row.columns += QStringLiteral("layer %1/%2").arg(status.layer).arg(status.layerCount);
     const QString remaining = remainingText(status);
     if (!remaining.isEmpty())
         row.columns += remaining + QStringLiteral(" left");
@@ -110,7 +106,7 @@ ProgressRow BarView::statusRow(int printer, const Event &event) const
 
 QString BarView::label(int printer, const Event &event) const
 {
-    return isSeveral() || event.file.isEmpty() ? printers()[printer].label : event.file;
+    return isSeveral() || event.file.isEmpty() ? printers()[printer].label() : event.file;
 }
 
 void BarView::setNote(int printer, const Event &event, const QString &note)
@@ -126,9 +122,9 @@ void BarView::drawSoon()
 }
 
 /// News goes above the bars.
-void BarView::tell(const QString &lines)
+void BarView::scroll(const QString &lines)
 {
-    terminal::write(eraseText() + lines);
+    writeOut(eraseText() + lines);
     draw();
 }
 
@@ -136,14 +132,14 @@ void BarView::draw()
 {
     QString text = eraseText();
     // The last column stays free: writing there makes some terminals wrap.
-    const int width = terminal::size().width() - 1;
+    const int width = terminalSize().width() - 1;
     for (const ProgressRow &row : qAsConst(m_rows)) {
         if (row.label.isEmpty())
             continue;
         text += progressLine(row, width) + QLatin1Char('\n');
         ++m_drawnLines;
     }
-    terminal::write(text);
+    writeOut(text);
 }
 
 /// Back to the first of the lines drawn, and everything below it cleared.
@@ -155,3 +151,5 @@ QString BarView::eraseText()
     m_drawnLines = 0;
     return text;
 }
+
+} // namespace zyslicer

@@ -10,10 +10,13 @@
 
 #include <QTimer>
 
+namespace zyslicer
+{
+
 class BarView : public TextView
 {
 public:
-    explicit BarView(const QVector<Printer> &printers);
+    explicit BarView(const QVector<zysession::Printer> &printers);
 
     void report(int printer, const Event &event) override;
     void endPrinter(int printer, const Outcome &outcome) override;
@@ -26,7 +29,7 @@ private:
     QString label(int printer, const Event &event) const;
     void setNote(int printer, const Event &event, const QString &note);
     void drawSoon();
-    void tell(const QString &lines);
+    void scroll(const QString &lines);
     void draw();
     QString eraseText();
 
@@ -34,5 +37,7 @@ private:
     int m_drawnLines = 0;
     QTimer m_drawing;
 };
+
+} // namespace zyslicer
 
 #endif // BARVIEW_H

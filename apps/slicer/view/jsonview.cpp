@@ -4,10 +4,14 @@
 
 #include "jsonview.h"
 
-#include "terminal.h"
-#include "wirewords.h"
+#include "standardoutput.h"
 
 #include <QJsonDocument>
+
+#include <vocabulary.h>
+
+namespace zyslicer
+{
 
 namespace
 {
@@ -72,7 +76,7 @@ QJsonObject fields(const Event &event)
         break;
     }
     QJsonObject answer = event.answer;
-    answer.remove(wire::cmd);
+    answer.remove(zyws::keys::cmd);
     return answer;
 }
 
@@ -86,8 +90,8 @@ QJsonObject outcomeFields(const Outcome &outcome)
 
 void writeJsonLine(const QJsonObject &object)
 {
-    terminal::write(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))
-                    + QLatin1Char('\n'));
+    writeOut(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))
+             + QLatin1Char('\n'));
 }
 
 void writeJsonError(const Outcome &outcome)
@@ -110,6 +114,8 @@ void JsonView::endPrinter(int printer, const Outcome &outcome)
 void JsonView::write(int printer, const QString &event, QJsonObject object) const
 {
     object.insert(QStringLiteral("event"), event);
-    object.insert(QStringLiteral("printer"), printers()[printer].label);
+    object.insert(QStringLiteral("printer"), printers()[printer].label());
     writeJsonLine(object);
 }
+
+} // namespace zyslicer

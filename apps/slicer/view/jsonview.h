@@ -9,6 +9,9 @@
 
 #include <QJsonObject>
 
+namespace zyslicer
+{
+
 /// One object, one line.
 void writeJsonLine(const QJsonObject &object);
 /// An "error" that belongs to no printer: none was asked yet.
@@ -25,5 +28,7 @@ public:
 private:
     void write(int printer, const QString &event, QJsonObject object) const;
 };
+
+} // namespace zyslicer
 
 #endif // JSONVIEW_H

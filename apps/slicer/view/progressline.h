@@ -8,6 +8,9 @@
 #include <QString>
 #include <QStringList>
 
+namespace zyslicer
+{
+
 struct ProgressRow {
     QString label;
     double fraction = -1; ///< 0 to 1; negative for a row without a bar
@@ -16,5 +19,7 @@ struct ProgressRow {
 
 /// At most @p width characters: columns go first, from the last; then the bar; then the label.
 QString progressLine(const ProgressRow &row, int width);
+
+} // namespace zyslicer
 
 #endif // PROGRESSLINE_H

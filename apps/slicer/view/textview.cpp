@@ -1,18 +1,24 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// What the views for people share: lines of news and the summary of several printers.
+// The views for people: what they share, and lines for files, pipes and simple terminals.
 
 #include "textview.h"
 
-#include "terminal.h"
-#include "units.h"
+#include "standardoutput.h"
+#include "wording.h"
 
 #include <algorithm>
+
+namespace zyslicer
+{
 
 namespace
 {
 
+using zysession::PrinterStatus;
 using Table = QVector<QStringList>;
+
+constexpr int newsEvery = 10; // percent
 
 QString tableText(const Table &table)
 {
@@ -45,7 +51,7 @@ QStringList transferCells(const TransferLog::Entry &entry)
 
 } // namespace
 
-TextView::TextView(const QVector<Printer> &printers)
+TextView::TextView(const QVector<zysession::Printer> &printers)
     : View(printers), m_transfers(printers.size()), m_outcomes(printers.size())
 {
 }
@@ -58,7 +64,7 @@ void TextView::endPrinter(int printer, const Outcome &outcome)
 void TextView::finish()
 {
     if (isSeveral())
-        terminal::write(summary());
+        writeOut(summary());
 }
 
 QString TextView::marked(int printer, const QString &text) const
@@ -68,7 +74,7 @@ QString TextView::marked(int printer, const QString &text) const
     const QStringList plain = text.split(QLatin1Char('\n'));
     QString lines;
     for (const QString &line : plain)
-        lines += QStringLiteral("%1: %2\n").arg(printers()[printer].label, line);
+        lines += QStringLiteral("%1: %2\n").arg(printers()[printer].label(), line);
     return lines;
 }
 
@@ -79,7 +85,7 @@ QString TextView::summary() const
                 + (isTransfer ? transferTitles() : QStringList())
                 + QStringList(QStringLiteral("RESULT"))};
     for (int i = 0; i < printers().size(); ++i) {
-        QStringList cells(printers()[i].label);
+        QStringList cells(printers()[i].label());
         if (isTransfer)
             cells += transferCells(m_transfers.entry(i));
         cells += m_outcomes[i].isOk() ? QStringLiteral("ok") : m_outcomes[i].what;
@@ -87,3 +93,53 @@ QString TextView::summary() const
     }
     return tableText(table);
 }
+
+PlainView::PlainView(const QVector<zysession::Printer> &printers)
+    : TextView(printers), m_lastStep(printers.size())
+{
+}
+
+void PlainView::report(int printer, const Event &event)
+{
+    transfers().note(printer, event);
+    QString text;
+    if (event.kind == Event::Kind::Progress)
+        text = progressText(printer, event);
+    else if (event.kind == Event::Kind::Status)
+        text = statusText(printer, event);
+    else
+        text = eventText(event, printers()[printer]);
+    if (!text.isEmpty())
+        writeOut(marked(printer, text));
+}
+
+QString PlainView::progressText(int printer, const Event &event)
+{
+    if (event.total <= 0)
+        return {};
+    const qint64 percent = event.received * 100 / event.total;
+    if (!isNews(printer, event.file + QString::number(percent / newsEvery)))
+        return {};
+    return QStringLiteral("%1: %2 % %3 %4")
+        .arg(event.file)
+        .arg(percent, 3)
+        .arg(byteText(event.received, event.total),
+             rateText(transfers().entry(printer).rate.bytesPerSecond()));
+}
+
+QString PlainView::statusText(int printer, const Event &event)
+{
+    const PrinterStatus status = PrinterStatus::fromReply(event.answer);
+    const int percent = static_cast<int>(status.layerFraction() * 100);
+    const QString step = status.word + status.filename + QString::number(percent / newsEvery);
+    return isNews(printer, step) ? statusLine(status) : QString();
+}
+
+bool PlainView::isNews(int printer, const QString &step)
+{
+    const bool isNew = step != m_lastStep[printer];
+    m_lastStep[printer] = step;
+    return isNew;
+}
+
+} // namespace zyslicer

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// What the views for people share: lines of news and the summary of several printers.
+// The views for people: what they share, and lines for files, pipes and simple terminals.
 
 #ifndef TEXTVIEW_H
 #define TEXTVIEW_H
@@ -8,10 +8,14 @@
 #include "transferlog.h"
 #include "view.h"
 
+namespace zyslicer
+{
+
+/// Lines of news and the summary of several printers.
 class TextView : public View
 {
 public:
-    explicit TextView(const QVector<Printer> &printers);
+    explicit TextView(const QVector<zysession::Printer> &printers);
 
     void endPrinter(int printer, const Outcome &outcome) override;
     void finish() override;
@@ -28,5 +32,23 @@ private:
     TransferLog m_transfers;
     QVector<Outcome> m_outcomes;
 };
+
+/// For where nothing can be drawn over.
+class PlainView : public TextView
+{
+public:
+    explicit PlainView(const QVector<zysession::Printer> &printers);
+
+    void report(int printer, const Event &event) override;
+
+private:
+    QString progressText(int printer, const Event &event);
+    QString statusText(int printer, const Event &event);
+    bool isNews(int printer, const QString &step);
+
+    QVector<QString> m_lastStep; ///< per printer, what was last written of progress or status
+};
+
+} // namespace zyslicer
 
 #endif // TEXTVIEW_H

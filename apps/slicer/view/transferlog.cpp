@@ -6,6 +6,9 @@
 
 #include <algorithm>
 
+namespace zyslicer
+{
+
 TransferLog::TransferLog(int printers) : m_entries(printers)
 {
     m_clock.start();
@@ -58,3 +61,5 @@ double meanRate(const TransferLog::Entry &entry)
         return 0;
     return static_cast<double>(entry.sent) * 1000.0 / static_cast<double>(time);
 }
+
+} // namespace zyslicer

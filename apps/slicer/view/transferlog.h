@@ -11,11 +11,14 @@
 #include <QElapsedTimer>
 #include <QVector>
 
+namespace zyslicer
+{
+
 class TransferLog
 {
 public:
     struct Entry {
-        RateMeter rate;
+        zysession::RateMeter rate;
         qint64 startTime = 0; ///< ms, when the first file was offered
         qint64 attemptTime = 0; ///< ms, when the current attempt was offered
         qint64 endTime = 0; ///< ms, of the last byte so far
@@ -40,5 +43,7 @@ private:
 qint64 duration(const TransferLog::Entry &entry);
 /// The mean rate over the whole transfer; 0 while unknown.
 double meanRate(const TransferLog::Entry &entry);
+
+} // namespace zyslicer
 
 #endif // TRANSFERLOG_H

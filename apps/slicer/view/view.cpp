@@ -6,9 +6,11 @@
 
 #include "barview.h"
 #include "jsonview.h"
-#include "plainview.h"
-#include "request.h"
-#include "terminal.h"
+#include "standardoutput.h"
+#include "textview.h"
+
+namespace zyslicer
+{
 
 namespace
 {
@@ -23,14 +25,16 @@ public:
 
 } // namespace
 
-std::unique_ptr<View> makeView(const Request &request, const QVector<Printer> &printers)
+std::unique_ptr<View> makeView(const Request &request, const QVector<zysession::Printer> &printers)
 {
     if (request.isQuiet)
         return std::make_unique<QuietView>(printers);
     if (request.isJson)
         return std::make_unique<JsonView>(printers);
     // Lines that have scrolled away cannot be drawn over.
-    if (terminal::isUsable() && terminal::size().height() > printers.size() + 1)
+    if (isTerminal() && terminalSize().height() > printers.size() + 1)
         return std::make_unique<BarView>(printers);
     return std::make_unique<PlainView>(printers);
 }
+
+} // namespace zyslicer

@@ -1,24 +1,24 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// How the program shows what its jobs tell: one interface, and the choice of the form.
+// How the program shows what its jobs report: one interface, and the choice of the form.
 
 #ifndef VIEW_H
 #define VIEW_H
 
 #include "event.h"
 #include "outcome.h"
-#include "printerlink.h"
-
-#include <QVector>
+#include "request.h"
+#include "savedprinters.h"
 
 #include <memory>
 
-struct Request;
+namespace zyslicer
+{
 
 class View
 {
 public:
-    explicit View(const QVector<Printer> &printers) : m_printers(printers) { }
+    explicit View(const QVector<zysession::Printer> &printers) : m_printers(printers) { }
     virtual ~View() = default;
 
     virtual void report(int printer, const Event &event) = 0;
@@ -27,16 +27,18 @@ public:
     virtual void finish() { }
 
 protected:
-    const QVector<Printer> &printers() const { return m_printers; }
+    const QVector<zysession::Printer> &printers() const { return m_printers; }
     bool isSeveral() const { return m_printers.size() > 1; }
 
 private:
     Q_DISABLE_COPY(View)
 
-    QVector<Printer> m_printers;
+    QVector<zysession::Printer> m_printers;
 };
 
 /// The form that the request and the standard output call for.
-std::unique_ptr<View> makeView(const Request &request, const QVector<Printer> &printers);
+std::unique_ptr<View> makeView(const Request &request, const QVector<zysession::Printer> &printers);
+
+} // namespace zyslicer
 
 #endif // VIEW_H

@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Printers by their address, and those that the user has given a name.
+
+#include "savedprinters.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+
+#include <algorithm>
+
+namespace zysession
+{
+
+namespace
+{
+
+constexpr int longestName = 64;
+const QLatin1String printersGroup("printers");
+const QLatin1String tokensGroup("tokens");
+
+QString keyIn(QLatin1String group, const QString &name)
+{
+    return group + QLatin1Char('/') + name;
+}
+
+QString settingsPath(const QString &file)
+{
+    if (!file.isEmpty())
+        return file;
+    QString named = qEnvironmentVariable("ZYSLICER_SETTINGS");
+    if (!named.isEmpty())
+        return named;
+    return QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("zyWebsocket"),
+                     QStringLiteral("zyslicer"))
+        .fileName();
+}
+
+QStringList keysOf(QSettings &settings, QLatin1String group)
+{
+    settings.beginGroup(group);
+    QStringList keys = settings.allKeys();
+    settings.endGroup();
+    return keys;
+}
+
+void keepToOwner(const QString &path)
+{
+    constexpr QFile::Permissions owners = QFile::ReadOwner | QFile::WriteOwner;
+    constexpr QFile::Permissions others
+        = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+    if (QFile::permissions(path) & others)
+        QFile::setPermissions(path, owners);
+}
+
+/// So that a secret is never in a file that others may read, not even for a moment.
+void prepareForSecrets(const QString &path)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile(path).open(QIODevice::Append); // made if it is not there
+    keepToOwner(path);
+}
+
+} // namespace
+
+QString Printer::label() const
+{
+    return name.isEmpty() ? url.toString() : name;
+}
+
+QString Printer::description() const
+{
+    return name.isEmpty() ? url.toString() : QStringLiteral("%1 (%2)").arg(name, url.toString());
+}
+
+QUrl printerUrl(const QString &text)
+{
+    QString address = text.trimmed();
+    if (!address.contains(QLatin1String("://")))
+        address.prepend(QLatin1String("ws://"));
+    const QUrl url(address, QUrl::StrictMode);
+    const bool isWebSocket
+        = url.scheme() == QLatin1String("ws") || url.scheme() == QLatin1String("wss");
+    const bool isPrinter = url.isValid() && isWebSocket && !url.host().isEmpty() && url.port(1) > 0;
+    return isPrinter ? url : QUrl();
+}
+
+bool isPrinterName(const QString &text)
+{
+    // Neither '.' nor ':', so that no address is mistaken for a name.
+    const auto isAllowed = [](QChar c) {
+        return c.isLetterOrNumber() || c == QLatin1Char('-') || c == QLatin1Char('_');
+    };
+    return !text.isEmpty() && text.size() <= longestName
+        && std::all_of(text.begin(), text.end(), isAllowed);
+}
+
+SavedPrinters::SavedPrinters(const QString &file) : m_file(settingsPath(file)) { }
+
+SettingsFault SavedPrinters::read()
+{
+    m_printers.clear();
+    const SettingsFault fault = checkSettingsFile(m_file);
+    if (fault != SettingsFault::None)
+        return fault;
+    QSettings settings(m_file, QSettings::IniFormat);
+    const QStringList names = keysOf(settings, printersGroup);
+    for (const QString &name : names) {
+        // A QUrl, as early versions saved it, converts to its text.
+        const QString address = settings.value(keyIn(printersGroup, name)).toString();
+        m_printers.append(
+            {name, printerUrl(address), settings.value(keyIn(tokensGroup, name)).toString()});
+    }
+    std::stable_sort(m_printers.begin(), m_printers.end(),
+                     [](const Printer &left, const Printer &right) {
+                         return left.name.compare(right.name, Qt::CaseInsensitive) < 0;
+                     });
+    if (!keysOf(settings, tokensGroup).isEmpty())
+        keepToOwner(m_file);
+    return SettingsFault::None;
+}
+
+Printer SavedPrinters::find(const QString &name) const
+{
+    const auto found = std::find_if(m_printers.begin(), m_printers.end(),
+                                    [&](const Printer &each) { return each.name == name; });
+    return found == m_printers.end() ? Printer() : *found;
+}
+
+Printer SavedPrinters::resolve(const QString &nameOrAddress) const
+{
+    const QString text = nameOrAddress.trimmed();
+    return isPrinterName(text) ? find(text) : Printer{{}, printerUrl(text), {}};
+}
+
+SettingsFault SavedPrinters::save(const Printer &printer)
+{
+    return change([&](QSettings &settings) {
+        settings.setValue(keyIn(printersGroup, printer.name), printer.url.toString());
+        if (printer.token.isEmpty())
+            settings.remove(keyIn(tokensGroup, printer.name));
+        else
+            settings.setValue(keyIn(tokensGroup, printer.name), printer.token);
+    });
+}
+
+SettingsFault SavedPrinters::remove(const QString &name)
+{
+    return change([&](QSettings &settings) {
+        settings.remove(keyIn(printersGroup, name));
+        settings.remove(keyIn(tokensGroup, name));
+    });
+}
+
+SettingsFault SavedPrinters::change(const std::function<void(QSettings &)> &edit)
+{
+    const SettingsFault fault = checkSettingsFile(m_file);
+    if (fault != SettingsFault::None)
+        return fault;
+    QSettings settings(m_file, QSettings::IniFormat);
+    edit(settings);
+    if (!keysOf(settings, tokensGroup).isEmpty())
+        prepareForSecrets(m_file);
+    settings.sync();
+    if (settings.status() != QSettings::NoError)
+        return SettingsFault::NotWritable;
+    return read();
+}
+
+} // namespace zysession

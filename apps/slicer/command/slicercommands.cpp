@@ -1,0 +1,360 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Every subcommand and option, the values they are read into, and the help.
+
+#include "slicercommands.h"
+
+#include "commandline.h"
+#include "outcome.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <iomanip>
+#include <map>
+#include <sstream>
+
+namespace zyslicer
+{
+
+namespace
+{
+
+/// What CLI11 reads into; times in seconds.
+struct OptionValues {
+    std::map<const CLI::App *, Request::Command> commands;
+    const CLI::App *app = nullptr;
+
+    std::vector<std::string> printers;
+    std::string token;
+    std::vector<std::string> files;
+    std::string asName;
+    std::string printName;
+    std::vector<std::string> parameters;
+    std::string savedName;
+    std::string savedUrl;
+    std::string settingsFile;
+    double connecting = 10;
+    double reply = 30;
+    double check = 120;
+    double stall = 15;
+    double backOff = 1;
+    double interval = 1;
+    int retries = 5;
+    int compressionLevel = 1;
+    bool isPrinting = false;
+    bool isWatching = false;
+    bool isJson = false;
+    bool isQuiet = false;
+    bool isVerbose = false;
+
+    /// Throws a CLI::ValidationError for what no single option can check.
+    void fill(Request &request) const;
+
+private:
+    void fillLimits(Request &request) const;
+    void fillFiles(const CLI::App &command, Request &request) const;
+};
+
+QStringList toTexts(const std::vector<std::string> &values)
+{
+    QStringList texts;
+    for (const std::string &value : values)
+        texts.append(zyapp::fromArgument(value));
+    return texts;
+}
+
+int milliseconds(double seconds)
+{
+    return static_cast<int>(seconds * 1000);
+}
+
+/// Text that cannot be turned back would name another file, or none.
+void requireText(const std::string &argument)
+{
+    if (QFile::encodeName(zyapp::fromArgument(argument)).toStdString() != argument)
+        throw CLI::ValidationError("file name '" + argument
+                                   + "' is not valid in this locale's encoding, such as UTF-8");
+}
+
+std::string parameterNames()
+{
+    return zysession::parameterKeys().join(QLatin1String(", ")).toStdString();
+}
+
+zysession::Parameters toParameters(const std::vector<std::string> &assignments)
+{
+    zysession::Parameters parameters;
+    const QStringList texts = toTexts(assignments);
+    for (const QString &assignment : texts) {
+        const QString key = assignment.section(QLatin1Char('='), 0, 0);
+        if (!assignment.contains(QLatin1Char('=')))
+            throw CLI::ValidationError("'" + assignment.toStdString()
+                                       + "' is no assignment of the form key=value");
+        if (!zysession::parameterKeys().contains(key))
+            throw CLI::ValidationError("unknown parameter '" + key.toStdString() + "', known are "
+                                       + parameterNames());
+        if (parameters.contains(key))
+            throw CLI::ValidationError("parameter '" + key.toStdString() + "' is given twice");
+        parameters.insert(key, assignment.section(QLatin1Char('='), 1));
+    }
+    return parameters;
+}
+
+/// Seconds that fit an int of milliseconds.
+CLI::Validator seconds(double least)
+{
+    const auto check = [least](const std::string &text) {
+        constexpr double most = 86400;
+        double value = 0;
+        // Not CLI::Range, which takes "nan": that is neither below nor above anything.
+        if (CLI::detail::lexical_cast(text, value) && value >= least && value <= most)
+            return std::string();
+        std::ostringstream error;
+        error << "Value " << text << " not in range " << least << " to " << most;
+        return error.str();
+    };
+    return CLI::Validator(check, "SECONDS");
+}
+
+void addPrinterOptions(CLI::App *command, OptionValues &values)
+{
+    command->add_option("--to", values.printers, "Printer: URL or saved name; repeat for several")
+        ->type_name("PRINTER")
+        ->allow_extra_args(false);
+    command->add_option("--token", values.token, "Token for print and status commands")
+        ->envname("ZYSLICER_TOKEN")
+        ->type_name("TOKEN");
+    command->add_option("--connect-timeout", values.connecting, "Until the connection is open")
+        ->check(seconds(0.1))
+        ->capture_default_str();
+    command->add_option("--timeout", values.reply, "Until a command is answered")
+        ->check(seconds(0.1))
+        ->capture_default_str();
+    command->add_option("--check-timeout", values.check, "Until the printer has checked a model")
+        ->check(seconds(0.1))
+        ->capture_default_str();
+}
+
+void addRetryOptions(CLI::App *command, OptionValues &values)
+{
+    command->add_option("--retries", values.retries, "Failures in a row to get over")
+        ->check(CLI::Range(0, 1000000))
+        ->type_name("N")
+        ->capture_default_str();
+    command
+        ->add_option("--back-off", values.backOff,
+                     "Pause before the first retry; doubles up to 30 s")
+        ->check(seconds(0.01))
+        ->capture_default_str();
+}
+
+CLI::Option *addWatchOptions(CLI::App *command, OptionValues &values, const std::string &help)
+{
+    command->add_option("--interval", values.interval, "Between two questions for the status")
+        ->check(seconds(0.01))
+        ->capture_default_str();
+    return command->add_flag("--watch", values.isWatching, help);
+}
+
+void addOutputOptions(CLI::App *command, OptionValues &values)
+{
+    auto *json = command->add_flag("--json", values.isJson, "One JSON object a line");
+    command->add_flag("--quiet", values.isQuiet, "Nothing but errors")->excludes(json);
+}
+
+CLI::App *addCommand(CLI::App &parent, OptionValues &values, Request::Command command,
+                     const std::string &name, const std::string &help)
+{
+    CLI::App *added = parent.add_subcommand(name, help);
+    added->fallthrough(); // --verbose and --settings may stand after the command
+    values.commands[added] = command;
+    addOutputOptions(added, values);
+    return added;
+}
+
+void addSend(CLI::App &app, OptionValues &values)
+{
+    CLI::App *send = addCommand(app, values, Request::Command::Send, "send",
+                                "Send model files; interrupted transfers are resumed");
+    send->add_option("FILE", values.files, "Sliced model files")->required()->type_name("");
+    addPrinterOptions(send, values);
+    send->add_option("--as", values.asName, "Name on the printer, for a single file")
+        ->type_name("NAME");
+    send->add_option("--stall", values.stall, "Without acknowledgement the transfer is renewed")
+        ->check(seconds(0.1))
+        ->capture_default_str();
+    send->add_option("--compression", values.compressionLevel,
+                     "From 0 (none) to 9 (smallest); 6 and more pay on slow links only")
+        ->check(CLI::Range(0, 9))
+        ->type_name("LEVEL")
+        ->capture_default_str();
+    addRetryOptions(send, values);
+    auto *print = send->add_flag("--print", values.isPrinting, "Print it when the check is good");
+    addWatchOptions(send, values, "Follow the print until it has ended")->needs(print);
+}
+
+void addPrintCommands(CLI::App &app, OptionValues &values)
+{
+    CLI::App *print = addCommand(app, values, Request::Command::Print, "print",
+                                 "Print a file that is on the printer");
+    print->add_option("NAME", values.printName, "The file's name on the printer")
+        ->required()
+        ->type_name("");
+    addPrinterOptions(print, values);
+    addRetryOptions(print, values);
+    addWatchOptions(print, values, "Follow the print until it has ended");
+
+    addPrinterOptions(addCommand(app, values, Request::Command::Pause, "pause", "Pause the print"),
+                      values);
+    addPrinterOptions(addCommand(app, values, Request::Command::Stop, "stop", "Stop the print"),
+                      values);
+    CLI::App *status = addCommand(app, values, Request::Command::Status, "status",
+                                  "Show what the printer is doing");
+    addPrinterOptions(status, values);
+    addRetryOptions(status, values);
+    addWatchOptions(status, values, "Follow until nothing prints any more");
+}
+
+void addOtherCommands(CLI::App &app, OptionValues &values)
+{
+    CLI::App *set = addCommand(app, values, Request::Command::Set, "set", "Set print parameters");
+    set->add_option("KEY=VALUE", values.parameters, "Parameters: " + parameterNames())
+        ->required()
+        ->type_name("");
+    addPrinterOptions(set, values);
+    addPrinterOptions(
+        addCommand(app, values, Request::Command::Version, "version", "Ask the printer's version"),
+        values);
+    addPrinterOptions(addCommand(app, values, Request::Command::Cancel, "cancel",
+                                 "Send a cancel; a transfer under way is cancelled by Ctrl-C in "
+                                 "the program that sends it"),
+                      values);
+}
+
+void addPrinters(CLI::App &app, OptionValues &values)
+{
+    CLI::App *printers = addCommand(app, values, Request::Command::PrintersList, "printers",
+                                    "List, add and remove saved printers");
+    printers->require_subcommand(0, 1);
+    CLI::App *add = addCommand(*printers, values, Request::Command::PrintersAdd, "add",
+                               "Save a name for a URL, or change its URL or token");
+    add->add_option("NAME", values.savedName, "Letters, digits, '-' and '_'")
+        ->required()
+        ->type_name("");
+    add->add_option("URL", values.savedUrl, "ws://host:port")->required()->type_name("");
+    add->add_option("--token", values.token, "Token to save with it; empty to forget one")
+        ->type_name("TOKEN");
+    CLI::App *remove = addCommand(*printers, values, Request::Command::PrintersRemove, "remove",
+                                  "Forget a saved name");
+    remove->add_option("NAME", values.savedName, "The saved name")->required()->type_name("");
+}
+
+std::string footer()
+{
+    std::ostringstream text;
+    text << "A printer is named by --to with a URL (ws://host:port), with host:port, or with a "
+            "name\nsaved by 'zyslicer printers add'. Without --to, the only saved printer is "
+            "meant.\n'zyslicer COMMAND --help' explains a command.\n\n"
+            "Examples:\n"
+            "  zyslicer printers add bench1 ws://192.168.1.20:8080\n"
+            "  zyslicer send part.zydlp --to bench1 --print --watch\n"
+            "  zyslicer send part.zydlp --to bench1 --to bench2 --to 192.168.1.22:8080\n"
+            "  zyslicer status --to bench1 --watch --json\n\n"
+            "Exit codes:\n";
+    for (const ExitCodeMeaning &entry : exitCodeMeanings())
+        text << std::setw(5) << static_cast<int>(entry.code) << "  " << entry.meaning << '\n';
+    return text.str();
+}
+
+void addCommands(CLI::App &app, OptionValues &values)
+{
+    values.app = &app;
+    // Not required here, so that a misspelt one is named in the error.
+    app.require_subcommand(0, 1);
+    zyapp::addVersionFlag(app, "zyslicer");
+    app.add_flag("-v,--verbose", values.isVerbose, "Show the log on standard error");
+    app.add_option("--settings", values.settingsFile, "File of the saved printers")
+        ->envname("ZYSLICER_SETTINGS")
+        ->type_name("FILE");
+    addSend(app, values);
+    addPrintCommands(app, values);
+    addOtherCommands(app, values);
+    addPrinters(app, values);
+}
+
+void OptionValues::fill(Request &request) const
+{
+    const CLI::App *command = app;
+    if (app->get_subcommands().empty())
+        throw CLI::RequiredError("A command");
+    while (!command->get_subcommands().empty())
+        command = command->get_subcommands().front();
+    request.command = commands.at(command);
+    request.printers = toTexts(printers);
+    const CLI::Option *tokenOption = command->get_option_no_throw("--token");
+    if (tokenOption != nullptr && tokenOption->count() > 0)
+        request.token = QLatin1String("") + zyapp::fromArgument(token);
+    request.isPrinting = isPrinting;
+    request.isWatching = isWatching;
+    request.parameters = toParameters(parameters);
+    request.savedName = zyapp::fromArgument(savedName);
+    request.savedUrl = zyapp::fromArgument(savedUrl);
+    request.settingsFile = zyapp::fromArgument(settingsFile);
+    request.isJson = isJson;
+    request.isQuiet = isQuiet;
+    request.isVerbose = isVerbose;
+    fillLimits(request);
+    fillFiles(*command, request);
+}
+
+void OptionValues::fillLimits(Request &request) const
+{
+    request.limits = {milliseconds(connecting), milliseconds(reply), milliseconds(check)};
+    request.sending.setConnectTimeout(milliseconds(connecting));
+    request.sending.setStallTimeout(milliseconds(stall));
+    request.sending.setVerdictTimeout(milliseconds(check));
+    request.sending.setCancelTimeout(milliseconds(std::min(stall, reply)));
+    request.sending.setRetries(retries);
+    request.sending.setFirstPause(milliseconds(backOff));
+    request.sending.setCompressionLevel(compressionLevel);
+    request.pollInterval = milliseconds(interval);
+}
+
+void OptionValues::fillFiles(const CLI::App &command, Request &request) const
+{
+    requireText(asName);
+    requireText(printName);
+    request.printName = zyapp::fromArgument(printName);
+    if (request.command == Request::Command::Print && request.printName.isEmpty())
+        throw CLI::ValidationError("NAME is empty");
+    if (request.command != Request::Command::Send)
+        return;
+    const bool isNamed = command.count("--as") > 0;
+    if (files.size() > 1 && (isNamed || isPrinting))
+        throw CLI::ValidationError(std::string(isNamed ? "--as" : "--print")
+                                   + " takes a single file");
+    for (const std::string &file : files) {
+        requireText(file);
+        const QString path = zyapp::fromArgument(file);
+        request.files.append(
+            {path, isNamed ? zyapp::fromArgument(asName) : QFileInfo(path).fileName()});
+    }
+}
+
+} // namespace
+
+std::optional<int> parseRequest(int argc, char **argv, Request &request)
+{
+    CLI::App app("Sends sliced models to resin printers on the network and runs their prints.",
+                 "zyslicer");
+    OptionValues values;
+    addCommands(app, values);
+    app.footer(footer);
+    // Inside the parsing, so that what it throws becomes a usage error like any other.
+    app.callback([&] { values.fill(request); });
+    return zyapp::parse(app, argc, argv);
+}
+
+} // namespace zyslicer

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Sends one file; and what can be wrong with files before any printer is asked.
+
+#ifndef SENDSTEP_H
+#define SENDSTEP_H
+
+#include "step.h"
+
+#include <zyfilesender.h>
+
+namespace zyslicer
+{
+
+/// Ok, or why one of the files cannot be sent. Two must not have one name: the second would replace
+/// the first.
+Outcome checkModelFiles(const QVector<ModelFile> &files);
+
+class SendStep : public Step
+{
+    Q_OBJECT
+
+public:
+    SendStep(JobContext &context, const ModelFile &file);
+
+    void start() override;
+    /// Cancels the transfer, or leaves where that would delete the complete file.
+    void interrupt() override;
+
+private:
+    void onOffered();
+    void onRetrying(ZySendResult::Interruption reason, int attempt, int pause);
+    void onFinished(const ZySendResult &result);
+    void endNotSent(const ZySendResult &result);
+    void reportStored(const ZySendResult &result);
+    void report(Event::Kind kind, qint64 received = 0);
+
+    QString reasonText(ZySendResult::Interruption reason) const;
+    QString cancelText(const ZySendResult &result) const;
+    void endWith(ExitCode code, const QString &what, const QString &advice);
+
+    ModelFile m_file;
+    ZyFileSender m_sender;
+    qint64 m_size;
+    int m_attempts = 1;
+    bool m_isOffered = false; ///< in this attempt
+};
+
+} // namespace zyslicer
+
+#endif // SENDSTEP_H

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// What the command line asks for, as plain values.
+
+#ifndef REQUEST_H
+#define REQUEST_H
+
+#include "printerlink.h"
+#include "printerstatus.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <zysendoptions.h>
+
+namespace zyslicer
+{
+
+/// One file to send.
+struct ModelFile {
+    QString path; ///< local
+    QString name; ///< on the printer
+};
+
+struct Request {
+    enum class Command {
+        Send,
+        Print,
+        Pause,
+        Stop,
+        Status,
+        Set,
+        Version,
+        Cancel,
+        PrintersList,
+        PrintersAdd,
+        PrintersRemove,
+    };
+
+    Command command = Command::Status;
+    QStringList printers; ///< URLs or saved names, as given with --to
+    QString token; ///< null when none is given: each printer's saved one counts
+    QVector<ModelFile> files; ///< send
+    bool isPrinting = false; ///< send: --print
+    bool isWatching = false;
+    QString printName; ///< print: the file on the printer
+    zysession::Parameters parameters; ///< set
+    QString savedName; ///< printers add, remove
+    QString savedUrl; ///< printers add
+    zysession::TimeLimits limits; ///< of commands
+    ZySendOptions sending; ///< its retries and pauses count for following a print, too
+    int pollInterval = 1000; ///< ms between two questions for the printer's status
+
+    QString settingsFile;
+    bool isJson = false;
+    bool isQuiet = false;
+    bool isVerbose = false;
+};
+
+} // namespace zyslicer
+
+#endif // REQUEST_H
