@@ -16,6 +16,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <functional>
 #include <memory>
 
 #include "zywebsocket_export.h"
@@ -118,15 +119,32 @@ public:
      * and sendFile() again to resume.
      */
     void sendFile(QString filePath, QString fileName);
+    /// A compression level that is chosen for each chunk, so that neither the network nor the
+    /// processor waits for the other: hard for a slow network, little for a fast one, not at all
+    /// for what does not shrink.
+    static constexpr int Adaptive = -2;
     /**
-     * How hard the chunks are compressed from the next one on: 0 (not at all) to 9 (smallest); any
-     * other number, the initial -1 included, leaves it to zlib. Every printer reads every level.
+     * How hard the chunks are compressed: Adaptive, 0 (not at all) to 9 (smallest); any other
+     * number, the initial -1 included, leaves it to zlib. Every printer reads every level.
      *
-     * On a fast network 1 is the better choice: nothing is sent while a chunk is compressed,
-     * which for a sliced model takes five times as long at zlib's own level for a few per cent.
+     * Holds from the next chunk on that is not compressed yet. One chunk is compressed while the
+     * one before it is under way; more with setCompressionThreads().
      */
     void setCompressionLevel(int level);
     int compressionLevel() const;
+    /**
+     * In how many threads of the library's own chunks are compressed: 0, the default, starts none
+     * and compresses in the client's own thread, which meanwhile handles no events; up to 16; -1 is
+     * one for each processor core, but at most four.
+     *
+     * The threads are shared by all clients of the process, start with the first chunk, and end in
+     * the destructor of the application object. One chunk more than there are threads is read and
+     * compressed ahead, so that a transfer needs up to 2 MiB of memory for each of them. What is
+     * still being compressed when a transfer ends, or the client is deleted, is left to its thread.
+     * Takes effect with the next chunk.
+     */
+    void setCompressionThreads(int count);
+    int compressionThreads() const;
     /// Computes the key of @p file and sends START_FILE; false when there is no key.
     bool sendFileStart(QFile &file, QString fileName);
     /// The file key from the last four bytes of @p file; empty when it cannot be read.
@@ -200,7 +218,8 @@ private:
     void onWorkingLifeReply(const QJsonObject &reply);
 
     void sendFrom(QFile &file, qint64 offset, bool compress);
-    bool awaitDataReply();
+    void sendChunks(QFile &file, bool compress);
+    bool pumpUntil(const std::function<bool()> &hasCome);
 
     std::unique_ptr<zyws::HeldSocket> m_heldSocket;
     QWebSocket &m_webSocket;
@@ -215,6 +234,7 @@ private:
     bool m_isPingPending = false;
     int m_pingCount = 0;
     int m_compressionLevel = -1;
+    int m_compressionThreads = 0;
     qint64 m_transferOffset = -1;
 
     std::unique_ptr<zyws::DeliveryQueue> m_deliveries;

@@ -6,13 +6,13 @@
 #include "envelope.h"
 #include "filetransfer.h"
 #include "heldsocket.h"
+#include "lookahead.h"
 #include "vocabulary.h"
 #include "wakeafterwards.h"
 #include "zysslechoclient.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
-#include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
@@ -20,6 +20,8 @@
 #include <QThread>
 
 #include <exception>
+
+static_assert(ZySslEchoClient::Adaptive == zyws::adaptiveLevel);
 
 namespace commands = zyws::commands;
 namespace keys = zyws::keys;
@@ -84,43 +86,17 @@ void ZySslEchoClient::beginTransFile(QJsonObject reply)
     }
 }
 
-/// The send loop: one chunk, then its acknowledgement. The client may be deleted in any event pump.
+/// The client may be deleted in any event pump.
 void ZySslEchoClient::sendFrom(QFile &file, qint64 offset, bool compress)
 {
     const zyws::WakeAfterwards wakeAfterwards;
     const QPointer<ZySslEchoClient> self(this);
-    const qint64 totalBytes = file.size();
-    QByteArray buffer(zyws::chunkSize, Qt::Uninitialized);
     qCDebug(lcZyClient) << "start send";
-    qCDebug(lcZyClient) << "_totalBytes = " << totalBytes;
+    qCDebug(lcZyClient) << "_totalBytes = " << file.size();
     file.seek(offset);
-    QDataStream stream(&file);
-    stream.setVersion(zyws::fileStreamVersion);
     m_isSending = true;
     m_transferOffset = offset;
-    qint64 sentBytes = offset;
-    for (;;) {
-        if (!awaitDataReply())
-            break;
-        if (m_isCanceling) {
-            sendJsonMessage({{keys::cmd, commands::cancelFile}});
-            if (self)
-                m_isSending = false;
-            break;
-        }
-        m_hasDataReply = false;
-        const int count = stream.readRawData(buffer.data(), zyws::chunkSize);
-        if (count > 0) {
-            sentBytes = zyws::advanced(sentBytes, count);
-            qCDebug(lcZyClient) << "sendBytes=" << sentBytes << " _totalBytes=" << totalBytes;
-            m_webSocket.sendBinaryMessage(
-                zyws::packChunk(buffer.constData(), count, compress, m_compressionLevel));
-        }
-        if (self)
-            QCoreApplication::processEvents();
-        if (!self || count < 1 || !m_isSending)
-            break;
-    }
+    sendChunks(file, compress);
     if (!self)
         return;
     qCDebug(lcZyClient) << "send end";
@@ -129,8 +105,44 @@ void ZySslEchoClient::sendFrom(QFile &file, qint64 offset, bool compress)
     m_isTransferring = false;
 }
 
-/// Waits for the acknowledgement of the last chunk; false when the transfer is to end instead.
-bool ZySslEchoClient::awaitDataReply()
+/// The send loop: one chunk, then its acknowledgement. While a chunk is under way, the next one is
+/// read and compressed.
+void ZySslEchoClient::sendChunks(QFile &file, bool compress)
+{
+    const QPointer<ZySslEchoClient> self(this);
+    const qint64 totalBytes = file.size();
+    qint64 sentBytes = m_transferOffset;
+    auto *dispatcher = QAbstractEventDispatcher::instance();
+    zyws::LookAhead ahead(file, compress, [dispatcher] { dispatcher->wakeUp(); });
+    for (;;) {
+        if (!pumpUntil([this] { return m_hasDataReply; }))
+            return;
+        ahead.acknowledged();
+        if (m_isCanceling) {
+            sendJsonMessage({{keys::cmd, commands::cancelFile}});
+            return;
+        }
+        m_hasDataReply = false;
+        ahead.prepare({m_compressionLevel, m_compressionThreads});
+        if (!pumpUntil([&ahead] { return ahead.isReady(); }))
+            return;
+        const zyws::LookAhead::Chunk chunk = ahead.take();
+        if (chunk.size > 0) {
+            sentBytes = zyws::advanced(sentBytes, chunk.size);
+            qCDebug(lcZyClient) << "sendBytes=" << sentBytes << " _totalBytes=" << totalBytes;
+            m_webSocket.sendBinaryMessage(chunk.payload());
+        }
+        if (self)
+            QCoreApplication::processEvents();
+        if (!self || chunk.size < 1 || !m_isSending)
+            return;
+        ahead.prepare({m_compressionLevel, m_compressionThreads});
+    }
+}
+
+/// Processes events until what the send loop waits for @p hasCome; false when the transfer is to
+/// end instead.
+bool ZySslEchoClient::pumpUntil(const std::function<bool()> &hasCome)
 {
     static thread_local int waits = 0;
     const QScopedValueRollback<int> wait(waits, waits + 1);
@@ -142,12 +154,12 @@ bool ZySslEchoClient::awaitDataReply()
     auto *dispatcher = QAbstractEventDispatcher::instance();
     const auto wakeInTime = [&, depth = waits, level = QThread::currentThread()->loopLevel()] {
         const bool isInnermost = depth == waits && level == QThread::currentThread()->loopLevel();
-        if (isInnermost && (isOver() || m_hasDataReply))
+        if (isInnermost && (isOver() || hasCome()))
             dispatcher->wakeUp();
     };
     const QObject scope;
     connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &scope, wakeInTime);
-    while (!m_hasDataReply) {
+    while (!hasCome()) {
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
         if (isOver())
             return false;
@@ -163,6 +175,16 @@ void ZySslEchoClient::setCompressionLevel(int level)
 int ZySslEchoClient::compressionLevel() const
 {
     return m_compressionLevel;
+}
+
+void ZySslEchoClient::setCompressionThreads(int count)
+{
+    m_compressionThreads = count;
+}
+
+int ZySslEchoClient::compressionThreads() const
+{
+    return m_compressionThreads;
 }
 
 qint64 ZySslEchoClient::transferOffset() const

@@ -18,12 +18,21 @@
 namespace zytest
 {
 
+/// Has @p client compress in as many threads as this run of the tests wants: ZYTEST_THREADS, or
+/// none.
+inline void useThreads(ZySslEchoClient &client)
+{
+    client.setCompressionThreads(qEnvironmentVariableIntValue("ZYTEST_THREADS"));
+}
+
 /// @p Printer is ScriptedPrinter or RawPrinter.
 template <typename Printer> struct Session {
     Printer printer;
     LogCapture log;
     ZySslEchoClient client{printer.url()};
     SignalTrace trace{client};
+
+    Session() { useThreads(client); }
 
     /// What the client alone has logged.
     QStringList logLines() const { return log.texts(QStringLiteral("zywebsocket.client")); }

@@ -27,6 +27,7 @@ struct Bench {
     QPointer<Client> client = new Client(printer.url());
     int deletions = 0;
 
+    Bench() { zytest::useThreads(*client); }
     ~Bench() { delete client; }
 
     QString file() const

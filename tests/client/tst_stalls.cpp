@@ -200,6 +200,7 @@ void StallsTest::aForeignSlotMayDeleteTheClientAndSpin()
     silent.acknowledges = false;
     printer.answerTransfers(silent);
     QPointer<ZySslEchoClient> client = new ZySslEchoClient(printer.url());
+    zytest::useThreads(*client);
     WAIT_COMPARE(client->socketConnectStatus(), QAbstractSocket::ConnectedState);
     QTemporaryDir dir;
     connect(&printer.printer(), &ScriptedPrinter::chunkReceived, this, [&] {
