@@ -4,6 +4,7 @@
 
 #include "admission.h"
 
+#include "lingeringclose.h"
 #include "linkoptions.h"
 #include "report.h"
 
@@ -125,6 +126,8 @@ QTcpSocket *Admission::admit(QWebSocket *socket, int standing)
 {
     QTcpSocket *tcp = tcpSocketOf(socket);
     endHandshake(tcp);
+    if (tcp)
+        lingerOnClose(socket, tcp);
     if (!tcp || (m_options.maxConnections() > 0 && standing >= m_options.maxConnections())) {
         report(m_options, ZyServerOptions::Failure::Refused,
                QStringLiteral("a connection: there are %1").arg(standing));

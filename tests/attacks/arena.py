@@ -174,10 +174,14 @@ def run(scope, *options, **more):
     """Runs each attack_… of `scope` against one printer, the program's first argument."""
     async def attack_all():
         arena = Arena(sys.argv[1], *options)
-        for name, attack in list(scope.items()):
-            if name.startswith("attack_") and inspect.iscoroutinefunction(attack):
-                print(name, flush=True)
-                await attack(arena)
-                await arena.survives(**more)
+        try:
+            for name, attack in list(scope.items()):
+                if name.startswith("attack_") and inspect.iscoroutinefunction(attack):
+                    print(name, flush=True)
+                    await asyncio.wait_for(attack(arena), 2 * PATIENCE)
+                    await arena.survives(**more)
+        except BaseException:
+            arena.kill()
+            raise
         arena.close()
     asyncio.run(attack_all())
