@@ -143,7 +143,7 @@ private:
     QString commandWord(int command) const;
     QJsonObject printStartReply(int result, const QString &fileName) const;
     QJsonObject commandReply(int command, const QString &status) const;
-    bool resumeReception(const QString &key, QJsonObject &reply);
+    bool resumeReception(const QString &key, const QString &name, QJsonObject &reply);
     bool createTemporaryFile(const QString &size);
     bool writeChunk(const QByteArray &message);
     bool openForData();
@@ -163,6 +163,7 @@ private:
     void keepRecord();
     void writeRecord();
     bool hasWholeRecord(const QString &key) const;
+    bool restoreRecord(const QString &key, const QString &name) const;
     void onReceptionInterrupted();
     void reportUselessFile() const;
     bool isUndamaged();

@@ -88,6 +88,22 @@ bool ZyFileTransHandle::hasWholeRecord(const QString &key) const
                                 m_fileDir);
 }
 
+/// Writes the record again that a process killed while it stored the finished file had cut off; the
+/// last bytes come once more. False when the temporary file is not of that kind.
+bool ZyFileTransHandle::restoreRecord(const QString &key, const QString &name) const
+{
+    QFile file(m_tmpFileName);
+    // Until then the file is longer, and before its last chunk it ends in zeros.
+    if (m_server->options().recordInterval() == 0 || key == zyws::fileKey({})
+        || file.size() != m_transFileSize || !file.open(QIODevice::ReadWrite)
+        || !file.seek(qMax(qint64(0), m_transFileSize - zyws::fileKeyTail))
+        || zyws::fileKey(file.read(zyws::fileKeyTail)) != key)
+        return false;
+    const qint64 received = qMax(qint64(0), m_transFileSize - zyws::chunkSize);
+    file.write(zyws::packResumeRecord({m_transFileSize, received, name, key}));
+    return true;
+}
+
 /// Ends a reception whose connection has ended: what the record will vouch for reaches the disk.
 void ZyFileTransHandle::onReceptionInterrupted()
 {

@@ -53,7 +53,8 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     m_tmpFileName = zyws::temporaryFileName;
     m_file.setFileName(m_tmpFileName);
     m_isCompleted = false;
-    if (m_file.exists() && resumeReception(key, reply))
+    const QString name = request.value(keys::filename).toString();
+    if (m_file.exists() && resumeReception(key, name, reply))
         return;
     if (!createTemporaryFile(size)) {
         reply.insert(keys::errorcode, FILE_BUSY);
@@ -64,7 +65,7 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     m_transOffset = 0;
     m_lostFrom.reset();
     m_key = key;
-    m_fileName = request.value(keys::filename).toString();
+    m_fileName = name;
     if (!secureStorage()) {
         sendMessage(transferRefusal(zyws::Refused));
         return;
@@ -82,9 +83,10 @@ void ZyFileTransHandle::startFile(QJsonObject request)
 
 /// Answers with the resume record when its key is @p key. Replaces @p reply by the record even when
 /// it does not match.
-bool ZyFileTransHandle::resumeReception(const QString &key, QJsonObject &reply)
+bool ZyFileTransHandle::resumeReception(const QString &key, const QString &name, QJsonObject &reply)
 {
-    if (m_server->options().keepsTransfersApart() && !hasWholeRecord(key))
+    if (m_server->options().keepsTransfersApart() && !hasWholeRecord(key)
+        && !restoreRecord(key, name))
         return false;
     reply = getKeyInfo();
     reply.insert(keys::compress, m_isCompress);
