@@ -13,6 +13,7 @@
 #include "modelstore.h"
 #include "printerlog.h"
 #include "printeroptions.h"
+#include "protection.h"
 #include "unixsignals.h"
 
 #include <zyfiletranshandle.h>
@@ -31,7 +32,7 @@ namespace zyprinter
 namespace
 {
 
-enum ExitCode { Ok = 0, BadDirectory = 3, PortInUse = 4 };
+enum ExitCode { Ok = 0, BadDirectory = 3, PortInUse = 4, BadCertificate = 5 };
 
 int giveUp(ExitCode code, const QString &what, const QString &value, const QString &remedy)
 {
@@ -73,7 +74,10 @@ void showLayers(const Machine &machine, LayerPreview &preview, PrinterLog &log)
 int serve(const PrinterOptions &options, const ZySslEchoServer &server, const Machine &machine,
           const ModelStore &store, PrinterLog &log)
 {
-    const QString url = QStringLiteral("ws://127.0.0.1:%1").arg(server.serverPort());
+    const QString url
+        = QStringLiteral("%1://127.0.0.1:%2")
+              .arg(options.certFile.isEmpty() ? QStringLiteral("ws") : QStringLiteral("wss"))
+              .arg(server.serverPort());
     printLine(QStringLiteral("zyprinter: listening on ") + url);
     std::optional<LiveView> view;
     if (options.view && isTerminal())
@@ -112,15 +116,21 @@ int run(const PrinterOptions &options)
 
     Machine machine(options.speed);
     machine.setFailAt(options.failAt);
-    // The library reads a certificate that it never uses; an empty file spares Qt's warnings.
-    const QString nothing = QStringLiteral("/dev/null");
-    ZySslEchoServer server(options.port, nothing, nothing, store.incomingDirectory(), nullptr);
+    PrinterLog log;
+    ZyServerOptions protection = serverOptions(options, store, log);
+    if (!options.certFile.isEmpty()) {
+        const QString tlsFault = protection.useTls(options.certFile, options.keyFile);
+        if (!tlsFault.isEmpty())
+            return giveUp(BadCertificate, tlsFault,
+                          options.certFile + QLatin1Char(' ') + options.keyFile,
+                          QStringLiteral("give --cert and --key PEM files that belong together"));
+    }
+    ZySslEchoServer server(options.port, store.incomingDirectory(), protection);
     if (!server.isListening())
         return giveUp(PortInUse, QStringLiteral("port is in use or not permitted"),
                       QString::number(options.port),
                       QStringLiteral("choose another --port, or 0 for a free one"));
 
-    PrinterLog log;
     reportTo(log, machine);
     if (preview)
         showLayers(machine, *preview, log);

@@ -101,6 +101,17 @@ QString ModelStore::nameFault(const QString &name)
     return {};
 }
 
+bool ModelStore::isFileName(const QString &name) const
+{
+    const QFileInfo there(QDir(m_directory).absoluteFilePath(name));
+    return !there.isSymLink() && !there.isDir();
+}
+
+void ModelStore::removeReception() const
+{
+    QFile::remove(QDir(m_incoming).absoluteFilePath(receptionFile));
+}
+
 QString ModelStore::path(const QString &name) const
 {
     return nameFault(name).isEmpty() ? m_directory + QLatin1Char('/') + name : QString();

@@ -42,6 +42,12 @@ public:
     /// whatever is the current directory.
     bool canReceive() const;
 
+    /// False when @p name is that of a directory or symbolic link.
+    bool isFileName(const QString &name) const;
+
+    /// Removes what is left of a transfer that can never go on.
+    void removeReception() const;
+
     /// Takes over the file that the server has just completed, @p receivedName being relative to
     /// incomingDirectory(). Empty, or why the file was not kept; it is deleted then.
     QString keep(const QString &receivedName);

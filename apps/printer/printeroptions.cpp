@@ -9,6 +9,8 @@
 #include <QSysInfo>
 
 #include <cstdlib>
+#include <string>
+#include <vector>
 
 namespace zyprinter
 {
@@ -22,6 +24,9 @@ struct Arguments {
     std::string token;
     std::string name;
     std::string preview;
+    std::string certFile;
+    std::string keyFile;
+    std::vector<std::string> origins;
 };
 
 /// Unlike CLI::Range, also against "nan".
@@ -53,6 +58,60 @@ void addFaults(CLI::App &app, PrinterOptions &options)
         ->group(group);
 }
 
+void addProtection(CLI::App &app, PrinterOptions &options, Arguments &arguments)
+{
+    const std::string group = "Protection";
+    CLI::Option *unprotected
+        = app.add_flag(
+                 "--unprotected", options.unprotected,
+                 "Speak the protocol exactly as deployed printers do, without\nany protection")
+              ->group(group);
+    std::vector<CLI::Option *> all;
+    const auto add = [&](CLI::Option *option, const char *type) {
+        all.push_back(option->type_name(type)->group(group));
+        return option;
+    };
+    constexpr int mostMiB = 1 << 30;
+    add(app.add_option("--max-size", options.maxSize, "Refuse a file of more than MIB"), "MIB")
+        ->check(CLI::Range(1, mostMiB))
+        ->capture_default_str();
+    add(app.add_option("--keep-free", options.keepFree,
+                       "Refuse a file that would leave less than MIB free on the disk"),
+        "MIB")
+        ->check(CLI::Range(0, mostMiB))
+        ->capture_default_str();
+    add(app.add_option("--max-connections", options.maxConnections,
+                       "Turn away connections beyond N"),
+        "N")
+        ->check(CLI::Range(1, 10000))
+        ->capture_default_str();
+    add(app.add_option("--allow-origin", arguments.origins,
+                       "Let web pages of ORIGIN connect, such as http://bench.local;\nmay be "
+                       "repeated; all others are turned away"),
+        "ORIGIN")
+        ->allow_extra_args(false);
+    add(app.add_option("--silence", options.silence,
+                       "Drop a connection from which nothing comes for S seconds, and\nlet another "
+                       "send when the receiving one sends nothing for so long"),
+        "S")
+        ->check(between(0.1, 86400))
+        ->capture_default_str();
+    CLI::Option *cert = add(app.add_option("--cert", arguments.certFile,
+                                           "Speak wss:// with the PEM certificate in FILE"),
+                            "FILE");
+    CLI::Option *key = add(
+        app.add_option("--key", arguments.keyFile, "The certificate's PEM key in FILE"), "FILE");
+    cert->needs(key);
+    key->needs(cert);
+    // Not CLI::Option::excludes(), which would list them all in the help.
+    app.callback([unprotected, all] {
+        for (const CLI::Option *option : all) {
+            if (unprotected->count() > 0 && option->count() > 0)
+                throw CLI::ExcludesError(option->get_name(), unprotected->get_name());
+        }
+    });
+}
+
 void addOptions(CLI::App &app, PrinterOptions &options, Arguments &arguments)
 {
     app.add_option(
@@ -65,8 +124,7 @@ void addOptions(CLI::App &app, PrinterOptions &options, Arguments &arguments)
         ->type_name("N")
         ->capture_default_str();
     app.add_option("--token", arguments.token,
-                   "Ask for this token: for print, pause, stop, status and\nparameters, and for a "
-                   "transfer that brings one along")
+                   "Ask for this token: for transfer, print, pause, stop, status\nand parameters")
         ->type_name("TOKEN")
         ->envname("ZYPRINTER_TOKEN");
     app.add_option("--speed", options.speed, "Print X times as fast as a real machine")
@@ -102,14 +160,19 @@ std::optional<int> readOptions(int argc, char **argv, PrinterOptions &options)
         "  zyprinter --dir ~/models --view --speed 100 --preview /tmp\n"
         "  zyprinter --dir /tmp/models --port 8080 --fail-at 300\n\n"
         "Exit codes: 0 stopped, 2 usage, 3 directory missing, not writable or in use by another\n"
-        "zyprinter, 4 port in use.");
+        "zyprinter, 4 port in use, 5 certificate or key not usable.");
     addOptions(app, options, arguments);
+    addProtection(app, options, arguments);
     addFaults(app, options);
     zyapp::addVersionFlag(app, "zyprinter");
     if (const auto code = zyapp::parse(app, argc, argv))
         return code;
     options.directory = zyapp::fromArgument(arguments.directory);
     options.preview = zyapp::fromArgument(arguments.preview);
+    options.certFile = zyapp::fromArgument(arguments.certFile);
+    options.keyFile = zyapp::fromArgument(arguments.keyFile);
+    for (const std::string &origin : arguments.origins)
+        options.origins += zyapp::fromArgument(origin);
     options.token = zyapp::fromArgument(arguments.token);
     options.name = arguments.name.empty() ? QSysInfo::machineHostName()
                                           : zyapp::fromArgument(arguments.name);

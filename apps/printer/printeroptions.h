@@ -6,6 +6,7 @@
 #define PRINTEROPTIONS_H
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -23,6 +24,15 @@ struct PrinterOptions {
     bool refuse = false;
     bool view = false;
     QString preview; ///< directory; empty: none
+
+    bool unprotected = false; ///< none of the following
+    qint64 maxSize = 4096; ///< MiB of a received file
+    qint64 keepFree = 64; ///< MiB of the receive directory's file system
+    int maxConnections = 64;
+    QStringList origins; ///< of the web pages that may connect
+    double silence = 15; ///< seconds
+    QString certFile; ///< PEM; empty: no TLS
+    QString keyFile; ///< PEM
 };
 
 /// Nothing when the program is to go on, otherwise its exit code.

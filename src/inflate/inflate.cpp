@@ -12,14 +12,22 @@
 #include <memory>
 #endif
 
+#include <zlib.h>
+
 namespace zyws
 {
+
+namespace
+{
+
+constexpr int prefixSize = 4;
+
+} // namespace
 
 #ifdef ZYWS_WITH_LIBDEFLATE
 namespace
 {
 
-constexpr int prefixSize = 4;
 /// What a chunk holds. The prefix is the peer's: no more memory is reserved on its word alone.
 constexpr quint32 largestSize = 1024 * 1024;
 
@@ -59,6 +67,26 @@ QByteArray inflated(const QByteArray &payload)
         return bytes;
 #endif
     return qUncompress(payload);
+}
+
+std::optional<QByteArray> inflatedWithin(const QByteArray &payload, int limit)
+{
+    if (payload.size() <= prefixSize)
+        return std::nullopt;
+#ifdef ZYWS_WITH_LIBDEFLATE
+    QByteArray quick = inflatedQuickly(payload);
+    if (!quick.isEmpty() && quick.size() <= limit)
+        return quick;
+#endif
+    QByteArray bytes(limit, Qt::Uninitialized);
+    auto size = static_cast<uLongf>(limit);
+    const int result = uncompress(reinterpret_cast<Bytef *>(bytes.data()), &size,
+                                  reinterpret_cast<const Bytef *>(payload.constData()) + prefixSize,
+                                  static_cast<uLong>(payload.size() - prefixSize));
+    if (result != Z_OK)
+        return std::nullopt;
+    bytes.truncate(static_cast<int>(size));
+    return bytes;
 }
 
 } // namespace zyws

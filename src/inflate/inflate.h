@@ -7,6 +7,8 @@
 
 #include <QByteArray>
 
+#include <optional>
+
 namespace zyws
 {
 
@@ -17,6 +19,10 @@ namespace zyws
  * right.
  */
 QByteArray inflated(const QByteArray &payload);
+
+/// The same without a warning; nothing when @p payload does not inflate, or to more than @p limit
+/// bytes, whatever size it announces.
+std::optional<QByteArray> inflatedWithin(const QByteArray &payload, int limit);
 
 } // namespace zyws
 

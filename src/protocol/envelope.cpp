@@ -19,6 +19,24 @@ QJsonObject parseMessage(const QString &message)
     return document.object();
 }
 
+bool isFlat(const QString &message)
+{
+    bool isInString = false;
+    bool isEscaped = false;
+    int containers = 0;
+    for (const QChar character : message) {
+        if (isEscaped)
+            isEscaped = false;
+        else if (isInString && character == QLatin1Char('\\'))
+            isEscaped = true;
+        else if (character == QLatin1Char('"'))
+            isInString = !isInString;
+        else if (!isInString && (character == QLatin1Char('{') || character == QLatin1Char('[')))
+            ++containers;
+    }
+    return containers <= 1;
+}
+
 QString messageText(const QJsonObject &message)
 {
     const QByteArray text = QJsonDocument(message).toJson(QJsonDocument::Compact);

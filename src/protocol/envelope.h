@@ -15,6 +15,10 @@ namespace zyws
 /// The object in a text message; an empty object for anything that is not one JSON object.
 QJsonObject parseMessage(const QString &message);
 
+/// False when @p message, taken for JSON, has an object or array inside another: no request has,
+/// and Qt 5.15's parser leaks some of those.
+bool isFlat(const QString &message);
+
 /// The compact text of a message: no white space between tokens, keys in the object's own order.
 QString messageText(const QJsonObject &message);
 

@@ -20,6 +20,13 @@ QByteArray unpackChunk(const QByteArray &payload, bool compress)
     return compress ? inflated(payload) : payload;
 }
 
+std::optional<QByteArray> unpackChunkWithin(const QByteArray &payload, bool compress, int limit)
+{
+    if (compress)
+        return inflatedWithin(payload, limit);
+    return payload.size() <= limit ? std::optional(payload) : std::nullopt;
+}
+
 qint64 advanced(qint64 offset, qint64 count)
 {
     return static_cast<qint64>(static_cast<quint64>(offset) + static_cast<quint64>(count));
@@ -68,6 +75,13 @@ ResumeRecord unpackResumeRecord(const QByteArray &bytes)
     stream.setVersion(fileStreamVersion);
     stream >> record.size >> record.received >> record.filename >> record.key;
     return record;
+}
+
+bool isWholeRecord(const QByteArray &bytes, qint64 size, const QString &key)
+{
+    const ResumeRecord record = unpackResumeRecord(bytes);
+    return record.size == size && record.key == key && record.received >= 0
+        && record.received <= size && packResumeRecord(record) == bytes;
 }
 
 } // namespace zyws

@@ -10,6 +10,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 namespace zyws
 {
 
@@ -18,6 +20,10 @@ inline constexpr int chunkSize = 1024 * 1024;
 
 /// The file bytes in a payload; empty when a compressed payload does not inflate.
 QByteArray unpackChunk(const QByteArray &payload, bool compress);
+
+/// The same, but nothing for a compressed payload that does not inflate, or to more than @p limit
+/// bytes: no more memory is taken either.
+std::optional<QByteArray> unpackChunkWithin(const QByteArray &payload, bool compress, int limit);
 
 /**
  * @p offset after @p count more bytes. Wraps around at the ends of the range, since an offset from
@@ -80,6 +86,10 @@ QByteArray packResumeRecord(const ResumeRecord &record);
  * so the key of a damaged record matches no sender's.
  */
 ResumeRecord unpackResumeRecord(const QByteArray &bytes);
+
+/// True when @p bytes are a record of a file of @p size bytes with @p key and nothing else, so no
+/// file contents that pose as one.
+bool isWholeRecord(const QByteArray &bytes, qint64 size, const QString &key);
 
 } // namespace zyws
 

@@ -34,6 +34,9 @@ inline constexpr QLatin1String compress = literal("compress");
 inline constexpr QLatin1String wifistate = literal("wifistate");
 inline constexpr QLatin1String received = literal("received");
 inline constexpr QLatin1String checkstate = literal("checkstate");
+/// SHA-256 of the whole file, 64 hex digits; may be added to START_FILE. Deployed printers ignore
+/// it.
+inline constexpr QLatin1String sha256 = literal("sha256");
 
 // Print jobs, status, parameters and version.
 inline constexpr QLatin1String status = literal("status");

@@ -4,8 +4,10 @@
 
 #include "zyfiletranshandle.h"
 
+#include "digest.h"
+
 ZyFileTransHandle::ZyFileTransHandle(QObject *parent, QWebSocket *socket)
-    : ZyWebHandle(parent, socket)
+    : ZyWebHandle(parent, socket), m_digest(std::make_unique<zyws::Digest>())
 {
     const QMetaObject &meta = staticMetaObject;
     m_transCmdEnum = meta.enumerator(meta.indexOfEnumerator("TRANSCMD"));
@@ -16,7 +18,7 @@ ZyFileTransHandle::~ZyFileTransHandle() = default;
 
 int ZyFileTransHandle::status()
 {
-    if (m_isReceiving)
+    if (m_isReceiving || m_isStarting)
         return ReceivingFile;
     return m_printState == CHECKING ? CheckingPrintFile : Idle;
 }

@@ -9,9 +9,17 @@
 #include <QMetaEnum>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 #include "zywebhandle.h"
+
+class PrintStatusPara;
+
+namespace zyws
+{
+class Digest;
+}
 
 /**
  * Everything the printer knows about one connection, and the answer to each of its commands.
@@ -135,12 +143,31 @@ private:
     QString commandWord(int command) const;
     QJsonObject printStartReply(int result, const QString &fileName) const;
     QJsonObject commandReply(int command, const QString &status) const;
-    bool resumeReception(const QString &key, QJsonObject &reply);
+    bool resumeReception(const QString &key, const QString &name, QJsonObject &reply);
     bool createTemporaryFile(const QString &size);
     bool writeChunk(const QByteArray &message);
     bool openForData();
     void noteLoss(qint64 position);
+    std::optional<QByteArray> unpacked(const QByteArray &message);
     void completeReception();
+    void storeFile();
+    void finishReception(int checkState);
+
+    // With protection only, see ZyServerOptions.
+    bool passes(const QJsonObject &request);
+    QJsonObject refusal(const QJsonObject &request, bool isToken);
+    QJsonObject transferRefusal(int answer) const;
+    QJsonObject statusReply(const PrintStatusPara &record);
+    bool hasSpaceFor(qint64 size) const;
+    bool secureStorage();
+    void keepRecord();
+    void writeRecord();
+    bool hasWholeRecord(const QString &key) const;
+    bool restoreRecord(const QString &key, const QString &name) const;
+    void onReceptionInterrupted();
+    void reportUselessFile() const;
+    bool isUndamaged();
+    void storeDurably();
 
     QFile m_file;
     QString m_fileDir;
@@ -156,6 +183,12 @@ private:
     int m_printState = UN_START;
     std::optional<qint64> m_lostFrom; ///< where the temporary file stops being what was sent
     bool m_isCompleted = false; ///< all bytes are in; the host is checking the finished file
+
+    static constexpr int statusOfWrongToken = 8; ///< PrintStatusPara::printStatus
+    bool m_isStarting = false; ///< the host is being asked about a transfer, with protection
+    int m_wrongTokens = 0; ///< in a row
+    qint64 m_recordedOffset = 0; ///< what the resume record on disk vouches for
+    std::unique_ptr<zyws::Digest> m_digest;
 };
 
 #endif // ZYFILETRANSHANDLE_H

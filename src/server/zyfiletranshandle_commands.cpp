@@ -34,6 +34,8 @@ void ZyFileTransHandle::processJson(QJsonObject json)
 
     const QString word = json.value(keys::cmd).toString();
     qCDebug(lcZyServer) << "strCmd:" << word;
+    if (!passes(json))
+        return;
     for (const Dispatch &entry : table) {
         if (word == QLatin1String(m_transCmdEnum.valueToKey(entry.command))) {
             (this->*entry.handler)(json);
@@ -128,8 +130,12 @@ void ZyFileTransHandle::getPrintStatus(QJsonObject request)
     PrintStatusPara record;
     const HandleGuard guard(this);
     m_server->getPrinterStatus(record, request.value(keys::token).toString());
-    if (!guard.isServing())
-        return;
+    if (guard.isServing())
+        sendMessage(statusReply(record));
+}
+
+QJsonObject ZyFileTransHandle::statusReply(const PrintStatusPara &record)
+{
     QJsonObject reply;
     // One by one: an initializer list would first make a QString of every key.
     reply.insert(keys::bottomExposureNum, record.bottomExposureNum);
@@ -146,7 +152,7 @@ void ZyFileTransHandle::getPrintStatus(QJsonObject request)
     reply.insert(keys::printStatus, getPrintStatusKey(record.printStatus));
     reply.insert(keys::resin, record.resin);
     reply.insert(keys::sliceLayerCount, record.sliceLayerCount);
-    sendMessage(reply);
+    return reply;
 }
 
 void ZyFileTransHandle::setPrintPara(QJsonObject request)

@@ -4,9 +4,12 @@
 
 #include "zysslechoserver.h"
 
+#include "admission.h"
 #include "deliveryqueue.h"
 #include "envelope.h"
 #include "linkoptions.h"
+#include "liveness.h"
+#include "messagelimits.h"
 #include "serverlog.h"
 #include "zyfiletranshandle.h"
 
@@ -59,8 +62,31 @@ ZySslEchoServer::ZySslEchoServer(quint16 port, QString certFile, QString keyFile
     m_pWebSocketServer = new QWebSocketServer(QStringLiteral("SSL Echo Server"),
                                               QWebSocketServer::NonSecureMode, this);
     readUnusedTlsConfiguration(certFile, keyFile);
-    if (m_pWebSocketServer->listen(QHostAddress::Any, port)) {
-        zyws::setLinkOptions(*m_pWebSocketServer);
+    listen(port);
+    m_fileDir = fileDir;
+}
+
+ZySslEchoServer::ZySslEchoServer(quint16 port, const QString &fileDir,
+                                 const ZyServerOptions &options, QObject *parent)
+    : QObject(parent), m_fileDir(fileDir), m_wifiFileState(nullptr), m_options(options),
+      m_deliveries(std::make_unique<zyws::DeliveryQueue>(this))
+{
+    m_pWebSocketServer = new QWebSocketServer(QStringLiteral("SSL Echo Server"),
+                                              QWebSocketServer::NonSecureMode, this);
+    if (zyws::Admission::isWanted(m_options))
+        m_admission = new zyws::Admission(m_pWebSocketServer, m_options);
+    if (m_options.silence() > 0)
+        m_liveness = new zyws::Liveness(m_options.silence(), this);
+    listen(port);
+}
+
+void ZySslEchoServer::listen(quint16 port)
+{
+    const bool isThere = m_admission ? m_admission->listen(QHostAddress::Any, port)
+                                     : m_pWebSocketServer->listen(QHostAddress::Any, port);
+    if (isThere) {
+        if (!m_admission)
+            zyws::setLinkOptions(*m_pWebSocketServer);
         qCDebug(lcZyServer) << "SSL Echo Server listening on port" << port;
         connect(m_pWebSocketServer, &QWebSocketServer::newConnection, this,
                 &ZySslEchoServer::onNewConnection);
@@ -68,13 +94,14 @@ ZySslEchoServer::ZySslEchoServer(quint16 port, QString certFile, QString keyFile
                 &ZySslEchoServer::onSslErrors);
     }
     qCDebug(lcZyServer) << "server start ";
-    m_fileDir = fileDir;
 }
 
 ZySslEchoServer::~ZySslEchoServer()
 {
     qCDebug(lcZyServer) << "~";
     m_pWebSocketServer->close();
+    if (m_admission)
+        m_admission->close();
     QList<QPointer<QWebSocket>> sockets;
     for (QWebSocket *socket : std::as_const(m_clients)) {
         socket->disconnect(this);
@@ -111,12 +138,17 @@ void ZySslEchoServer::readUnusedTlsConfiguration(const QString &certFile,
 
 bool ZySslEchoServer::isListening() const
 {
-    return m_pWebSocketServer->isListening();
+    return m_admission ? m_admission->isListening() : m_pWebSocketServer->isListening();
 }
 
 quint16 ZySslEchoServer::serverPort() const
 {
-    return m_pWebSocketServer->serverPort();
+    return m_admission ? m_admission->serverPort() : m_pWebSocketServer->serverPort();
+}
+
+const ZyServerOptions &ZySslEchoServer::options() const
+{
+    return m_options;
 }
 
 void ZySslEchoServer::onNewConnection()
@@ -125,6 +157,8 @@ void ZySslEchoServer::onNewConnection()
     if (!socket)
         return;
     qCDebug(lcZyServer) << "Your new Client connected:" << socket->peerName() << socket->origin();
+    if (!isAdmitted(socket))
+        return;
     connectSocket(socket);
     ZyWebHandle *handle = createHandle(socket);
     m_clients.append(socket);
@@ -132,10 +166,23 @@ void ZySslEchoServer::onNewConnection()
     m_handleOf.insert(socket, handle);
 }
 
+/// False when there are too many connections; the socket is taken care of then.
+bool ZySslEchoServer::isAdmitted(QWebSocket *socket)
+{
+    if (!m_admission)
+        return true;
+    QTcpSocket *tcp = m_admission->admit(socket, m_clients.size());
+    if (tcp && m_liveness)
+        m_liveness->watch(socket, tcp);
+    return tcp;
+}
+
 void ZySslEchoServer::connectSocket(QWebSocket *socket)
 {
+    zyws::limitMessages(socket, m_options);
     connect(socket, &QWebSocket::textMessageReceived, this, [this, socket](const QString &message) {
-        deliver(socket, [this, message] { processTextMessage(message); });
+        if (zyws::isTextTaken(socket, message, m_options))
+            deliver(socket, [this, message] { processTextMessage(message); });
     });
     connect(socket, &QWebSocket::binaryMessageReceived, this,
             [this, socket](const QByteArray &message) {
@@ -172,10 +219,14 @@ ZyWebHandle *ZySslEchoServer::createHandle(QWebSocket *socket)
 
 void ZySslEchoServer::deliver(QWebSocket *socket, std::function<void()> work)
 {
+    if (ZyWebHandle *handle = m_handleOf.value(socket))
+        zyws::limitBacklog(socket, ++handle->m_waiting, m_options);
     m_deliveries->append([this, peer = QPointer<QWebSocket>(socket), work = std::move(work)] {
         if (!peer)
             return;
         const QPointer<ZySslEchoServer> self(this);
+        if (ZyWebHandle *handle = m_handleOf.value(peer))
+            --handle->m_waiting;
         {
             const Serving serving(this, peer);
             work();
@@ -198,15 +249,18 @@ QList<QPointer<ZyWebHandle>> ZySslEchoServer::watchedHandles() const
 
 void ZySslEchoServer::processTextMessage(QString message)
 {
+    if (m_options.maxTextMessage() > 0 && !zyws::isFlat(message))
+        return;
     if (ZyWebHandle *handle = m_handleOf.value(servedSocket()))
         handle->processJson(messageToJson(message));
 }
 
 void ZySslEchoServer::processBinaryMessage(QByteArray message)
 {
+    ZyWebHandle *own = m_options.keepsTransfersApart() ? m_handleOf.value(servedSocket()) : nullptr;
     const auto handles = watchedHandles();
     for (const QPointer<ZyWebHandle> &handle : handles) {
-        if (handle)
+        if (handle && (!m_options.keepsTransfersApart() || handle == own))
             handle->processBinary(message);
     }
 }
@@ -254,11 +308,38 @@ bool ZySslEchoServer::endHandle(QWebSocket *socket)
         if (!handle) // ended meanwhile, in a nested loop
             return true;
     }
+    auto *transfer = qobject_cast<ZyFileTransHandle *>(handle.data());
+    const bool isReceiving = transfer && transfer->m_isReceiving;
+    if (isReceiving)
+        transfer->onReceptionInterrupted();
     handle->onDisconnect();
+    if (isReceiving)
+        transfer->reportUselessFile();
     m_handles.removeOne(handle);
     m_handleOf.remove(socket);
     handle->deleteLater();
     return true;
+}
+
+/// Makes way for a transfer where the connection that receives has sent nothing for a time.
+void ZySslEchoServer::endIdleReception()
+{
+    const QList<QWebSocket *> sockets = m_clients;
+    for (QWebSocket *each : sockets) {
+        const auto *handle = qobject_cast<ZyFileTransHandle *>(m_handleOf.value(each));
+        // A finished file is being checked: the host is slow, not the peer.
+        if (!m_liveness || !handle || !handle->m_isReceiving || handle->m_isCompleted
+            || !m_liveness->isIdle(each))
+            continue;
+        const QPointer<QWebSocket> socket(each);
+        {
+            const Serving serving(this, socket);
+            socketDisconnected(); // may delete this
+        }
+        if (socket)
+            socket->abort();
+        return; // no other receives
+    }
 }
 
 void ZySslEchoServer::onSslErrors(const QList<QSslError> &errors)
@@ -273,6 +354,7 @@ void ZySslEchoServer::sendJsonMessage(const QJsonObject &json)
     if (!socket)
         return;
     socket->sendTextMessage(JsonToString(json));
+    zyws::limitUnread(socket, m_options);
     if (m_serving)
         m_replied.append(socket);
 }

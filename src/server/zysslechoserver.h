@@ -19,6 +19,7 @@
 #include <memory>
 
 #include "printstatuspara.h"
+#include "zyserveroptions.h"
 #include "zywebsocket_export.h"
 
 class QWebSocket;
@@ -28,8 +29,10 @@ class ZyWebHandle;
 
 namespace zyws
 {
+class Admission;
 class DeliveryQueue;
-}
+class Liveness;
+} // namespace zyws
 
 /**
  * The WebSocket server in the printer's host application.
@@ -50,8 +53,8 @@ class DeliveryQueue;
  * Everything runs in the thread that created the server, on its event loop, and the library starts
  * no threads. A host's slot may spin the event loop and may delete the server.
  *
- * In spite of its name the server speaks plain `ws://`: the certificate and the key are read and
- * not used, as deployed slicers expect.
+ * In spite of its name the server speaks plain `ws://`, as deployed slicers expect, unless its
+ * options hold a certificate; the files given to the first constructor are read and not used.
  */
 class ZYWEBSOCKET_EXPORT ZySslEchoServer : public QObject
 {
@@ -70,6 +73,14 @@ public:
      */
     ZySslEchoServer(quint16 port, QString certFile, QString keyFile, QString fileDir,
                     WifiFileState *wifiFileState, QObject *parent = nullptr);
+    /**
+     * The same with the protection that @p options ask for.
+     *
+     * `ZySslEchoServer server(8080, directory, ZyServerOptions::hardened());` is what a new
+     * printer wants.
+     */
+    ZySslEchoServer(quint16 port, const QString &fileDir, const ZyServerOptions &options,
+                    QObject *parent = nullptr);
     /// Stops listening and drops every connection; a reception under way keeps its resume record.
     ~ZySslEchoServer() override;
 
@@ -77,6 +88,8 @@ public:
     bool isListening() const;
     /// The port listened on, 0 when not listening.
     quint16 serverPort() const;
+    /// What the server was made with; default-constructed after the first constructor.
+    const ZyServerOptions &options() const;
 
     /**
      * Sends @p json to the connection whose message is being handled at this moment. Anywhere
@@ -167,6 +180,8 @@ private:
     class Serving;
 
     void readUnusedTlsConfiguration(const QString &certFile, const QString &keyFile) const;
+    void listen(quint16 port);
+    bool isAdmitted(QWebSocket *socket);
     void connectSocket(QWebSocket *socket);
     ZyWebHandle *createHandle(QWebSocket *socket);
     void deliver(QWebSocket *socket, std::function<void()> work);
@@ -175,6 +190,7 @@ private:
     bool endHandle(QWebSocket *socket);
     void flushReplies();
     int busyAnswer() const;
+    void endIdleReception();
 
     QWebSocketServer *m_pWebSocketServer;
     QList<QWebSocket *> m_clients;
@@ -184,6 +200,9 @@ private:
     QString m_fileDir;
     [[maybe_unused]] WifiFileState *m_wifiFileState;
 
+    const ZyServerOptions m_options;
+    zyws::Admission *m_admission = nullptr; ///< null when the QWebSocketServer itself listens
+    zyws::Liveness *m_liveness = nullptr; ///< null when peers may be silent
     std::unique_ptr<zyws::DeliveryQueue> m_deliveries;
     Serving *m_serving = nullptr; ///< the innermost scope
     QList<QPointer<QWebSocket>> m_replied; ///< sockets that may still buffer replies

@@ -53,9 +53,12 @@ int ZySslEchoServer::busyAnswer() const
 
 int ZySslEchoServer::getFileTransStatus(QString token, bool needCheckToken)
 {
+    const QPointer<ZySslEchoServer> self(this);
+    endIdleReception();
+    if (!self)
+        return zyws::Refused;
     if (const int busy = busyAnswer())
         return busy;
-    const QPointer<ZySslEchoServer> self(this);
     int printState = 0;
     Q_EMIT getPrintState(printState, token, needCheckToken);
     const int answer = permission(printState);

@@ -59,12 +59,13 @@ protected:
     class HandleGuard;
 
     ZySslEchoServer *m_server; ///< null when the parent is not a server
+    QWebSocket *m_socket;
 
 private:
     friend class ZySslEchoServer;
 
-    QWebSocket *m_socket;
     bool m_isAbandoned = false; ///< the peer has left; only the deletion is outstanding
+    int m_waiting = 0; ///< deliveries of this connection that have not run yet
 };
 
 #endif // ZYWEBHANDLE_H

@@ -40,10 +40,14 @@ void setLinkOptions(const QWebSocket &socket)
 {
     // All of them: the socket of the connection before may still wait for its deferred deletion.
     const auto sockets = socket.findChildren<QTcpSocket *>();
-    for (QTcpSocket *tcp : sockets) {
-        tcp->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-        tcp->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
-    }
+    for (QTcpSocket *tcp : sockets)
+        setLinkOptions(*tcp);
+}
+
+void setLinkOptions(QTcpSocket &socket)
+{
+    socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    socket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
 }
 
 void setLinkOptions(const QWebSocketServer &server)

@@ -5,6 +5,7 @@
 #ifndef LINKOPTIONS_H
 #define LINKOPTIONS_H
 
+class QTcpSocket;
 class QWebSocket;
 class QWebSocketServer;
 
@@ -18,6 +19,9 @@ namespace zyws
  * chunks of a transfer. QWebSocket asks for it only before its TCP socket exists.
  */
 void setLinkOptions(const QWebSocket &socket);
+
+/// The same on a TCP connection.
+void setLinkOptions(QTcpSocket &socket);
 
 /// The same for every connection that @p server will accept: they inherit the listener's options.
 void setLinkOptions(const QWebSocketServer &server);

@@ -21,13 +21,22 @@ class Printer:
             [program, "--dir", str(self.directory), "--port", "0", *options],
             stdout=subprocess.PIPE, text=True)
         first = self._process.stdout.readline()
-        match = re.search(r"ws://\S+", first)
+        match = re.search(r"wss?://\S+", first)
         if not match:
             raise AssertionError(f"zyprinter did not say where it listens: {first!r}")
         self.url = match.group(0)
         # Somebody has to read its log, or the pipe fills up and the printer stops.
-        self._reader = threading.Thread(target=self._process.stdout.read, daemon=True)
+        self._log = []
+        self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
+
+    def _read(self):
+        for line in self._process.stdout:
+            self._log.append(line)
+
+    def log(self):
+        """The events so far."""
+        return "".join(self._log)
 
     def stored(self, name):
         """The bytes of the received file `name`, wherever the printer keeps it."""

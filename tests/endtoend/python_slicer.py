@@ -81,7 +81,7 @@ def expect(actual, wanted):
 async def transfers_a_model(printer, model, transcript):
     slicer = await Slicer.connect(printer.url, transcript)
     request = start_file("ball.zydlp", model)
-    expect(await slicer.ask(**request), {**request, "errorcode": 0, "compress": True})
+    expect(await slicer.ask(**request, token=TOKEN), {**request, "errorcode": 0, "compress": True})
     await send_chunks(slicer, model, 0)
     expect(await slicer.receive(),
            {"cmd": "CHECK_DATA", "key": wire.file_key(model), "checkstate": 1})
@@ -93,13 +93,13 @@ async def resumes_after_a_killed_connection(printer, transcript):
     data = random.Random(7).randbytes(3 * wire.CHUNK + wire.CHUNK // 2)
     request = start_file("noise.bin", data)
     slicer = await Slicer.connect(printer.url, transcript)
-    await slicer.ask(**request)
+    await slicer.ask(**request, token=TOKEN)
     await send_chunks(slicer, data, 0, limit=2)
     slicer.vanish()
 
     slicer = await Slicer.connect(printer.url, [])
     # Until the printer has noticed that the first connection is gone, it is receiving.
-    while (reply := await slicer.ask(**request)).get("wifistate") == 3:
+    while (reply := await slicer.ask(**request, token=TOKEN)).get("wifistate") == 3:
         await slicer.close()
         slicer = await Slicer.connect(printer.url, [])
     transcript += [("slicer", json.dumps(request, separators=(",", ":"))),
@@ -115,7 +115,7 @@ async def resumes_after_a_killed_connection(printer, transcript):
 
 async def is_refused_while_another_sends(printer, transcript):
     slicer = await Slicer.connect(printer.url, transcript)
-    expect(await slicer.ask(**start_file("late.bin", b"late")),
+    expect(await slicer.ask(**start_file("late.bin", b"late"), token=TOKEN),
            {"cmd": "START_FILE", "errorcode": 1, "compress": True, "wifistate": 3})
     expect(await slicer.ask(cmd="START_PRINT", filename="ball.zydlp", token=TOKEN),
            {"cmd": "START_PRINT", "filename": "ball.zydlp", "status": "BUSY"})
@@ -125,7 +125,7 @@ async def is_refused_while_another_sends(printer, transcript):
 async def cancels(printer, transcript, refusal):
     slicer = await Slicer.connect(printer.url, transcript)
     data = bytes(2 * wire.CHUNK)
-    await slicer.ask(**start_file("zeros.bin", data))
+    await slicer.ask(**start_file("zeros.bin", data), token=TOKEN)
     await send_chunks(slicer, data, 0, limit=1)
     await is_refused_while_another_sends(printer, refusal)
     expect(await slicer.ask(cmd="CANCEL_FILE", why="changed my mind"),

@@ -341,8 +341,10 @@ void TestPrinter::saysItsVersionAndItsHelp()
     const RunResult help = runPrinter({QStringLiteral("--help")});
     QCOMPARE(help.exitCode, 0);
     for (const char *option :
-         {"--dir", "--port", "--token", "--speed", "--name", "--fail-at", "--slow-check",
-          "--refuse", "--view", "--preview", "--version", "Exit codes"})
+         {"--dir",          "--port",        "--token",    "--speed",     "--name",
+          "--fail-at",      "--slow-check",  "--refuse",   "--view",      "--preview",
+          "--version",      "--unprotected", "--max-size", "--keep-free", "--max-connections",
+          "--allow-origin", "--silence",     "--cert",     "--key",       "Exit codes"})
         QVERIFY2(help.output.contains(option), option);
 }
 

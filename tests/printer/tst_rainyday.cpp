@@ -60,7 +60,10 @@ private Q_SLOTS:
 
     void asksForTheToken();
     void takesTheTokenFromTheEnvironment();
+    void refusesATransferWithAWrongToken_data();
     void refusesATransferWithAWrongToken();
+    void doesNotStartWithoutAUsableCertificate_data();
+    void doesNotStartWithoutAUsableCertificate();
 
     void failsAtTheLayerAskedFor();
     void refusesEverythingWhenAskedTo();
@@ -105,6 +108,21 @@ void TestPrinterRainyDay::rejectsItsCommandLine_data()
     QTest::newRow("endless speed") << words("--dir /tmp --speed inf") << QByteArray("--speed");
     QTest::newRow("speed no number") << words("--dir /tmp --speed nan") << QByteArray("--speed");
     QTest::newRow("layer 0") << words("--dir /tmp --fail-at 0") << QByteArray("--fail-at");
+    QTest::newRow("silence 0") << words("--dir /tmp --silence 0") << QByteArray("--silence");
+    QTest::newRow("silence no number")
+        << words("--dir /tmp --silence nan") << QByteArray("--silence");
+    QTest::newRow("size 0") << words("--dir /tmp --max-size 0") << QByteArray("--max-size");
+    QTest::newRow("size as text") << words("--dir /tmp --max-size 4G") << QByteArray("--max-size");
+    QTest::newRow("keeping less than nothing")
+        << words("--dir /tmp --keep-free -1") << QByteArray("--keep-free");
+    QTest::newRow("no connections")
+        << words("--dir /tmp --max-connections 0") << QByteArray("--max-connections");
+    QTest::newRow("certificate without a key")
+        << words("--dir /tmp --cert c") << QByteArray("--key");
+    QTest::newRow("key without a certificate")
+        << words("--dir /tmp --key k") << QByteArray("--cert");
+    QTest::newRow("both protected and not")
+        << words("--dir /tmp --unprotected --silence 3") << QByteArray("--unprotected");
     QTest::newRow("slow check below zero")
         << words("--dir /tmp --slow-check -1") << QByteArray("--slow-check");
 }
@@ -182,7 +200,7 @@ void TestPrinterRainyDay::doesNotPrintWhatItDoesNotHave_data()
 void TestPrinterRainyDay::doesNotPrintWhatItDoesNotHave()
 {
     QFETCH(const QString, name);
-    QVERIFY(begin("", 5));
+    QVERIFY(begin("--unprotected", 5));
     QVERIFY(QDir(m_printer->path({})).mkdir(QStringLiteral("folder")));
     writeFile(m_printer->path(QStringLiteral("folder/part.zydlp")), smallModel(5));
     QCOMPARE(m_slicer.print(name), checkFailed);
@@ -220,7 +238,8 @@ void TestPrinterRainyDay::writesOnlyIntoItsOwnDirectory()
     QTemporaryDir source;
     const QString file = source.filePath(model);
     writeFile(file, smallModel(3));
-    QVERIFY(m_printer->start({QStringLiteral("--dir"), directory}));
+    QVERIFY(
+        m_printer->start({QStringLiteral("--dir"), directory, QStringLiteral("--unprotected")}));
     QVERIFY(m_slicer.connectTo(m_printer->url()));
     QCOMPARE(m_slicer.send(file, name), 2);
     QVERIFY2(m_printer->says("\": not kept: " + reason), m_printer->output().constData());
@@ -255,7 +274,7 @@ void TestPrinterRainyDay::failsWhenTheModelIsDamagedDuringThePrint()
 void TestPrinterRainyDay::asksForTheToken()
 {
     const QString token = QStringLiteral("s3cret");
-    QVERIFY(begin("--token s3cret --speed 0.001", 50)); // sent without a token
+    QVERIFY(begin("--unprotected --token s3cret --speed 0.001", 50)); // sent without a token
     for (const QString &wrong : {QString(), QStringLiteral("S3CRET"), QStringLiteral("s3cret ")}) {
         QCOMPARE(m_slicer.print(model, wrong), tokenRejected);
         QCOMPARE(m_slicer.pause(wrong), QStringLiteral("TOKEN_ERROR"));
@@ -277,16 +296,25 @@ void TestPrinterRainyDay::asksForTheToken()
 void TestPrinterRainyDay::takesTheTokenFromTheEnvironment()
 {
     qputenv("ZYPRINTER_TOKEN", "fromenv");
-    const bool hasBegun = begin("", 5);
+    const bool hasBegun = begin("--unprotected", 5);
     qunsetenv("ZYPRINTER_TOKEN");
     QVERIFY(hasBegun);
     QCOMPARE(m_slicer.print(model), tokenRejected);
     QCOMPARE(m_slicer.print(model, QStringLiteral("fromenv")), checkedAndStarted);
 }
 
+void TestPrinterRainyDay::refusesATransferWithAWrongToken_data()
+{
+    QTest::addColumn<QString>("protection");
+    QTest::newRow("by itself") << QStringLiteral("--unprotected");
+    QTest::newRow("by the library") << QString();
+}
+
 void TestPrinterRainyDay::refusesATransferWithAWrongToken()
 {
-    QVERIFY(begin("--token s3cret", 5));
+    QFETCH(const QString, protection);
+    QVERIFY(m_printer->start(words("--token s3cret") + words(qPrintable(protection))));
+    QVERIFY(m_slicer.connectTo(m_printer->url()));
     QJsonObject request{{QStringLiteral("cmd"), QStringLiteral("START_FILE")},
                         {QStringLiteral("filename"), QStringLiteral("other")},
                         {QStringLiteral("size"), QStringLiteral("10")},
@@ -299,6 +327,40 @@ void TestPrinterRainyDay::refusesATransferWithAWrongToken()
     request.insert(QStringLiteral("token"), QStringLiteral("s3cret"));
     QCOMPARE(number(m_slicer.ask(request), "errorcode"), 0);
     QVERIFY(m_printer->says("transfer accepted"));
+}
+
+void TestPrinterRainyDay::doesNotStartWithoutAUsableCertificate_data()
+{
+    QTest::addColumn<QString>("certificate");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QByteArray>("error");
+    const QString good = QStringLiteral(ZYTEST_TLS "/localhost.pem");
+    const QString otherKey = QStringLiteral(ZYTEST_TLS "/other.key");
+    QTest::newRow("missing certificate")
+        << QStringLiteral("/missing") << otherKey
+        << QByteArray("certificate cannot be read: No such file or directory: /missing ");
+    QTest::newRow("no certificate")
+        << otherKey << otherKey << QByteArray("certificate file holds no PEM certificate: ");
+    QTest::newRow("missing key") << good << QStringLiteral("/missing")
+                                 << QByteArray("key cannot be read: No such file or directory: ");
+    QTest::newRow("no key") << good << good
+                            << QByteArray("key file holds no PEM key without pass phrase: ");
+    QTest::newRow("another's key")
+        << good << otherKey << QByteArray("certificate and key do not belong together: ");
+}
+
+void TestPrinterRainyDay::doesNotStartWithoutAUsableCertificate()
+{
+    QFETCH(const QString, certificate);
+    QFETCH(const QString, key);
+    QFETCH(const QByteArray, error);
+    const RunResult result
+        = runPrinter({QStringLiteral("--dir"), m_local->path(), QStringLiteral("--cert"),
+                      certificate, QStringLiteral("--key"), key});
+    QCOMPARE(result.exitCode, 5);
+    QVERIFY2(result.error.startsWith("zyprinter: " + error), result.error.constData());
+    QCOMPARE(result.error.count('\n'), 1);
+    QCOMPARE(result.output, QByteArray());
 }
 
 void TestPrinterRainyDay::failsAtTheLayerAskedFor()
@@ -366,7 +428,7 @@ void TestPrinterRainyDay::endsDuringASlowCheck()
 
 void TestPrinterRainyDay::makesNamesFromTheWireHarmlessInItsLog()
 {
-    QVERIFY(begin("", 5));
+    QVERIFY(begin("--unprotected", 5));
     QCOMPARE(m_slicer.print(QStringLiteral("x\n00:00:00 complete\x1b[2J")), checkFailed);
     QVERIFY2(m_printer->says("\"x?00:00:00 complete?[2J\""), m_printer->output().constData());
 }

@@ -17,6 +17,12 @@ TestPrinter::TestPrinter()
 {
 }
 
+TestPrinter::TestPrinter(const ZyServerOptions &options)
+    : m_server(new ZySslEchoServer(0, m_dir.path(), options)),
+      m_host(std::make_unique<RecordingHost>(m_server)), m_port(m_server->serverPort())
+{
+}
+
 TestPrinter::~TestPrinter()
 {
     // Hooks may refer to peers of the test that are gone by now.

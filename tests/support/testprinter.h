@@ -23,6 +23,8 @@ class TestPrinter
 {
 public:
     TestPrinter();
+    /// The same with the protection that @p options ask for.
+    explicit TestPrinter(const ZyServerOptions &options);
     ~TestPrinter();
 
     RecordingHost &host() { return *m_host; }

@@ -12,11 +12,18 @@ _zyprinter()
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
             return
             ;;
-        --port | --token | --speed | --name | --fail-at | --slow-check)
+        --cert | --key)
+            compopt -o filenames
+            mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            return
+            ;;
+        --port | --token | --speed | --name | --fail-at | --slow-check | \
+            --max-size | --keep-free | --max-connections | --allow-origin | --silence)
             return
             ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "--dir --port --token --speed --name --view --preview
+        --max-size --keep-free --max-connections --allow-origin --silence --cert --key --unprotected
         --fail-at --slow-check --refuse --help --version" -- "$current")
 }
 complete -F _zyprinter zyprinter

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Whether a received file is the one that its sender has.
+
+#include "digest.h"
+
+#include <QFile>
+
+namespace zyws
+{
+
+namespace
+{
+
+constexpr qint64 pieceSize = Q_INT64_C(1024) * 1024;
+/// Of a resumed file's beginning, with each data message.
+constexpr qint64 atOnce = 4 * pieceSize;
+
+} // namespace
+
+void Digest::expect(const QByteArray &expected)
+{
+    m_expected = expected.toLower();
+    m_hash.reset();
+    m_hashed = 0;
+}
+
+void Digest::follow(QFile &file, qint64 received)
+{
+    if (!m_expected.isEmpty())
+        take(file, qMin(received, m_hashed + atOnce));
+}
+
+bool Digest::matches(QFile &file, qint64 size)
+{
+    if (m_expected.isEmpty())
+        return true;
+    take(file, size);
+    return m_hashed == size && m_hash.result().toHex() == m_expected;
+}
+
+void Digest::take(QFile &file, qint64 end)
+{
+    file.seek(m_hashed);
+    while (m_hashed < end) {
+        const QByteArray piece = file.read(qMin(pieceSize, end - m_hashed));
+        if (piece.isEmpty())
+            return;
+        m_hash.addData(piece);
+        m_hashed += piece.size();
+    }
+}
+
+} // namespace zyws

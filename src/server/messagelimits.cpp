@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// How much of one peer's the server keeps in memory.
+
+#include "messagelimits.h"
+
+#include "report.h"
+
+#include <QWebSocket>
+
+namespace zyws
+{
+
+using Failure = ZyServerOptions::Failure;
+
+void limitMessages(QWebSocket *socket, const ZyServerOptions &options)
+{
+    if (options.maxDataMessage() == 0)
+        return;
+    // Qt has one limit for both kinds of message.
+    const qint64 largest = qMax(options.maxDataMessage(), options.maxTextMessage());
+    socket->setMaxAllowedIncomingFrameSize(quint64(largest));
+    socket->setMaxAllowedIncomingMessageSize(quint64(largest));
+}
+
+bool isTextTaken(QWebSocket *socket, const QString &message, const ZyServerOptions &options)
+{
+    if (options.maxTextMessage() == 0 || message.toUtf8().size() <= options.maxTextMessage())
+        return true;
+    report(options, Failure::Dropped, QStringLiteral("text message too large"));
+    socket->close(QWebSocketProtocol::CloseCodeTooMuchData);
+    return false;
+}
+
+void limitBacklog(QWebSocket *socket, int waiting, const ZyServerOptions &options)
+{
+    if (options.maxBacklog() == 0 || waiting <= options.maxBacklog() || !socket->isValid())
+        return;
+    report(options, Failure::Dropped, QStringLiteral("more messages than can be handled"));
+    socket->close(QWebSocketProtocol::CloseCodePolicyViolated);
+}
+
+void limitUnread(QWebSocket *socket, const ZyServerOptions &options)
+{
+    constexpr qint64 KiB = 1024;
+    if (options.maxBacklog() == 0 || socket->bytesToWrite() <= options.maxBacklog() * KiB)
+        return;
+    report(options, Failure::Dropped, QStringLiteral("replies are not read"));
+    socket->abort();
+}
+
+} // namespace zyws

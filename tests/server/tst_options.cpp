@@ -1,0 +1,148 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The options' defaults, and that a server keeps those that it was made with.
+
+#include "modelfiles.h"
+#include "rawpeer.h"
+#include "requests.h"
+#include "testprinter.h"
+#include "testprogram.h"
+#include "wirejson.h"
+
+#include <QSslConfiguration>
+#include <QtTest>
+
+using namespace zytest;
+
+class tst_Options : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void asksForNothingByDefault();
+    void asksForEverythingWhenHardened();
+    void isAValue();
+    void takesNegativeNumbersForNone();
+    void isReadBackFromTheServer();
+    void changesNothingWhenItAsksForNothing();
+    void saysWhyACertificateCannotBeUsed();
+};
+
+void tst_Options::asksForNothingByDefault()
+{
+    const ZyServerOptions options;
+    QCOMPARE(options.maxConnections(), 0);
+    QVERIFY(!options.checksOrigin());
+    QCOMPARE(options.allowedOrigins(), QStringList());
+    QCOMPARE(options.handshakeTimeout(), 0);
+    QVERIFY(options.tls().isNull());
+    QCOMPARE(options.token(), QString());
+    QCOMPARE(options.maxWrongTokens(), 0);
+    QVERIFY(!options.needsPlainNames());
+    QVERIFY(!options.nameFilter());
+    QCOMPARE(options.maxFileSize(), 0);
+    QCOMPARE(options.maxDataMessage(), 0);
+    QCOMPARE(options.maxTextMessage(), 0);
+    QCOMPARE(options.maxChunk(), 0);
+    QCOMPARE(options.maxBacklog(), 0);
+    QVERIFY(!options.keepsTransfersApart());
+    QCOMPARE(options.silence(), 0);
+    QVERIFY(!options.reservesSpace());
+    QCOMPARE(options.keepFree(), 0);
+    QCOMPARE(options.recordInterval(), 0);
+    QVERIFY(!options.syncsToDisk());
+    QVERIFY(!options.checksDigest());
+    QVERIFY(!options.failureHandler());
+}
+
+void tst_Options::asksForEverythingWhenHardened()
+{
+    const ZyServerOptions options = ZyServerOptions::hardened();
+    QCOMPARE(options.maxConnections(), 64);
+    QVERIFY(options.checksOrigin());
+    QCOMPARE(options.handshakeTimeout(), 10000);
+    QCOMPARE(options.maxWrongTokens(), 10);
+    QVERIFY(options.needsPlainNames());
+    QCOMPARE(options.maxFileSize(), Q_INT64_C(4294967296));
+    QCOMPARE(options.maxDataMessage(), 1114112);
+    QCOMPARE(options.maxTextMessage(), 65536);
+    QCOMPARE(options.maxChunk(), 1048576);
+    QCOMPARE(options.maxBacklog(), 1024);
+    QVERIFY(options.keepsTransfersApart());
+    QCOMPARE(options.silence(), 15000);
+    QVERIFY(options.reservesSpace());
+    QCOMPARE(options.keepFree(), 67108864);
+    QCOMPARE(options.recordInterval(), 8388608);
+    QVERIFY(options.syncsToDisk());
+    QVERIFY(options.checksDigest());
+    // What only the host can know.
+    QCOMPARE(options.allowedOrigins(), QStringList());
+    QCOMPARE(options.token(), QString());
+    QVERIFY(options.tls().isNull());
+}
+
+void tst_Options::isAValue()
+{
+    ZyServerOptions options;
+    ZyServerOptions copy(options);
+    copy.setToken(QStringLiteral("secret"));
+    QCOMPARE(options.token(), QString());
+    options = copy;
+    copy.setToken({});
+    QCOMPARE(options.token(), QStringLiteral("secret"));
+}
+
+void tst_Options::takesNegativeNumbersForNone()
+{
+    ZyServerOptions options;
+    options.setMaxConnections(-1);
+    options.setMaxFileSize(-1);
+    options.setSilence(-15000);
+    QCOMPARE(options.maxConnections(), 0);
+    QCOMPARE(options.maxFileSize(), 0);
+    QCOMPARE(options.silence(), 0);
+}
+
+void tst_Options::isReadBackFromTheServer()
+{
+    ZyServerOptions options = ZyServerOptions::hardened();
+    options.setMaxConnections(7);
+    TestPrinter printer(options);
+    options.setMaxConnections(8);
+    QCOMPARE(printer.server()->options().maxConnections(), 7);
+    QVERIFY(printer.server()->isListening());
+    QVERIFY(printer.port() != 0);
+
+    TestPrinter deployed;
+    QCOMPARE(deployed.server()->options().maxConnections(), 0);
+}
+
+void tst_Options::changesNothingWhenItAsksForNothing()
+{
+    TestPrinter printer{ZyServerOptions()};
+    RawPeer peer(printer.port());
+    const QString name = QStringLiteral("../") + QFileInfo(printer.dir()).fileName()
+        + QStringLiteral("/roundabout.bin");
+    peer.send(startFile(name, 5));
+    QCOMPARE(peer.take(), accepted(name, QStringLiteral("5")));
+    RawPeer other(printer.port());
+    other.sendChunk("abcde");
+    QCOMPARE(other.take(), startData(5, 5));
+    QCOMPARE(other.take(), checkData(1));
+    QCOMPARE(readFile(printer.path(QStringLiteral("roundabout.bin"))), QByteArrayLiteral("abcde"));
+    peer.send(QByteArrayLiteral(R"({"cmd":"CANCEL_FILE"})"));
+    QCOMPARE(peer.take(), json(R"({"cmd":"CANCEL_FILE","errorcode":0})"));
+    QCOMPARE(entriesOf(printer.dir()), QStringList());
+}
+
+void tst_Options::saysWhyACertificateCannotBeUsed()
+{
+    ZyServerOptions options;
+    const QString missing = QStringLiteral("/missing.pem");
+    QCOMPARE(options.useTls(missing, missing),
+             QStringLiteral("certificate cannot be read: No such file or directory"));
+    QVERIFY(options.tls().isNull());
+}
+
+ZY_TEST(tst_Options)
+#include "tst_options.moc"
