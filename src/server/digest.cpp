@@ -36,7 +36,7 @@ bool Digest::matches(QFile &file, qint64 size)
     if (m_expected.isEmpty())
         return true;
     take(file, size);
-    return m_hashed == size && m_hash.result().toHex() == m_expected;
+    return m_hashed == size && m_hash.hexResult() == m_expected;
 }
 
 void Digest::take(QFile &file, qint64 end)
@@ -46,7 +46,7 @@ void Digest::take(QFile &file, qint64 end)
         const QByteArray piece = file.read(qMin(pieceSize, end - m_hashed));
         if (piece.isEmpty())
             return;
-        m_hash.addData(piece);
+        m_hash.add(piece);
         m_hashed += piece.size();
     }
 }

@@ -5,8 +5,9 @@
 #ifndef DIGEST_H
 #define DIGEST_H
 
+#include "sha256.h"
+
 #include <QByteArray>
-#include <QCryptographicHash>
 
 class QFile;
 
@@ -30,7 +31,7 @@ private:
     void take(QFile &file, qint64 end);
 
     QByteArray m_expected;
-    QCryptographicHash m_hash{QCryptographicHash::Sha256};
+    Sha256 m_hash;
     qint64 m_hashed = 0; ///< bytes from the start of the file
 };
 

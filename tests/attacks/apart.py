@@ -104,7 +104,7 @@ async def attack_with_records_left_on_the_disk(arena):
     bad = [good + b"\0", good[:-1], good + good, record(size, -1, "left.bin", key),
            record(size, size + 1, "left.bin", key), record(size + 1, MIB, "left.bin", key),
            record(size, MIB, "../left.bin", key), record(size, MIB, "", key),
-           record(size, MIB, "left.bin", "0"), b"", bytes(5000), b"\xff" * 5000,
+           record(size, MIB, "left.bin", "0"), b"\0", bytes(5000), b"\xff" * 5000,
            struct.pack(">qqI", size, MIB, 2**31), struct.pack(">qqI", size, MIB, 2**30)]
     async with arena.peer() as peer:
         for tail in bad:

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void unpacksDamagedPayloadsAsNothing_data();
     void unpacksDamagedPayloadsAsNothing();
     void takesTheSizePrefixAsAHintOnly();
+    void unpacksNoMoreThanTheLimit();
     void advancesAnOffset_data();
     void advancesAnOffset();
 };
@@ -82,6 +83,25 @@ void tst_DataChunk::takesTheSizePrefixAsAHintOnly()
     QByteArray payload = qCompress(QByteArray(5000, 'x'));
     qToBigEndian(quint32(1), payload.data());
     QCOMPARE(zyws::unpackChunk(payload, true), QByteArray(5000, 'x'));
+}
+
+void tst_DataChunk::unpacksNoMoreThanTheLimit()
+{
+    const QByteArray zeros(1000, '\0');
+    const QByteArray payload = qCompress(zeros);
+    QCOMPARE(zyws::unpackChunkWithin(payload, true, 1000).value_or(QByteArray()), zeros);
+    QVERIFY(!zyws::unpackChunkWithin(payload, true, 999));
+    // Whatever the prefix says.
+    for (const char prefix : {'\0', '\1', '\x7f', '\xff'}) {
+        QByteArray lying = payload;
+        lying.replace(0, 4, QByteArray(4, prefix));
+        QCOMPARE(zyws::unpackChunkWithin(lying, true, 1000).value_or(QByteArray()), zeros);
+        QVERIFY(!zyws::unpackChunkWithin(lying, true, 999));
+    }
+    QVERIFY(!zyws::unpackChunkWithin(payload.chopped(1), true, 1000));
+    QVERIFY(!zyws::unpackChunkWithin({}, true, 1000));
+    QCOMPARE(zyws::unpackChunkWithin(zeros, false, 1000).value_or(QByteArray()), zeros);
+    QVERIFY(!zyws::unpackChunkWithin(zeros, false, 999));
 }
 
 void tst_DataChunk::advancesAnOffset_data()

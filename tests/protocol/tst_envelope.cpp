@@ -27,6 +27,8 @@ private Q_SLOTS:
     void readsAnythingElseAsAnEmptyObject_data();
     void readsAnythingElseAsAnEmptyObject();
     void keepsANulInsideAText();
+    void knowsAFlatMessage_data();
+    void knowsAFlatMessage();
 };
 
 void tst_Envelope::writesCompactText()
@@ -153,6 +155,29 @@ void tst_Envelope::keepsANulInsideAText()
     // The serialiser escapes it, so the text of the message does not end there.
     const QString text = zyws::messageText({{QStringLiteral("f"), QString(QChar(0))}});
     QCOMPARE(text, QStringLiteral(R"({"f":"\u0000"})"));
+}
+
+void tst_Envelope::knowsAFlatMessage_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isFlat");
+    const auto row = [](const char *text, bool isFlat) {
+        QTest::newRow(text) << QString::fromUtf8(text) << isFlat;
+    };
+    row(R"({"cmd":"VERSION_CHECK"})", true);
+    row(R"({"filename":"{[}]"})", true);
+    row(R"({"filename":"\"{[\\"})", true);
+    row(R"({"filename":"\\\\","size":{}})", false);
+    row(R"({"filename":[]})", false);
+    row(R"({"filename":{}})", false);
+    row(R"([{}])", false);
+    row("", true);
+}
+
+void tst_Envelope::knowsAFlatMessage()
+{
+    QFETCH(QString, text);
+    QTEST(zyws::isFlat(text), "isFlat");
 }
 
 ZY_TEST(tst_Envelope)

@@ -48,6 +48,7 @@ private Q_SLOTS:
     void readsMissingFieldsAsZeroAndEmpty();
     void readsAnImpossibleTextLengthAsEmpty_data();
     void readsAnImpossibleTextLengthAsEmpty();
+    void knowsAWholeRecord();
 };
 
 void tst_ResumeRecord::writesTheExampleToTheByte()
@@ -164,6 +165,23 @@ void tst_ResumeRecord::readsAnImpossibleTextLengthAsEmpty()
     const ResumeRecord record = unpackResumeRecord(bytes);
     QCOMPARE(record.filename, QString());
     QCOMPARE(record.key, QString());
+}
+
+void tst_ResumeRecord::knowsAWholeRecord()
+{
+    const QString key = QStringLiteral("78563412");
+    const auto packed = [&](qint64 size, qint64 received) {
+        return packResumeRecord({size, received, QStringLiteral("a"), key});
+    };
+    QVERIFY(zyws::isWholeRecord(packed(10, 0), 10, key));
+    QVERIFY(zyws::isWholeRecord(packed(10, 10), 10, key));
+    QVERIFY(!zyws::isWholeRecord(packed(10, 11), 10, key));
+    QVERIFY(!zyws::isWholeRecord(packed(10, -1), 10, key));
+    QVERIFY(!zyws::isWholeRecord(packed(11, 5), 10, key));
+    QVERIFY(!zyws::isWholeRecord(packed(10, 5), 10, QStringLiteral("7856341")));
+    QVERIFY(!zyws::isWholeRecord(packed(10, 5) + '\0', 10, key));
+    QVERIFY(!zyws::isWholeRecord(packed(10, 5).chopped(1), 10, key));
+    QVERIFY(!zyws::isWholeRecord({}, 0, {}));
 }
 
 ZY_TEST(tst_ResumeRecord)

@@ -132,6 +132,7 @@ void tst_Vocabulary::spellsTheOtherWordsAsOnTheWire()
     QCOMPARE(zyws::results::failed, QLatin1String("CMD_FAIL"));
     QCOMPARE(zyws::results::tokenError, QLatin1String("TOKEN_ERROR"));
     QCOMPARE(zyws::keys::wifistate, QLatin1String("wifistate"));
+    QCOMPARE(zyws::keys::sha256, QLatin1String("sha256"));
 }
 
 void tst_Vocabulary::hasTheCommandsOfTheHandle()
