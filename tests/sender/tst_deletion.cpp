@@ -38,7 +38,7 @@ public:
     {
         answerTransfers();
         connect(this, &ScriptedPrinter::chunkReceived, this, [this] {
-            if (chunks().size() == 2) {
+            if (chunks().size() == 2 && peer()) { // or the sender was deleted
                 answerTransfers({true, m_held, 1, true});
                 drop();
             }
