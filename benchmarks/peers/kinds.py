@@ -74,6 +74,13 @@ class Library(Peer):
                 "--file", file]
 
 
+class Stored(Library):
+    """Nothing is compressed, so that no work hides the line, and none is hidden by it."""
+
+    def client_command(self, address, file):
+        return [*super().client_command(address, file), "--level", "0"]
+
+
 class Floor(Library):
     name = "bare Qt"
     server_program, client_program = "zy_bench_floorserver", "zy_bench_floorclient"

@@ -34,7 +34,8 @@ class HeldSocket;
 /**
  * One connection to a printer.
  *
- * Everything runs in the thread that created the client, on its event loop. No operation returns an
+ * Everything runs in the thread that created the client, on its event loop; only compression may be
+ * moved to others, see setCompressionThreads(). No operation returns an
  * error or throws: failures arrive as signals, or show in socketConnectStatus(). Nothing re-opens a
  * dropped connection by itself.
  *
