@@ -16,11 +16,13 @@ MEASURES = {"whole": "during the transfer", "deleted": "while the sender is dele
 def run(options):
     rows = []
     with measure.scratch(3 * options.mib * files.MIB) as scratch:
+        receive = os.path.join(scratch, "received")
+        os.mkdir(receive)
         for case, name in files.NAMES.items():
             source = shutil.copy(os.path.join(options.files, name), scratch)
             runs = []
             for _ in range(options.pairs):
-                with measure.Server("library", scratch) as server:
+                with measure.Server("library", receive) as server:
                     runs.append(measure.run_json([measure.program("gap"), "--url", server.url,
                                                   "--file", source]))
             for key, title in MEASURES.items():
