@@ -220,6 +220,7 @@ private:
 
     void sendFrom(QFile &file, qint64 offset, bool compress);
     void sendChunks(QFile &file, bool compress);
+    bool pumpOut();
     bool pumpUntil(const std::function<bool()> &hasCome);
 
     std::unique_ptr<zyws::HeldSocket> m_heldSocket;
