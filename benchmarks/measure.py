@@ -70,23 +70,22 @@ class Server:
             self.usage = json.loads(output)
 
 
-def interleave(pairs, measure):
-    """Calls measure(side) for both sides in the order A B B A …; {side: [result, …]}."""
-    results = {side: [] for side in SIDES}
+def interleave(pairs, measure, sides=SIDES):
+    """Calls measure(side) for all sides in the order A B B A …; {side: [result, …]}."""
+    results = {side: [] for side in sides}
     for pair in range(pairs):
-        for side in SIDES if pair % 2 == 0 else SIDES[::-1]:
+        for side in sides if pair % 2 == 0 else sides[::-1]:
             results[side].append(measure(side))
     return results
 
 
-def row(case, measure, unit, results, key, target=None):
+def row(case, measure, unit, results, key, target=None, side="library"):
     """One line of a result table: medians, their ratio, and the spread of the pairs' ratios."""
-    values = {side: [result[key] for result in results[side]] for side in SIDES}
-    medians = {side: statistics.median(values[side]) for side in SIDES}
-    pairs = [own / bare for own, bare in zip(values["library"], values["floor"])]
-    ratio = medians["library"] / medians["floor"]
+    own, bare = ([result[key] for result in results[of]] for of in (side, "floor"))
+    pairs = [mine / floor for mine, floor in zip(own, bare)]
+    ratio = statistics.median(own) / statistics.median(bare)
     return {"case": case, "measure": measure, "unit": unit,
-            "library": medians["library"], "floor": medians["floor"],
+            "library": statistics.median(own), "floor": statistics.median(bare),
             "ratio": ratio, "spread": [min(pairs), max(pairs)],
             "target": target, "met": is_met(ratio, target)}
 

@@ -16,6 +16,7 @@ FLOOR_SECTIONS = {
     "status": "GET_PRINT_STATUS, against bare Qt",
     "crowd": "Many connections, against bare Qt",
 }
+VERDICT = {True: "met", False: "**missed**", None: ""}
 FIGURE = re.compile(r"[-\d.]*")
 LINK_RATES = (60, 100, 1000)  # Mbit/s
 ROUND_TRIPS = (0, 1, 5, 20)  # ms
@@ -54,13 +55,19 @@ def missing(section):
 
 
 def floor_table(section):
-    verdict = {True: "met", False: "**missed**", None: ""}
     return table(
         ["Case", "Measure", "Library", "Bare Qt", "Ratio", "Pairs from", "to", "Target", ""],
         [[row["case"], f"{row['measure']}, {row['unit']}", row["library"], row["floor"],
           f"{row['ratio']:.3f}", *(f"{end:.3f}" for end in row["spread"]),
-          (row.get("target") or "").replace("<=", "≤").replace(">=", "≥"), verdict[row.get("met")]]
+          (row.get("target") or "").replace("<=", "≤").replace(">=", "≥"), VERDICT[row.get("met")]]
          for row in section["rows"]])
+
+
+def gap_table(section):
+    return table(
+        ["File", "Measure", "Median, ms", "Longest, ms", "Target", ""],
+        [[row["case"], row["measure"], f"{row['gap']:.1f}", f"{row['longest']:.1f}",
+          row["target"].replace("<=", "≤"), VERDICT[row["met"]]] for row in section["rows"]])
 
 
 def peers_tables(section):
@@ -71,11 +78,16 @@ def peers_tables(section):
         heads = ["File", "Sent with", "Wall, s", "Client CPU, s", "Server CPU, s"]
         is_counted = any(row["bytes_on_wire"] is not None for row in rows)
         lines = [[row["case"], row["peer"], row["wall"], row["client_cpu"], f"{row['server_cpu']:.2f}",
-                  *([on_wire(row)] if is_counted else [])]
+                  *([on_wire(row), f"{row['wall'] / line_time(row):.2f}"] if is_counted else [])]
                  for case in cases for row in rows if row["case"] == case]
         parts.append(f"Over {'the ' if link == 'loopback' else 'a link of '}{link}:\n\n" +
-                     table(heads + ["MiB on the wire"] * is_counted, lines))
+                     table(heads + ["MiB on the wire", "Wall / line"] * is_counted, lines))
     return "\n\n".join(parts)
+
+
+def line_time(row):
+    """What the line alone needs for the bytes that were sent, in seconds."""
+    return row["bytes_on_wire"] * 8 / (row["rate"] * 1e6)
 
 
 def on_wire(row):
@@ -115,6 +127,7 @@ def expectations(shaped):
 
 SECTIONS = {
     **{name: (title, floor_table) for name, title in FLOOR_SECTIONS.items()},
+    "gap": ("How long the sending application's own thread is kept", gap_table),
     "peers": ("Other ways to send the same files", peers_tables),
     "roundtrip": ("One acknowledgement per chunk, on links with a delay", roundtrip_tables),
 }

@@ -16,13 +16,19 @@ ClientOptions clientOptions(const QCoreApplication &app)
                                  QStringLiteral("URL"));
     const QCommandLineOption file(QStringLiteral("file"), QStringLiteral("Send FILE."),
                                   QStringLiteral("FILE"));
+    const QCommandLineOption level(QStringLiteral("level"), QStringLiteral("Compress at level N."),
+                                   QStringLiteral("N"), QStringLiteral("-1"));
+    const QCommandLineOption threads(QStringLiteral("threads"),
+                                     QStringLiteral("Compress in N threads."), QStringLiteral("N"),
+                                     QStringLiteral("0"));
     QCommandLineParser parser;
     parser.addHelpOption();
-    parser.addOptions({url, file});
+    parser.addOptions({url, file, level, threads});
     parser.process(app);
     if (!parser.isSet(url) || !parser.isSet(file))
         parser.showHelp(2);
-    return {QUrl(parser.value(url)), parser.value(file)};
+    return {QUrl(parser.value(url)), parser.value(file), parser.value(level).toInt(),
+            parser.value(threads).toInt()};
 }
 
 } // namespace zybench

@@ -16,9 +16,11 @@ namespace zybench
 struct ClientOptions {
     QUrl url;
     QString file;
+    int level = -1; ///< as ZySslEchoClient::setCompressionLevel()
+    int threads = 0; ///< as ZySslEchoClient::setCompressionThreads()
 };
 
-/// Reads "--url URL --file FILE"; leaves the process when they are wrong.
+/// Reads "--url URL --file FILE [--level N] [--threads N]"; leaves the process when they are wrong.
 ClientOptions clientOptions(const QCoreApplication &app);
 
 } // namespace zybench

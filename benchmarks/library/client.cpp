@@ -16,6 +16,8 @@ int main(int argc, char *argv[])
     const zybench::ClientOptions options = zybench::clientOptions(app);
     zybench::TransferClock clock;
     ZySslEchoClient client(options.url);
+    client.setCompressionLevel(options.level);
+    client.setCompressionThreads(options.threads);
     QObject::connect(&client, &ZySslEchoClient::connected, &client, [&] {
         clock.start();
         client.sendFile(options.file, QFileInfo(options.file).fileName());

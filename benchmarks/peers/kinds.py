@@ -52,20 +52,49 @@ class Peer:
 
 
 class Library(Peer):
+    """A ZySslEchoClient at the default level, which starts no thread."""
+
     name = "libzyWebsocket"
+    server_program, client_program = "zy_bench_libserver", "zy_bench_libclient"
 
     def lacks(self):
-        absent = [name for name in ("zy_bench_libserver", "zy_bench_libclient")
+        absent = [name for name in (self.server_program, self.client_program)
                   if not (self.programs / name).exists()]
         return f"not built: {', '.join(absent)} (in {self.programs})" if absent else ""
 
     def start(self, link):
-        return self.launch(link, (self.programs / "zy_bench_libserver").resolve(),
+        return self.launch(link, (self.programs / self.server_program).resolve(),
                            "--dir", self.inbox, "--port", "0").announced_port()
 
+    def url(self, address):
+        return f"ws://{address}:{self.port}"
+
     def client_command(self, address, file):
-        return [(self.programs / "zy_bench_libclient").resolve(),
-                "--url", f"ws://{address}:{self.port}", "--file", file]
+        return [(self.programs / self.client_program).resolve(), "--url", self.url(address),
+                "--file", file]
+
+
+class Stored(Library):
+    """Nothing is compressed, so that no work hides the line, and none is hidden by it."""
+
+    def client_command(self, address, file):
+        return [*super().client_command(address, file), "--level", "0"]
+
+
+class Floor(Library):
+    name = "bare Qt"
+    server_program, client_program = "zy_bench_floorserver", "zy_bench_floorclient"
+
+
+class Slicer(Library):
+    """A ZyFileSender with its own defaults, as users meet it."""
+
+    name = "zyslicer"
+    client_program = "../apps/slicer/zyslicer"
+
+    def client_command(self, address, file):
+        return [(self.programs / self.client_program).resolve(), "send", file,
+                "--to", self.url(address), "--quiet"]
 
 
 class CurlToNginx(Peer):
@@ -86,7 +115,8 @@ class CurlToNginx(Peer):
 
 
 class Rsync(Peer):
-    name = "rsync -z"
+    name = "rsync"
+    options = ()
     needs = (("rsync", "rsync"),)
 
     def start(self, link):
@@ -98,7 +128,13 @@ class Rsync(Peer):
         return port
 
     def client_command(self, address, file):
-        return ["rsync", "-z", "--whole-file", file, f"rsync://{address}:{self.port}/inbox/"]
+        return ["rsync", *self.options, "--whole-file", file,
+                f"rsync://{address}:{self.port}/inbox/"]
+
+
+class RsyncCompressing(Rsync):
+    name = "rsync -z"
+    options = ("-z",)
 
 
 class Tus(Peer):
@@ -137,7 +173,7 @@ class Tus(Peer):
                 f"http://{address}:{self.port}/files", file]
 
 
-KINDS = (Library, CurlToNginx, Rsync, Tus)
+KINDS = (Slicer, Library, Floor, CurlToNginx, Rsync, RsyncCompressing, Tus)
 
 # One process in the foreground, everything in the peer's own directory.
 NGINX = """

@@ -21,7 +21,7 @@ from kinds import KINDS, Library  # noqa: E402
 from link import LinkUnavailable, Loopback, SlowLink  # noqa: E402
 from processes import PeerFailed, run_client  # noqa: E402
 
-SLOW_RATE = 60  # Mbit/s, about what a printer's wireless link carries
+RATES = (60, 300, 1000)  # Mbit/s: about what a printer's wireless link carries, a good one, a cable
 ROUNDS = 3
 QUICK_SIZE = 4 * 1024 * 1024
 MEASURES = ("wall", "client_cpu", "server_cpu", "bytes_on_wire")
@@ -66,7 +66,8 @@ def send_once(peer, link, file, expected):
 
 
 def median_row(link, case, peer, runs):
-    row = {"link": link.name, "case": case, "peer": peer.name, "runs": len(runs)}
+    row = {"link": link.name, "case": case, "peer": peer.name, "runs": len(runs),
+           "rate": getattr(link, "rate", None)}
     for measure in MEASURES:
         values = [run[measure] for run in runs]
         row[measure] = None if None in values else statistics.median(values)
@@ -120,7 +121,7 @@ def compare(arguments):
             peers.append(peer)
     with measure.scratch(len(files.NAMES) * QUICK_SIZE) as scratch:
         sent = sources(arguments.files, arguments.quick, scratch)
-        for link in (Loopback(), SlowLink(SLOW_RATE)):
+        for link in (Loopback(), *map(SlowLink, RATES)):
             try:
                 rows += serve_and_compare(link, peers, sent, rounds(arguments), missing)
             except LinkUnavailable as error:

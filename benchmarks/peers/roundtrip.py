@@ -14,7 +14,7 @@ HERE = Path(__file__).parent
 sys.path.insert(0, str(HERE.parent))
 
 import measure  # noqa: E402
-from kinds import Library  # noqa: E402
+from kinds import Stored  # noqa: E402
 from link import BURST, LinkUnavailable, Loopback, SlowLink  # noqa: E402
 from peers import digest, empty, options_parser, rounds, run_section, sources  # noqa: E402
 from processes import PeerFailed, run_client  # noqa: E402
@@ -22,7 +22,7 @@ from processes import PeerFailed, run_client  # noqa: E402
 CHUNK = 1024 * 1024
 ROUND_TRIPS = (0.0, 0.001, 0.005, 0.020)  # seconds
 RATE = 100  # Mbit/s
-MEASURED_CASES = ("random bytes", "layer model")
+MEASURED_CASES = ("random bytes",)
 SEGMENT = 1448  # bytes of payload in a packet of 1500
 FIRST_WINDOW = 10  # segments that TCP sends before the first acknowledgement
 
@@ -63,7 +63,7 @@ class Line:
     def __init__(self, link, programs, scratch, running):
         running.enter_context(link)
         self.link = link
-        self.library = Library(programs)
+        self.library = Stored(programs)
         running.callback(self.library.stop)
         self.library.serve(link, tempfile.mkdtemp(dir=scratch))
         self.round_trip = link.measured_round_trip()

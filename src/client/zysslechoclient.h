@@ -34,9 +34,10 @@ class HeldSocket;
 /**
  * One connection to a printer.
  *
- * Everything runs in the thread that created the client, on its event loop. No operation returns an
- * error or throws: failures arrive as signals, or show in socketConnectStatus(). Nothing re-opens a
- * dropped connection by itself.
+ * Everything runs in the thread that created the client, on its event loop; only compression may be
+ * moved to others, see setCompressionThreads(). No operation returns an error or throws: failures
+ * arrive as signals, or show in socketConnectStatus(). Nothing re-opens a dropped connection by
+ * itself.
  *
  * While a file is being sent, its send loop spins the event loop: every slot of the application may
  * run nested inside it. Two clients that send at the same time belong in two threads, since the
@@ -219,6 +220,7 @@ private:
 
     void sendFrom(QFile &file, qint64 offset, bool compress);
     void sendChunks(QFile &file, bool compress);
+    bool pumpOut();
     bool pumpUntil(const std::function<bool()> &hasCome);
 
     std::unique_ptr<zyws::HeldSocket> m_heldSocket;

@@ -18,6 +18,7 @@
 #include <QPointer>
 #include <QScopedValueRollback>
 #include <QThread>
+#include <QTimer>
 
 #include <exception>
 
@@ -136,8 +137,23 @@ void ZySslEchoClient::sendChunks(QFile &file, bool compress)
             QCoreApplication::processEvents();
         if (!self || chunk.size < 1 || !m_isSending)
             return;
+        if (m_compressionThreads == 0 && compress && !pumpOut())
+            return;
         ahead.prepare({m_compressionLevel, m_compressionThreads});
     }
+}
+
+/// Has the system take as much of a chunk as it does at once, since compressing keeps this thread
+/// from passing on the rest. False when the transfer is to end instead.
+bool ZySslEchoClient::pumpOut()
+{
+    constexpr int longest = 3; // ms: enough for a fast line, little beside a slow one's time
+    QTimer limit;
+    limit.setSingleShot(true);
+    limit.start(longest);
+    return pumpUntil([&] {
+        return m_hasDataReply || m_webSocket.bytesToWrite() == 0 || !limit.isActive();
+    });
 }
 
 /// Processes events until what the send loop waits for @p hasCome; false when the transfer is to

@@ -8,12 +8,9 @@
 #include "workerpool.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
-#include <atomic>
-#include <chrono>
-#include <exception>
-#include <mutex>
 #include <thread>
 #include <utility>
 
@@ -36,67 +33,20 @@ int threadCount(int wanted)
 
 } // namespace
 
-/// Rung by the workers while there is a listener, who may go at any time.
-struct LookAhead::Bell {
-    std::mutex mutex;
-    std::function<void()> ring;
-};
-
-/// Shared with the thread that compresses it, which may be left alone with it.
-struct LookAhead::Job {
-    void run();
-
-    QByteArray bytes;
-    int size = 0;
-    Effort effort{Effort::ZlibLevel, -1};
-    std::atomic_bool isAbandoned{false};
-    std::atomic_bool isDone{false};
-    // Once it is done:
-    QByteArray payload;
-    std::exception_ptr failure;
-    double seconds = 0;
-};
-
-void LookAhead::Job::run()
-{
-    if (isAbandoned)
-        return;
-    const auto start = std::chrono::steady_clock::now();
-    try {
-        payload = compressed(bytes, effort);
-    } catch (...) {
-        failure = std::current_exception();
-    }
-    bytes.clear();
-    seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    isDone = true;
-}
-
-QByteArray LookAhead::Chunk::payload() const
-{
-    if (job->failure)
-        std::rethrow_exception(job->failure);
-    return job->payload;
-}
-
-bool LookAhead::FileState::operator!=(const FileState &other) const
-{
-    return size != other.size || modified != other.modified;
-}
-
 LookAhead::LookAhead(QFile &file, bool compress, std::function<void()> onReady)
-    : m_file(file), m_isCompressing(compress), m_bell(std::make_shared<Bell>())
+    : m_file(file), m_isCompressing(compress), m_path(QFileInfo(file).canonicalFilePath()),
+      m_bell(std::make_shared<Bell>(std::move(onReady)))
 {
-    m_bell->ring = std::move(onReady);
     m_clock.start();
 }
 
 LookAhead::~LookAhead()
 {
+    if (m_shared)
+        m_shared->leave(this);
     for (const Entry &entry : m_entries)
-        entry.chunk.job->isAbandoned = true;
-    const std::lock_guard<std::mutex> lock(m_bell->mutex);
-    m_bell->ring = nullptr;
+        entry.chunk.job->leave(m_bell);
+    m_bell->silence();
 }
 
 void LookAhead::prepare(const Compression &wanted)
@@ -112,31 +62,33 @@ void LookAhead::prepare(const Compression &wanted)
 
 bool LookAhead::isReady() const
 {
-    return !m_entries.empty() && m_entries.front().chunk.job->isDone;
+    return !m_entries.empty() && m_entries.front().chunk.job->isDone();
 }
 
 LookAhead::Chunk LookAhead::take()
 {
     measure();
-    const Chunk chunk = m_entries.front().chunk;
+    const Entry entry = m_entries.front();
     m_entries.pop_front();
-    m_sent = chunk.job;
+    if (m_shared)
+        m_shared->advance(this, entry.position + entry.chunk.size);
+    m_sent = entry.chunk.job;
     m_waitingSince = now();
-    return chunk;
+    return entry.chunk;
 }
 
 void LookAhead::acknowledged()
 {
-    if (m_sent && m_sent->effort.kind == Effort::Rung && m_sent->isDone && !m_sent->failure) {
+    if (m_sent && m_sent->effort().kind == Effort::Rung && !m_sent->hasFailed()) {
         const auto seconds = static_cast<double>(now() - m_waitingSince) / 1e9;
-        m_controller.acknowledged(m_sent->effort.number, m_sent->size, m_sent->payload.size(),
+        m_controller.acknowledged(m_sent->effort().number, m_sent->size(), m_sent->payload().size(),
                                   seconds);
     }
     m_sent.reset();
 }
 
 /// In this order: the size asks the system, and the time is then known as well.
-LookAhead::FileState LookAhead::fileState() const
+FileState LookAhead::fileState() const
 {
     const qint64 size = m_file.size();
     return {size, m_file.fileTime(QFileDevice::FileModificationTime)};
@@ -144,60 +96,78 @@ LookAhead::FileState LookAhead::fileState() const
 
 void LookAhead::discardStale()
 {
-    if (m_entries.empty() || !(fileState() != m_entries.front().fileState))
+    if (m_entries.empty() || fileState() == m_entries.front().fileState)
         return;
     m_file.seek(m_entries.front().position);
     for (const Entry &entry : m_entries)
-        entry.chunk.job->isAbandoned = true;
+        entry.chunk.job->leave(m_bell);
     m_entries.clear();
 }
 
 void LookAhead::read(int level, int threads)
 {
-    const auto job = std::make_shared<Job>();
     const FileState state = fileState();
     const qint64 position = m_file.pos();
-    job->bytes = QByteArray(chunkSize, Qt::Uninitialized);
-    const auto count = static_cast<int>(m_file.read(job->bytes.data(), chunkSize));
-    job->bytes.truncate(std::max(count, 0));
-    job->size = count;
-    m_entries.push_back({{count, job}, position, state});
-    if (count < 1 || !m_isCompressing) {
-        job->payload = std::exchange(job->bytes, {});
-        job->isDone = true;
-        return;
+    bool isNew = true;
+    std::shared_ptr<ChunkJob> job;
+    if (threads > 0 && m_isCompressing) {
+        share(level);
+        job = m_shared->chunk(
+            this, position, state, m_bell, [&] { return readChunk(level); }, isNew);
+    } else {
+        job = readChunk(level);
+        job->join(m_bell);
     }
-    if (level == adaptiveLevel)
-        job->effort = {Effort::Rung, m_controller.choose()};
+    m_entries.push_back({{job->size(), job}, position, state});
+    if (!isNew)
+        m_file.seek(position + qMax(0, job->size()));
+    else if (job->size() < 1 || !m_isCompressing)
+        job->passThrough();
     else
-        job->effort.number = level;
-    compress(job, threads);
+        compress(job, threads);
 }
 
-void LookAhead::compress(const std::shared_ptr<Job> &job, int threads)
+std::shared_ptr<ChunkJob> LookAhead::readChunk(int level)
 {
-    const auto work = [job, bell = m_bell] {
-        job->run();
-        const std::lock_guard<std::mutex> lock(bell->mutex);
-        if (bell->ring)
-            bell->ring();
-    };
-    if (threads > 0 && startInPool(work, threads))
+    QByteArray bytes(chunkSize, Qt::Uninitialized);
+    const auto count = static_cast<int>(m_file.read(bytes.data(), chunkSize));
+    bytes.truncate(std::max(count, 0));
+    Effort effort{Effort::ZlibLevel, level};
+    if (level == adaptiveLevel && m_isCompressing && count > 0)
+        effort = {Effort::Rung, m_controller.choose()};
+    return std::make_shared<ChunkJob>(std::move(bytes), count, effort);
+}
+
+void LookAhead::compress(const std::shared_ptr<ChunkJob> &job, int threads)
+{
+    if (threads > 0 && startInPool([job] { job->run(); }, threads))
         return;
     job->run();
     m_waitingSince = now();
+}
+
+/// Finds those who send the same file at the same level.
+void LookAhead::share(int level)
+{
+    if (m_shared && m_sharedLevel == level)
+        return;
+    if (m_shared)
+        m_shared->leave(this);
+    m_shared = SharedFile::of(m_path, level);
+    m_sharedLevel = level;
 }
 
 /// Tells the controller what has been compressed since.
 void LookAhead::measure()
 {
     for (Entry &entry : m_entries) {
-        const Job &job = *entry.chunk.job;
-        if (entry.isMeasured || !job.isDone)
+        const ChunkJob &job = *entry.chunk.job;
+        if (entry.isMeasured || !job.isDone())
             continue;
         entry.isMeasured = true;
-        if (job.effort.kind == Effort::Rung && !job.failure)
-            m_controller.compressed(job.effort.number, job.size, job.payload.size(), job.seconds);
+        if (job.effort().kind == Effort::Rung && !job.hasFailed())
+            m_controller.compressed(job.effort().number, job.size(), job.payload().size(),
+                                    job.seconds());
     }
 }
 

@@ -6,8 +6,8 @@
 #define LOOKAHEAD_H
 
 #include "levelcontroller.h"
+#include "sharedfile.h"
 
-#include <QDateTime>
 #include <QElapsedTimer>
 
 #include <deque>
@@ -33,7 +33,8 @@ struct Compression {
  * where the caller's thread compresses, one more than there are threads otherwise.
  *
  * A chunk that was read before the file changed is read again when its turn comes, so what is taken
- * is what reading late would give.
+ * is what reading late would give. With threads, chunks are shared with whoever else sends the same
+ * file at the same level.
  */
 class LookAhead
 {
@@ -50,13 +51,12 @@ public:
     /// Whether the next chunk is compressed. False before prepare().
     bool isReady() const;
 
-    struct Job;
     /// A chunk whose turn has come.
     struct Chunk {
         int size; ///< bytes of the file; below 1 at its end
-        std::shared_ptr<Job> job;
+        std::shared_ptr<ChunkJob> job;
         /// What is to be sent. Throws what compressing has thrown.
-        QByteArray payload() const;
+        QByteArray payload() const { return job->payload(); }
     };
 
     /// The next chunk, which isReady(). The caller sends it at once.
@@ -65,12 +65,6 @@ public:
     void acknowledged();
 
 private:
-    struct Bell;
-    struct FileState {
-        qint64 size = 0;
-        QDateTime modified;
-        bool operator!=(const FileState &other) const;
-    };
     struct Entry {
         Chunk chunk;
         qint64 position; ///< in the file
@@ -81,17 +75,22 @@ private:
     FileState fileState() const;
     void discardStale();
     void read(int level, int threads);
-    void compress(const std::shared_ptr<Job> &job, int threads);
+    std::shared_ptr<ChunkJob> readChunk(int level);
+    void compress(const std::shared_ptr<ChunkJob> &job, int threads);
+    void share(int level);
     void measure();
     qint64 now() const { return m_clock.nsecsElapsed(); }
 
     QFile &m_file;
     const bool m_isCompressing;
+    const QString m_path;
     std::shared_ptr<Bell> m_bell;
+    std::shared_ptr<SharedFile> m_shared; ///< null without threads
+    int m_sharedLevel = 0;
     std::deque<Entry> m_entries;
     LevelController m_controller;
     QElapsedTimer m_clock;
-    std::shared_ptr<Job> m_sent; ///< the chunk taken last
+    std::shared_ptr<ChunkJob> m_sent; ///< the chunk taken last
     qint64 m_waitingSince = 0; ///< ns: the line alone has been waited for from then on
 };
 

@@ -44,6 +44,11 @@ private Q_SLOTS:
     void readsAgainWhatHasChanged_data();
     void readsAgainWhatHasChanged();
     void readsOnInARemovedFile();
+    void sharesWhatSeveralSend_data();
+    void sharesWhatSeveralSend();
+    void sharesNothingOfAnotherKind();
+    void keepsLittleForASlowOne();
+    void compressesAnewWhatNobodyWanted();
     void leavesBusyThreadsAlone();
     void passesAnExceptionOn();
 };
@@ -53,6 +58,12 @@ namespace
 
 /// A file that is being read ahead.
 struct Reading {
+    /// One more reader of a file.
+    explicit Reading(const QString &existing) : path(existing), file(path)
+    {
+        isOpen = file.open(QIODevice::ReadOnly);
+        ahead = std::make_unique<LookAhead>(file, true, [] {});
+    }
     explicit Reading(
         const QByteArray &contents, bool compress = true, std::function<void()> ring = [] {})
         : path(zytest::writeFile(directory.filePath(QStringLiteral("local.bin")), contents)),
@@ -85,7 +96,7 @@ struct Reading {
     QTemporaryDir directory;
     QString path;
     QFile file;
-    bool isOpen;
+    bool isOpen = false;
     std::unique_ptr<LookAhead> ahead;
 };
 
@@ -247,6 +258,92 @@ void LookAheadTest::readsOnInARemovedFile()
     QVERIFY(reading.isReady({-1, 1}));
     QVERIFY(QFile::remove(reading.path));
     QVERIFY(reading.rest({-1, 1}) == compressedChunks(contents));
+}
+
+void LookAheadTest::sharesWhatSeveralSend_data()
+{
+    QTest::addColumn<int>("level");
+    QTest::newRow("default level") << -1;
+    QTest::newRow("adaptive") << zyws::adaptiveLevel;
+}
+
+void LookAheadTest::sharesWhatSeveralSend()
+{
+    QFETCH(int, level);
+    const QByteArray contents = compressibleBytes(9 * chunkBytes / 2);
+    Reading first(contents);
+    Reading second(first.path);
+    Reading slow(first.path);
+    for (Reading *reading : {&first, &second, &slow})
+        QVERIFY(reading->isReady({level, 2}));
+
+    // One runs away, one stays beside it, one comes long after.
+    QByteArrayList payloads[3];
+    for (int i = 0; i < 5; ++i) {
+        for (Reading *reading : {&first, &second}) {
+            QVERIFY(reading->isReady({level, 2}));
+            payloads[reading == &second].append(reading->ahead->take().payload());
+        }
+    }
+    payloads[2] = slow.rest({level, 2});
+
+    QByteArray inflated;
+    for (int i = 0; i < 5; ++i) {
+        inflated += qUncompress(payloads[0].at(i));
+        for (const QByteArrayList &others : payloads)
+            QCOMPARE(others.at(i).constData(), payloads[0].at(i).constData()); // the same memory
+    }
+    QVERIFY(inflated == contents);
+}
+
+void LookAheadTest::sharesNothingOfAnotherKind()
+{
+    const QByteArray contents = compressibleBytes(chunkBytes);
+    Reading first(contents);
+    Reading otherLevel(first.path);
+    Reading withoutThreads(first.path);
+    QVERIFY(first.isReady({-1, 2}));
+    QVERIFY(otherLevel.isReady({9, 2}));
+    QVERIFY(withoutThreads.isReady({-1, 0}));
+    const QByteArray payload = first.ahead->take().payload();
+    QVERIFY(otherLevel.ahead->take().payload() == qCompress(contents, 9));
+    QVERIFY(withoutThreads.ahead->take().payload().constData() != payload.constData());
+    letTimePass();
+    const QByteArray changed = compressibleBytes(chunkBytes, 2);
+    zytest::writeFile(first.path, changed);
+    Reading afterwards(first.path);
+    QVERIFY(afterwards.rest({-1, 2}) == compressedChunks(changed));
+}
+
+void LookAheadTest::keepsLittleForASlowOne()
+{
+    constexpr int chunks = 70; // more than are kept
+    const QByteArray contents = zytest::randomBytes(chunkBytes).repeated(chunks);
+    Reading fast(contents);
+    Reading slow(fast.path);
+    const Compression stored{0, 2};
+    QVERIFY(slow.isReady(stored));
+    const QByteArrayList payloads = fast.rest(stored);
+    const QByteArrayList later = slow.rest(stored);
+    QCOMPARE(later.size(), chunks);
+    QVERIFY(payloads == later);
+    int shared = 0;
+    for (int i = 0; i < chunks; ++i)
+        shared += later.at(i).constData() == payloads.at(i).constData();
+    QVERIFY2(shared >= 60 && shared < chunks, qPrintable(QString::number(shared)));
+}
+
+void LookAheadTest::compressesAnewWhatNobodyWanted()
+{
+    Gate gate;
+    const QByteArray contents = compressibleBytes(2 * chunkBytes);
+    Reading first(contents);
+    Reading second(first.path);
+    first.ahead->prepare({-1, 2});
+    first.ahead.reset();
+    second.ahead->prepare({-1, 2});
+    gate.open();
+    QVERIFY(second.rest({-1, 2}) == compressedChunks(contents));
 }
 
 void LookAheadTest::leavesBusyThreadsAlone()

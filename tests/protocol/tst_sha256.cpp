@@ -3,6 +3,7 @@
 // SHA-256 against the standard's examples, with either implementation.
 
 #include "sha256.h"
+#include "testprogram.h"
 
 #include <QtTest>
 
@@ -43,5 +44,5 @@ void tst_Sha256::digestsPiecesAsTheWhole()
                                "f1809a48a497200e046d39ccc7112cd0"));
 }
 
-QTEST_GUILESS_MAIN(tst_Sha256)
+ZY_TEST(tst_Sha256)
 #include "tst_sha256.moc"
