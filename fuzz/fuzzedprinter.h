@@ -17,7 +17,7 @@ namespace fuzzing
 {
 
 /**
- * Each input gets a connection of its own and an empty receive directory: what it does depends on
+ * Each input gets its own connection and an empty receive directory: what it does depends on
  * nothing before it.
  */
 class FuzzedPrinter
@@ -39,7 +39,7 @@ public:
 
     QString path(const QString &name) const { return m_dir.filePath(name); }
 
-    /// Called with each finished file's path; null when nobody cares.
+    /// Called with each finished file's path; null to ignore them.
     std::function<void(const QString &)> onFinished;
 
 private:

@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: MIT
 """Writes the seeds of the fuzz targets into corpus/<target>/.
 
-Findings are kept there as well, under names of their own; this leaves them alone.
+Findings are kept there as well, under their own names; this leaves them alone.
 """
 
 import pathlib

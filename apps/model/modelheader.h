@@ -53,7 +53,7 @@ QByteArray headerBytes(const ModelHeader &header, const QVector<LayerEntry> &lay
 /**
  * Reads the fixed part of a header.
  *
- * @param resinBytes the length of the resin's name behind it.
+ * @param resinBytes the length of the resin's name that follows it.
  * @return what is wrong, empty when nothing is.
  */
 QString parseFixedHeader(const QByteArray &bytes, ModelHeader &header, int &resinBytes);

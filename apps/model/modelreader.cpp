@@ -48,7 +48,7 @@ bool ModelReader::open(const QString &path)
 {
     m_file.close();
     m_file.setFileName(path);
-    // Opening a FIFO would wait for somebody who writes into it.
+    // Opening a FIFO would wait for a writer.
     const QFileInfo info(path);
     if (info.exists() && !info.isFile())
         return fail(QStringLiteral("it is no regular file"));

@@ -32,7 +32,7 @@ public:
         Busy, ///< print: the printer prints, receives or checks
         CheckFailed, ///< print: the printer lacks the file, or finds it no valid model
         Refused, ///< pause, stop, set: not now
-        NotTaken, ///< set: the printer keeps values of its own, Result::kept
+        NotTaken, ///< set: the printer keeps other values: Result::kept
         TokenRejected,
         NoAnswer, ///< within the time limit
         ConnectionLost, ///< or not open when the command was to be sent

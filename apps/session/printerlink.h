@@ -28,7 +28,7 @@ struct TimeLimits {
  * One printer's connection. Nothing re-opens a lost one by itself.
  *
  * Files are not sent on it: a client spins the event loop while it sends, and any number of links
- * may share one thread. The library's ZyFileSender makes a connection of its own.
+ * may share one thread. The library's ZyFileSender makes its own connection.
  *
  * Each opening makes a new client, because a closed connection whose peer is silent cannot be
  * opened again. The object may be deleted in a slot connected to its signals.

@@ -62,7 +62,7 @@ struct PrinterStatus {
     /// -1 when the printer's text is no count of seconds.
     qint64 remainingSeconds() const;
 
-    /// Two statuses that a reader would not tell apart, numbers compared as numbers.
+    /// The same for a reader: numbers are compared as numbers.
     bool operator==(const PrinterStatus &other) const;
     bool operator!=(const PrinterStatus &other) const { return !(*this == other); }
 };

@@ -41,7 +41,7 @@ QString settingsPath(const QString &file)
 QStringList keysOf(QSettings &settings, QLatin1String group)
 {
     settings.beginGroup(group);
-    const QStringList keys = settings.allKeys();
+    QStringList keys = settings.allKeys();
     settings.endGroup();
     return keys;
 }

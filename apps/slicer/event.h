@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// What a job tells while it runs.
+// What a job reports while it runs.
 
 #ifndef EVENT_H
 #define EVENT_H

@@ -25,7 +25,7 @@ namespace
 void installLogFilter(bool isVerbose)
 {
     // The library's lines are on by default; next to a progress bar they are noise. So are the
-    // warnings of Qt's sockets, whose failures the program tells in words of its own.
+    // warnings of Qt's sockets, whose failures the program reports itself.
     const QString state = isVerbose ? QStringLiteral("true") : QStringLiteral("false");
     QLoggingCategory::setFilterRules(QStringLiteral("zywebsocket.*.debug=%1\nzysession.debug=%1\n"
                                                     "zyslicer.debug=%1\ndefault.warning=%1")
@@ -47,7 +47,7 @@ int endWith(const Request &request, const Outcome &outcome)
     return exitWith(outcome);
 }
 
-/// What could not be told has not been done for whoever reads it.
+/// To the reader of the output, what could not be written has not been done.
 int exitCodeOnceWritten(int exitCode)
 {
     const Outcome written = writingOutcome();

@@ -13,7 +13,7 @@ namespace zyws
 {
 
 /**
- * Runs a worker, and is left behind when its sender is deleted meanwhile: a chunk that is being
+ * Runs a worker, and is abandoned when its sender is deleted meanwhile: a chunk that is being
  * compressed would make the sender's thread wait. It then ends by itself and is deleted by the
  * event loop, or, at the latest, when the application object goes, which waits for it.
  */

@@ -19,7 +19,7 @@ class ZySslEchoServer;
  *
  * Created by ZySslEchoServer for each accepted socket and owned by it. Lives in the server's
  * thread until the event loop runs after the socket's disconnect, or until the server is
- * destroyed, whichever is first. Has no meta-object of its own.
+ * destroyed, whichever is first. Has no own meta-object.
  */
 class ZYWEBSOCKET_EXPORT ZyWebHandle : public QObject // clazy:exclude=missing-qobject-macro
 {

@@ -97,6 +97,7 @@ class TestPanelPictures : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void cleanupTestCase() { QDir::setCurrent(QDir::tempPath()); }
     void init();
     void cleanup();
 
@@ -139,6 +140,9 @@ void TestPanelPictures::looks()
 void TestPanelPictures::initTestCase()
 {
     QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
+    // So that the pictures show no path.
+    QVERIFY(QDir::setCurrent(m_directory.path()));
+    QVERIFY(!sampleModel(m_directory, 240).isEmpty());
     QFont font(QStringLiteral("DejaVu Sans"));
     font.setPixelSize(13);
     QApplication::setFont(font);
@@ -205,18 +209,18 @@ void TestPanelPictures::idle()
 
 void TestPanelPictures::sending()
 {
+    const QString large = zytest::writeFile(QStringLiteral("gyroid-sphere.zydlp"),
+                                            zytest::randomBytes(48 * zytest::chunkBytes));
     PrinterProcess printer({QStringLiteral("--speed"), QStringLiteral("200")});
     open(saved(printer));
-    m_window->panel()->setFile(sampleModel(m_directory, 240));
+    m_window->panel()->setFile(QStringLiteral("sphere.zydlp"));
     child<QPushButton>(*m_window, "send")->click();
     auto *start = child<QPushButton>(*m_window, "startPrint");
     QTRY_VERIFY_WITH_TIMEOUT(start->isEnabled(), patience);
     start->click();
-    QTRY_VERIFY_WITH_TIMEOUT(child<QProgressBar>(*m_window, "layerProgress")->value() > 3,
+    QTRY_VERIFY_WITH_TIMEOUT(child<QProgressBar>(*m_window, "layerProgress")->value() > 40,
                              patience);
-    const QString path = m_directory.filePath(QStringLiteral("gyroid-sphere.zydlp"));
-    zytest::writeFile(path, zytest::randomBytes(48 * zytest::chunkBytes));
-    m_window->panel()->setFile(path);
+    m_window->panel()->setFile(large);
     bool isTaken = false;
     connect(m_window->panel()->upload(), &Upload::progressed, this, [&](qint64 received) {
         if (received == 28 * zytest::chunkBytes) {
@@ -233,7 +237,7 @@ void TestPanelPictures::printing()
 {
     PrinterProcess printer({QStringLiteral("--speed"), QStringLiteral("900")});
     open(saved(printer));
-    m_window->panel()->setFile(sampleModel(m_directory, 240));
+    m_window->panel()->setFile(QStringLiteral("sphere.zydlp"));
     child<QPushButton>(*m_window, "send")->click();
     auto *start = child<QPushButton>(*m_window, "startPrint");
     QTRY_VERIFY_WITH_TIMEOUT(start->isEnabled(), patience);
@@ -247,7 +251,7 @@ void TestPanelPictures::checking()
 {
     PrinterProcess printer({QStringLiteral("--slow-check"), QStringLiteral("600")});
     open(saved(printer));
-    m_window->panel()->setFile(sampleModel(m_directory, 40));
+    m_window->panel()->setFile(QStringLiteral("sphere.zydlp"));
     child<QPushButton>(*m_window, "send")->click();
     auto *start = child<QPushButton>(*m_window, "startPrint");
     QTRY_VERIFY_WITH_TIMEOUT(start->isEnabled(), patience);
@@ -260,9 +264,8 @@ void TestPanelPictures::error()
 {
     PrinterProcess printer;
     open(saved(printer));
-    const QString path = m_directory.filePath(QStringLiteral("gyroid-sphere.zydlp"));
-    zytest::writeFile(path, zytest::randomBytes(24 * zytest::chunkBytes));
-    m_window->panel()->setFile(path);
+    m_window->panel()->setFile(zytest::writeFile(QStringLiteral("gyroid-sphere.zydlp"),
+                                                 zytest::randomBytes(24 * zytest::chunkBytes)));
     connect(m_window->panel()->upload(), &Upload::progressed, this, [&](qint64 received) {
         if (received == 6 * zytest::chunkBytes)
             printer.kill();

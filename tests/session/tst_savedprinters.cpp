@@ -222,7 +222,7 @@ void TestSavedPrinters::refusesAFileThatHoldsNoSettings_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("notes") << QByteArray("Dear diary,\n\ntoday = a good day\n");
     QTest::newRow("assignment outside a section") << QByteArray("PATH=/bin\n");
-    QTest::newRow("text behind settings") << QByteArray("[printers]\na=ws://b:1\nand text\n");
+    QTest::newRow("text after settings") << QByteArray("[printers]\na=ws://b:1\nand text\n");
     QTest::newRow("model") << zytest::randomBytes(100000);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A running zyslicer, and what it needs: models, settings of its own.
+// A running zyslicer, and what it needs: models, its own settings.
 
 #include "slicerprocess.h"
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// Sending to a real zyprinter: the bytes that arrive, and what is told on the way.
+// Sending to a real zyprinter: the bytes that arrive, and what is reported on the way.
 
 #include "modelfiles.h"
 #include "printerprocess.h"
@@ -80,7 +80,7 @@ void TestSend::sendsAnyBytesUnchanged()
     const QByteArray bytes = zytest::randomBytes(size, quint32(size));
     const QString path = writeFile(m_directory.filePath("bytes.zydlp"_s), bytes);
     const SlicerResult result = runSlicer({"send"_s, path, "--to"_s, m_url});
-    // No valid model: stored all the same, and the printer's verdict is told.
+    // No valid model: stored all the same, and the printer's verdict is reported.
     QCOMPARE(result.exitCode, 8);
     VERIFY_TEXT(isOneErrorLine(result.errors, "check failed: bytes.zydlp"), result.errors);
     QVERIFY(readFile(m_printer.pathOf("bytes.zydlp"_s)) == bytes);

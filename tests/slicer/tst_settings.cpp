@@ -116,7 +116,7 @@ void TestSettings::leavesAFileAloneThatHoldsNoSettings_data()
     QTest::newRow("notes") << QByteArray("Dear diary,\n\ntoday = a good day\n");
     QTest::newRow("no end of line") << QByteArray("garbage");
     QTest::newRow("assignment outside a section") << QByteArray("PATH=/bin\n");
-    QTest::newRow("text behind settings") << QByteArray("[printers]\na=ws://b:1\nand text\n");
+    QTest::newRow("text after settings") << QByteArray("[printers]\na=ws://b:1\nand text\n");
     QTest::newRow("foreign comment") << QByteArray("# [printers]\n[printers]\na=ws://b:1\n");
     QTest::newRow("no key") << QByteArray("[printers]\n=ws://b:1\n");
     QTest::newRow("model") << zytest::randomBytes(100000);

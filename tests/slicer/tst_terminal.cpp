@@ -133,7 +133,7 @@ void TestTerminal::keepsToTheWidth()
     QCOMPARE(result.exitCode, 8); // no model
     int bars = 0;
     for (const QString &line : drawnLines(result.screen)) {
-        // News and errors are told in full, progress has to fit.
+        // News and errors are written in full, progress has to fit.
         if (line.contains(": "_s))
             continue;
         QVERIFY2(line.size() < std::max(columns, 2), qPrintable(line));

@@ -34,7 +34,7 @@ void reset(QTcpSocket *socket)
 
 } // namespace
 
-/// One client's connection and the proxy's own to the printer behind it.
+/// One client's connection and the proxy's to the printer.
 class CuttingProxy::Link : public QObject
 {
 public:

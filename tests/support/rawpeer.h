@@ -14,7 +14,7 @@
 namespace zytest
 {
 
-/// Sends what it is told and keeps every text that comes back. Judges nothing.
+/// Sends what the test gives it and keeps every text that comes back. Judges nothing.
 class RawPeer
 {
 public:

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A host application that answers as told and records every question.
+// A host application that gives prepared answers and records every question.
 
 #ifndef RECORDINGHOST_H
 #define RECORDINGHOST_H

@@ -46,7 +46,7 @@ public:
     explicit TransferAnswers(const TransferRules &rules) : m_rules(rules) { }
 
     QJsonObject toStartFile(const QJsonObject &request);
-    /// START_DATA, and CHECK_DATA behind it when the file is complete.
+    /// START_DATA, followed by CHECK_DATA when the file is complete.
     QVector<QJsonObject> toChunk(const QByteArray &payload);
 
 private:
@@ -57,7 +57,7 @@ private:
 };
 
 /**
- * Records all that clients send it and sends what the test tells it to.
+ * Records all that clients send it and sends what the test wants.
  *
  * It answers nothing by itself until answerTransfers() is called. Sends go to the connection
  * accepted last. Its signals come from the event loop and not from inside the socket's, so slots

@@ -18,7 +18,7 @@
 namespace zytest
 {
 
-/// Listens on a port of the system's choice and receives into a directory of its own.
+/// Listens on a port that the system chooses and receives into its own directory.
 class TestPrinter
 {
 public:

@@ -49,7 +49,7 @@ struct OptionValues {
     bool isQuiet = false;
     bool isVerbose = false;
 
-    /// Throws a CLI::ValidationError for what single options cannot tell.
+    /// Throws a CLI::ValidationError for what no single option can check.
     void fill(Request &request) const;
 
 private:

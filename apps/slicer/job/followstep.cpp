@@ -39,7 +39,7 @@ FollowStep::FollowStep(JobContext &context, Mode mode)
     connect(&m_pause, &QTimer::timeout, link, &PrinterLink::open);
     connect(link, &PrinterLink::opened, &m_exchange, &Exchange::askStatus);
     connect(link, &PrinterLink::failed, this, [this] { retry(QStringLiteral("no connection")); });
-    // Between two questions nobody waits for an answer that would tell.
+    // Between two questions no exchange is under way that would notice.
     connect(link, &PrinterLink::dropped, this, [this] {
         if (m_pause.isActive())
             retry(QStringLiteral("connection lost"));

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// Ctrl-C and SIGTERM: the first is told to the program, the second ends it at once.
+// Ctrl-C and SIGTERM: the first is a signal of Qt's, the second ends the program at once.
 
 #include "interruption.h"
 

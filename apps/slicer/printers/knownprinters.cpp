@@ -50,7 +50,7 @@ Outcome resolve(SavedPrinters &saved, const QString &nameOrUrl, Printer &printer
 {
     const bool isName = zysession::isPrinterName(nameOrUrl);
     if (isName) {
-        const Outcome outcome = settingsOutcome(saved.read(), saved);
+        Outcome outcome = settingsOutcome(saved.read(), saved);
         if (!outcome.isOk())
             return outcome;
     }
@@ -66,7 +66,7 @@ Outcome resolve(SavedPrinters &saved, const QString &nameOrUrl, Printer &printer
 
 Outcome findOnlyPrinter(SavedPrinters &saved, QVector<Printer> &printers)
 {
-    const Outcome outcome = settingsOutcome(saved.read(), saved);
+    Outcome outcome = settingsOutcome(saved.read(), saved);
     printers = saved.printers();
     if (!outcome.isOk() || printers.size() == 1)
         return outcome;
@@ -129,7 +129,7 @@ Outcome findPrinters(const Request &request, QVector<Printer> &printers)
         return findOnlyPrinter(saved, printers);
     for (const QString &nameOrUrl : request.printers) {
         Printer printer;
-        const Outcome outcome = resolve(saved, nameOrUrl, printer);
+        Outcome outcome = resolve(saved, nameOrUrl, printer);
         if (!outcome.isOk())
             return outcome;
         const auto isSame = [&](const Printer &other) { return other.url == printer.url; };
@@ -148,7 +148,7 @@ Outcome runPrintersCommand(const Request &request)
         return addPrinter(request, saved);
     if (request.command == Request::Command::PrintersRemove)
         return removePrinter(request.savedName, saved);
-    const Outcome outcome = settingsOutcome(saved.read(), saved);
+    Outcome outcome = settingsOutcome(saved.read(), saved);
     if (request.isJson)
         writeJson(saved.printers());
     else if (!request.isQuiet)

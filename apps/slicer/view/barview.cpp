@@ -51,7 +51,7 @@ void BarView::report(int printer, const Event &event)
     if (news.isEmpty())
         drawSoon();
     else
-        tell(marked(printer, news));
+        scroll(marked(printer, news));
 }
 
 void BarView::endPrinter(int printer, const Outcome &outcome)
@@ -122,7 +122,7 @@ void BarView::drawSoon()
 }
 
 /// News goes above the bars.
-void BarView::tell(const QString &lines)
+void BarView::scroll(const QString &lines)
 {
     writeOut(eraseText() + lines);
     draw();

@@ -29,7 +29,7 @@ private:
     QString label(int printer, const Event &event) const;
     void setNote(int printer, const Event &event, const QString &note);
     void drawSoon();
-    void tell(const QString &lines);
+    void scroll(const QString &lines);
     void draw();
     QString eraseText();
 

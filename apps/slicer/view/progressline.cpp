@@ -50,12 +50,12 @@ QString progressLine(const ProgressRow &row, int width)
     const QString percent
         = QStringLiteral("%1 %").arg(static_cast<int>(fraction * 100), 3, 10, QLatin1Char(' '));
     QStringList right = QStringList(percent) + row.columns;
-    const auto room = [&] { return width - label.size() - joined(right).size() - 4; };
-    while (right.size() > 1 && room() < narrowestBar)
+    const auto space = [&] { return width - label.size() - joined(right).size() - 4; };
+    while (right.size() > 1 && space() < narrowestBar)
         right.removeLast();
-    if (room() < narrowestBar)
+    if (space() < narrowestBar)
         return elided(joined({percent, label}), width);
-    return joined({label, bar(fraction, std::min(room(), widestBar)), joined(right)});
+    return joined({label, bar(fraction, std::min(space(), widestBar)), joined(right)});
 }
 
 } // namespace zyslicer

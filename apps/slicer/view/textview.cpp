@@ -18,7 +18,7 @@ namespace
 using zysession::PrinterStatus;
 using Table = QVector<QStringList>;
 
-constexpr int tellEvery = 10; // percent
+constexpr int newsEvery = 10; // percent
 
 QString tableText(const Table &table)
 {
@@ -118,7 +118,7 @@ QString PlainView::progressText(int printer, const Event &event)
     if (event.total <= 0)
         return {};
     const qint64 percent = event.received * 100 / event.total;
-    if (!isNews(printer, event.file + QString::number(percent / tellEvery)))
+    if (!isNews(printer, event.file + QString::number(percent / newsEvery)))
         return {};
     return QStringLiteral("%1: %2 % %3 %4")
         .arg(event.file)
@@ -131,7 +131,7 @@ QString PlainView::statusText(int printer, const Event &event)
 {
     const PrinterStatus status = PrinterStatus::fromReply(event.answer);
     const int percent = static_cast<int>(status.layerFraction() * 100);
-    const QString step = status.word + status.filename + QString::number(percent / tellEvery);
+    const QString step = status.word + status.filename + QString::number(percent / newsEvery);
     return isNews(printer, step) ? statusLine(status) : QString();
 }
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// How the program shows what its jobs tell: one interface, and the choice of the form.
+// How the program shows what its jobs report: one interface, and the choice of the form.
 
 #ifndef VIEW_H
 #define VIEW_H
