@@ -17,7 +17,7 @@ import measure
 
 # The first that matches "function [object]" takes the instructions.
 PARTS = (
-    ("compress, inflate (zlib, libdeflate)", r"libz\.so|libdeflate|packChunk|unpackChunk|PlainZlibStream"
+    ("compress, inflate (zlib, libdeflate)", r"libz\.so|libdeflate|zyws::compressed|unpackChunk|PlainZlibStream"
      r"|zyws::.*(walk[A-Z]|BlockSteps|HuffmanCode|fillTable|readLengths)"),
     ("WebSocket: masking and framing", r"libQt5WebSockets"),
     ("copying memory", r":(__)?mem(cpy|move|set)\w* "),

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 # SPDX-License-Identifier: MIT
-# What is installed of the library: headers, CMake package, pkg-config file.
+# What is installed of the library: headers, CMake package, pkg-config file, the protocol's schemas.
 
 include(CMakePackageConfigHelpers)
 
@@ -28,3 +28,6 @@ configure_file(${PROJECT_SOURCE_DIR}/cmake/zyWebsocket.pc.in
     ${CMAKE_CURRENT_BINARY_DIR}/zyWebsocket.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zyWebsocket.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/protocol
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/zyWebsocket)

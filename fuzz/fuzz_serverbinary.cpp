@@ -26,7 +26,7 @@ QByteArray takePayload(QByteArray &input)
     const int length = qFromBigEndian<quint16>(input.constData() + 1);
     const QByteArray bytes = input.mid(frameSize, length);
     input.remove(0, frameSize + length);
-    return isPacked ? zyws::packChunk(bytes.constData(), bytes.size(), true) : bytes;
+    return isPacked ? qCompress(bytes) : bytes;
 }
 
 QByteArray contentOf(const QString &path)

@@ -132,7 +132,7 @@ void FuzzedPrinter::binary(const QByteArray &payload)
 
 void FuzzedPrinter::settle()
 {
-    // The messages stand in the server's delivery line before the ping is read, and the line is
+    // The messages stand in the server's delivery queue before the ping is read, and the queue is
     // served before the pong can arrive.
     bool isAnswered = false;
     const auto pong = QObject::connect(m_peer.get(), &QWebSocket::pong, m_peer.get(),

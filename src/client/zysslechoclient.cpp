@@ -5,9 +5,10 @@
 #include "zysslechoclient.h"
 
 #include "clientlog.h"
-#include "deliveryline.h"
+#include "deliveryqueue.h"
 #include "heldsocket.h"
 #include "linkoptions.h"
+#include "wakeafterwards.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -20,7 +21,12 @@ namespace
 constexpr int keepAliveInterval = 3000; // ms
 constexpr int unansweredTicks = 3;
 
-// A function of its own, so that a leak checker can be told about exactly this one.
+void logState(QAbstractSocket::SocketState state)
+{
+    qCDebug(lcZyClient) << "onStateChanged(QAbstractSocket::SocketState state) =" << state;
+}
+
+// A separate function, so that a leak checker can suppress exactly this allocation.
 Q_NEVER_INLINE QTimer *newKeepAliveTimer()
 {
     auto *timer = new QTimer;
@@ -32,10 +38,10 @@ Q_NEVER_INLINE QTimer *newKeepAliveTimer()
 
 ZySslEchoClient::ZySslEchoClient(const QUrl &url, QObject *parent)
     : QObject(parent), m_heldSocket(std::make_unique<zyws::HeldSocket>()),
-      m_webSocket(m_heldSocket->socket()), m_deliveries(std::make_unique<zyws::DeliveryLine>(this))
+      m_webSocket(m_heldSocket->socket()), m_deliveries(std::make_unique<zyws::DeliveryQueue>(this))
 {
     connect(&m_webSocket, &QWebSocket::connected, this, &ZySslEchoClient::onConnected);
-    m_webSocket.open(url);
+    m_heldSocket->open(url);
     m_url = url;
     // Deliberate: never started and never deleted. Deployed hosts count on a connection that no
     // keep-alive ends.
@@ -47,23 +53,28 @@ ZySslEchoClient::ZySslEchoClient(const QUrl &url, QObject *parent)
 
 ZySslEchoClient::~ZySslEchoClient()
 {
-    wakeSendLoop();
+    disconnect(m_disconnectConnection);
+    m_heldSocket->close();
+    // Deleting the socket would drop what it still has to send, without a change of state.
+    if (m_webSocket.state() == QAbstractSocket::ClosingState)
+        m_webSocket.abort();
     m_webSocket.disconnect(this);
-    m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
+    // The messages that wait are dropped with the queue, but what is logged is logged.
+    while (!m_waitingStates.isEmpty())
+        logState(m_waitingStates.dequeue());
 }
 
 void ZySslEchoClient::openWithUrl(const QUrl &url)
 {
     m_url = url;
-    m_webSocket.open(url);
+    m_heldSocket->open(url);
 }
 
 void ZySslEchoClient::close()
 {
     m_isSending = false;
     m_isActiveClose = true;
-    wakeSendLoop();
-    m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
+    m_heldSocket->close();
 }
 
 QAbstractSocket::SocketState ZySslEchoClient::socketConnectStatus() const
@@ -88,6 +99,7 @@ int ZySslEchoClient::closeCode() const
 
 void ZySslEchoClient::onConnected()
 {
+    const zyws::WakeAfterwards wakeAfterwards;
     const zyws::HeldSocket::Emission emission(*m_heldSocket);
     zyws::setLinkOptions(m_webSocket);
     // Exactly one connection of each, however often the socket connects.
@@ -99,18 +111,19 @@ void ZySslEchoClient::onConnected()
         });
     m_disconnectConnection = connect(&m_webSocket, &QWebSocket::disconnected, this, [this] {
         const zyws::HeldSocket::Emission ending(*m_heldSocket);
-        // Behind the messages that came before it; at once when none waits, since hosts expect
-        // pauseSuccess() inside close().
-        if (m_deliveries->isEmpty() && !m_isAnsweringClose)
-            onDisConnected();
+        // After the messages that came before it. With none waiting at once, since hosts expect
+        // pauseSuccess() inside close(), and disconnected() as soon as the state has changed.
+        if (m_deliveries->isEmpty())
+            m_heldSocket->whenIdle([this] { onDisConnected(); });
         else
             m_deliveries->append([this] { onDisConnected(); });
     });
-    Q_EMIT connected();
+    m_heldSocket->outsideReader([this] { Q_EMIT connected(); });
 }
 
 void ZySslEchoClient::onDisConnected()
 {
+    const zyws::WakeAfterwards wakeAfterwards;
     const QPointer<ZySslEchoClient> self(this);
     if (m_isActiveClose)
         Q_EMIT pauseSuccess(); // deliberate name: hosts wait for it after close()
@@ -123,12 +136,14 @@ void ZySslEchoClient::onDisConnected()
 void ZySslEchoClient::onStateChanged(QAbstractSocket::SocketState state)
 {
     const zyws::HeldSocket::Emission emission(*m_heldSocket);
-    qCDebug(lcZyClient) << "onStateChanged(QAbstractSocket::SocketState state) =" << state;
-    if (state == QAbstractSocket::ClosingState && !m_isActiveClose) {
-        m_isAnsweringClose = true;
-        m_webSocket.close(QWebSocketProtocol::CloseCodeNormal, QString());
-        m_isAnsweringClose = false;
+    if (m_deliveries->isEmpty()) {
+        logState(state);
+    } else {
+        m_waitingStates.enqueue(state);
+        m_deliveries->append([this] { logState(m_waitingStates.dequeue()); });
     }
+    if (state == QAbstractSocket::ClosingState && !m_isActiveClose)
+        m_heldSocket->close();
 }
 
 void ZySslEchoClient::trying()

@@ -11,10 +11,12 @@
 #include <QMap>
 #include <QMetaObject>
 #include <QObject>
+#include <QQueue>
 #include <QSslError>
 #include <QString>
 #include <QUrl>
 
+#include <functional>
 #include <memory>
 
 #include "zywebsocket_export.h"
@@ -25,7 +27,7 @@ class QWebSocket;
 
 namespace zyws
 {
-class DeliveryLine;
+class DeliveryQueue;
 class HeldSocket;
 } // namespace zyws
 
@@ -61,10 +63,20 @@ public:
     void close();
     /// The socket's state.
     QAbstractSocket::SocketState socketConnectStatus() const;
-    /// Why the last attempt to connect failed or the connection broke; UnknownSocketError while
-    /// nothing has.
+    /**
+     * Why the last attempt to connect failed or the connection ended; UnknownSocketError while
+     * neither has, and after close().
+     *
+     * As Qt 5.15 has it: ConnectionRefusedError; HostNotFoundError; RemoteHostClosedError for a
+     * server that hangs up, whatever it answered, and for a connection that the printer ended;
+     * SslHandshakeFailedError for a "wss" URL at a server without TLS. A server that answers
+     * anything but a WebSocket's handshake and stays connected leaves the state at ConnectingState
+     * and the code at UnknownSocketError: only socketErrorText() says so. A silent one leaves no
+     * trace. An invalid URL leaves its text alone, too.
+     */
     QAbstractSocket::SocketError socketError() const;
-    /// The same in the system's words.
+    /// The same in Qt's words, in the application's language; "Unknown error" without one. The
+    /// text about a handshake or a URL stays for the life of the client.
     QString socketErrorText() const;
     /// The WebSocket close code with which the last connection ended, the peer's own where it sent
     /// one: 1011, for instance, from a peer that failed.
@@ -107,15 +119,32 @@ public:
      * and sendFile() again to resume.
      */
     void sendFile(QString filePath, QString fileName);
+    /// A compression level that is chosen for each chunk, so that neither the network nor the
+    /// processor waits for the other: hard for a slow network, little for a fast one, not at all
+    /// for what does not shrink.
+    static constexpr int Adaptive = -2;
     /**
-     * How hard the chunks are compressed from the next one on: 0 (not at all) to 9 (smallest); any
-     * other number, the initial -1 included, leaves it to zlib. Every printer reads every level.
+     * How hard the chunks are compressed: Adaptive, 0 (not at all) to 9 (smallest); any other
+     * number, the initial -1 included, leaves it to zlib. Every printer reads every level.
      *
-     * On a fast network 1 is the better choice: the line stands idle while a chunk is compressed,
-     * which for a sliced model takes five times as long at zlib's own level for a few per cent.
+     * Holds from the next chunk on that is not compressed yet. One chunk is compressed while the
+     * one before it is under way; more with setCompressionThreads().
      */
     void setCompressionLevel(int level);
     int compressionLevel() const;
+    /**
+     * In how many threads of the library's own chunks are compressed: 0, the default, starts none
+     * and compresses in the client's own thread, which meanwhile handles no events; up to 16; -1 is
+     * one for each processor core, but at most four.
+     *
+     * The threads are shared by all clients of the process, start with the first chunk, and end in
+     * the destructor of the application object. One chunk more than there are threads is read and
+     * compressed ahead, so that a transfer needs up to 2 MiB of memory for each of them. What is
+     * still being compressed when a transfer ends, or the client is deleted, is left to its thread.
+     * Takes effect with the next chunk.
+     */
+    void setCompressionThreads(int count);
+    int compressionThreads() const;
     /// Computes the key of @p file and sends START_FILE; false when there is no key.
     bool sendFileStart(QFile &file, QString fileName);
     /// The file key from the last four bytes of @p file; empty when it cannot be read.
@@ -189,15 +218,14 @@ private:
     void onWorkingLifeReply(const QJsonObject &reply);
 
     void sendFrom(QFile &file, qint64 offset, bool compress);
-    bool awaitDataReply();
-    void wakeSendLoop();
+    void sendChunks(QFile &file, bool compress);
+    bool pumpUntil(const std::function<bool()> &hasCome);
 
     std::unique_ptr<zyws::HeldSocket> m_heldSocket;
     QWebSocket &m_webSocket;
     QMap<QString, QString> m_keyFileMap;
     bool m_isSending = false;
     bool m_isActiveClose = false;
-    bool m_isAnsweringClose = false;
     bool m_isCanceling = false;
     QUrl m_url;
     bool m_hasDataReply = false;
@@ -206,9 +234,11 @@ private:
     bool m_isPingPending = false;
     int m_pingCount = 0;
     int m_compressionLevel = -1;
+    int m_compressionThreads = 0;
     qint64 m_transferOffset = -1;
 
-    std::unique_ptr<zyws::DeliveryLine> m_deliveries;
+    std::unique_ptr<zyws::DeliveryQueue> m_deliveries;
+    QQueue<QAbstractSocket::SocketState> m_waitingStates; ///< to be logged in turn
     QMetaObject::Connection m_textConnection;
     QMetaObject::Connection m_disconnectConnection;
 };

@@ -5,6 +5,7 @@
 #include "clientlog.h"
 #include "envelope.h"
 #include "vocabulary.h"
+#include "wakeafterwards.h"
 #include "zysslechoclient.h"
 
 #include <QPointer>
@@ -33,6 +34,7 @@ void ZySslEchoClient::onTextMessageReceived(QString message)
         {commands::printWorkingLife, &ZySslEchoClient::onWorkingLifeReply},
     };
 
+    const zyws::WakeAfterwards wakeAfterwards;
     // The host may delete the client in any of its slots.
     const QPointer<ZySslEchoClient> self(this);
     const QJsonObject reply = messageToJson(message);
@@ -69,7 +71,6 @@ void ZySslEchoClient::onStartFileReply(const QJsonObject &reply)
 void ZySslEchoClient::onStartDataReply(const QJsonObject &reply)
 {
     m_hasDataReply = true;
-    wakeSendLoop();
     Q_EMIT fileTransProgress(m_keyFileMap.value(reply.value(keys::key).toString()),
                              zyws::decimalValue(reply.value(keys::size)),
                              zyws::decimalValue(reply.value(keys::received)));

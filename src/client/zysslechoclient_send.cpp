@@ -6,17 +6,22 @@
 #include "envelope.h"
 #include "filetransfer.h"
 #include "heldsocket.h"
+#include "lookahead.h"
 #include "vocabulary.h"
+#include "wakeafterwards.h"
 #include "zysslechoclient.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
-#include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
+#include <QScopedValueRollback>
+#include <QThread>
 
 #include <exception>
+
+static_assert(ZySslEchoClient::Adaptive == zyws::adaptiveLevel);
 
 namespace commands = zyws::commands;
 namespace keys = zyws::keys;
@@ -81,42 +86,17 @@ void ZySslEchoClient::beginTransFile(QJsonObject reply)
     }
 }
 
-/// The send loop: one chunk, then its acknowledgement. The client may be deleted in any event pump.
+/// The client may be deleted in any event pump.
 void ZySslEchoClient::sendFrom(QFile &file, qint64 offset, bool compress)
 {
+    const zyws::WakeAfterwards wakeAfterwards;
     const QPointer<ZySslEchoClient> self(this);
-    const qint64 totalBytes = file.size();
-    QByteArray buffer(zyws::chunkSize, Qt::Uninitialized);
     qCDebug(lcZyClient) << "start send";
-    qCDebug(lcZyClient) << "_totalBytes = " << totalBytes;
+    qCDebug(lcZyClient) << "_totalBytes = " << file.size();
     file.seek(offset);
-    QDataStream stream(&file);
-    stream.setVersion(zyws::fileStreamVersion);
     m_isSending = true;
     m_transferOffset = offset;
-    qint64 sentBytes = offset;
-    for (;;) {
-        if (!awaitDataReply())
-            break;
-        if (m_isCanceling) {
-            sendJsonMessage({{keys::cmd, commands::cancelFile}});
-            if (self)
-                m_isSending = false;
-            break;
-        }
-        m_hasDataReply = false;
-        const int count = stream.readRawData(buffer.data(), zyws::chunkSize);
-        if (count > 0) {
-            sentBytes = zyws::advanced(sentBytes, count);
-            qCDebug(lcZyClient) << "sendBytes=" << sentBytes << " _totalBytes=" << totalBytes;
-            m_webSocket.sendBinaryMessage(
-                zyws::packChunk(buffer.constData(), count, compress, m_compressionLevel));
-        }
-        if (self)
-            QCoreApplication::processEvents();
-        if (!self || count < 1 || !m_isSending)
-            break;
-    }
+    sendChunks(file, compress);
     if (!self)
         return;
     qCDebug(lcZyClient) << "send end";
@@ -125,13 +105,63 @@ void ZySslEchoClient::sendFrom(QFile &file, qint64 offset, bool compress)
     m_isTransferring = false;
 }
 
-/// Waits for the acknowledgement of the last chunk; false when the transfer is to end instead.
-bool ZySslEchoClient::awaitDataReply()
+/// The send loop: one chunk, then its acknowledgement. While a chunk is under way, the next one is
+/// read and compressed.
+void ZySslEchoClient::sendChunks(QFile &file, bool compress)
 {
     const QPointer<ZySslEchoClient> self(this);
-    while (!m_hasDataReply) {
+    const qint64 totalBytes = file.size();
+    qint64 sentBytes = m_transferOffset;
+    auto *dispatcher = QAbstractEventDispatcher::instance();
+    zyws::LookAhead ahead(file, compress, [dispatcher] { dispatcher->wakeUp(); });
+    for (;;) {
+        if (!pumpUntil([this] { return m_hasDataReply; }))
+            return;
+        ahead.acknowledged();
+        if (m_isCanceling) {
+            sendJsonMessage({{keys::cmd, commands::cancelFile}});
+            return;
+        }
+        m_hasDataReply = false;
+        ahead.prepare({m_compressionLevel, m_compressionThreads});
+        if (!pumpUntil([&ahead] { return ahead.isReady(); }))
+            return;
+        const zyws::LookAhead::Chunk chunk = ahead.take();
+        if (chunk.size > 0) {
+            sentBytes = zyws::advanced(sentBytes, chunk.size);
+            qCDebug(lcZyClient) << "sendBytes=" << sentBytes << " _totalBytes=" << totalBytes;
+            m_webSocket.sendBinaryMessage(chunk.payload());
+        }
+        if (self)
+            QCoreApplication::processEvents();
+        if (!self || chunk.size < 1 || !m_isSending)
+            return;
+        ahead.prepare({m_compressionLevel, m_compressionThreads});
+    }
+}
+
+/// Processes events until what the send loop waits for @p hasCome; false when the transfer is to
+/// end instead.
+bool ZySslEchoClient::pumpUntil(const std::function<bool()> &hasCome)
+{
+    static thread_local int waits = 0;
+    const QScopedValueRollback<int> wait(waits, waits + 1);
+    const QPointer<ZySslEchoClient> self(this);
+    const auto isOver = [&] { return !self || !m_isSending; };
+    // The dispatcher may run an event that brings what this loop waits for, and then block all the
+    // same: a slot that spins the event loop uses up any wake-up. So the last look is the one right
+    // before it blocks. A loop nested in this one may sleep undisturbed.
+    auto *dispatcher = QAbstractEventDispatcher::instance();
+    const auto wakeInTime = [&, depth = waits, level = QThread::currentThread()->loopLevel()] {
+        const bool isInnermost = depth == waits && level == QThread::currentThread()->loopLevel();
+        if (isInnermost && (isOver() || hasCome()))
+            dispatcher->wakeUp();
+    };
+    const QObject scope;
+    connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &scope, wakeInTime);
+    while (!hasCome()) {
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-        if (!self || !m_isSending)
+        if (isOver())
             return false;
     }
     return true;
@@ -147,6 +177,16 @@ int ZySslEchoClient::compressionLevel() const
     return m_compressionLevel;
 }
 
+void ZySslEchoClient::setCompressionThreads(int count)
+{
+    m_compressionThreads = count;
+}
+
+int ZySslEchoClient::compressionThreads() const
+{
+    return m_compressionThreads;
+}
+
 qint64 ZySslEchoClient::transferOffset() const
 {
     return m_transferOffset;
@@ -156,21 +196,11 @@ void ZySslEchoClient::cancel()
 {
     m_isCanceling = true;
     if (m_webSocket.state() == QAbstractSocket::UnconnectedState) {
-        m_webSocket.open(m_url);
+        m_heldSocket->open(m_url);
         return;
     }
     const QPointer<ZySslEchoClient> self(this);
     sendJsonMessage({{keys::cmd, commands::cancelFile}});
-    if (!self)
-        return;
-    m_isSending = false;
-    wakeSendLoop();
-}
-
-/// For a change that the send loop waits for. Qt's own dispatcher may run the event that brings it
-/// and then still wait for another one.
-void ZySslEchoClient::wakeSendLoop()
-{
-    if (auto *dispatcher = QAbstractEventDispatcher::instance(thread()))
-        dispatcher->wakeUp();
+    if (self)
+        m_isSending = false;
 }

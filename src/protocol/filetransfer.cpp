@@ -15,12 +15,6 @@
 namespace zyws
 {
 
-QByteArray packChunk(const char *bytes, int size, bool compress, int compressionLevel)
-{
-    const QByteArray chunk = QByteArray::fromRawData(bytes, size);
-    return compress ? qCompress(chunk, compressionLevel) : chunk;
-}
-
 QByteArray unpackChunk(const QByteArray &payload, bool compress)
 {
     return compress ? inflated(payload) : payload;

@@ -59,7 +59,7 @@ SendActions SendMachine::handle(const SendEvent &event)
     case SendEvent::Dropped:
         onDropped(event);
         break;
-    case SendEvent::Refused:
+    case SendEvent::Refusal:
         onRefused(event);
         break;
     case SendEvent::Acknowledged:
@@ -97,6 +97,8 @@ void SendMachine::connect()
 {
     ++m_attempts;
     m_state = State::Connecting;
+    if (m_acknowledged > 0)
+        m_acknowledgedBefore = m_acknowledged;
     m_acknowledged = 0;
     m_hasVerdict = false;
     m_isAccepted = false;
@@ -158,8 +160,9 @@ void SendMachine::onAcknowledged(const SendEvent &event)
         finish(Ending::PrinterFault, QStringLiteral("it acknowledged more than was sent"));
     } else {
         m_acknowledged = event.bytes;
-        if (m_acknowledged > m_mostAcknowledged) {
-            m_mostAcknowledged = m_acknowledged;
+        m_mostAcknowledged = std::max(m_mostAcknowledged, m_acknowledged);
+        // More than the attempt before, which may have lost much to a printer that restarted.
+        if (m_acknowledged > m_acknowledgedBefore) {
             m_failures = 0;
             m_fruitlessOffers = 0;
         }
@@ -184,8 +187,19 @@ void SendMachine::onFirstAcknowledgement(qint64 offset)
         act(SendAction::TellRestarted);
 }
 
+void SendMachine::onAllHeld()
+{
+    onFirstAcknowledgement(m_result.total);
+    m_mostAcknowledged = m_result.total;
+    m_state = State::AwaitingVerdict;
+    startTimer(m_options.verdictTimeout());
+}
+
 void SendMachine::onVerdict(const SendEvent &event)
 {
+    // A printer that holds all bytes already acknowledges nothing.
+    if (m_state == State::Offering && event.offset == m_result.total)
+        onAllHeld();
     if (event.key != m_key && (isTransferring() || m_state == State::AwaitingVerdict)) {
         finish(Ending::PrinterFault, QStringLiteral("it checked another file"));
     } else if (isTransferring()) {
@@ -202,12 +216,10 @@ void SendMachine::onAccepted(const SendEvent &event)
 {
     if (m_state == State::Offering && event.key != m_key)
         finish(Ending::PrinterFault, QStringLiteral("it accepted another file"));
+    if (m_state == State::Offering && event.offset == m_result.total)
+        onAllHeld();
     if (m_state == State::Offering)
         onFirstAcknowledgement(event.offset);
-    if (m_state == State::Sending && m_acknowledged == m_result.total) {
-        m_state = State::AwaitingVerdict;
-        startTimer(m_options.verdictTimeout());
-    }
     if (m_state == State::Sending) {
         m_result.fileFault = ZySendResult::FileFault::Unreadable;
         finish(Ending::LocalFile);

@@ -21,9 +21,9 @@ struct SendEvent {
         Connected, ///< key: of the file as it is now
         ConnectFailed, ///< connectionFault, text
         Dropped, ///< code: of the printer's close frame, 0 without one
-        Refused, ///< code: "errorcode"; wifiState
+        Refusal, ///< code: "errorcode"; wifiState
         Acknowledged, ///< offset: where this transfer began; key, bytes: "received"; code
-        Verdict, ///< key, code: "checkstate"
+        Verdict, ///< key, offset, code: "checkstate"
         Accepted, ///< the START_FILE reply, which comes after its transfer: offset, key, text: name
         FileFailed, ///< fileFault
         TimeLimit,
@@ -100,6 +100,7 @@ private:
     void onRefused(const SendEvent &event);
     void onAcknowledged(const SendEvent &event);
     void onFirstAcknowledgement(qint64 offset);
+    void onAllHeld();
     void onVerdict(const SendEvent &event);
     void onAccepted(const SendEvent &event);
     void onDropped(const SendEvent &event);
@@ -123,6 +124,7 @@ private:
     bool m_wasConnected = false;
     QString m_key;
     qint64 m_acknowledged = 0; ///< in this attempt, its offset included
+    qint64 m_acknowledgedBefore = 0; ///< in the attempt before that had anything acknowledged
     qint64 m_mostAcknowledged = 0; ///< over all attempts
     int m_failures = 0; ///< in a row, without a byte gained
     int m_attempts = 0;

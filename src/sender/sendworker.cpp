@@ -133,6 +133,7 @@ void SendWorker::connectToPrinter()
     }
     m_client = openClient(m_job.printer);
     m_client->setCompressionLevel(m_job.options.compressionLevel());
+    m_client->setCompressionThreads(-1);
     const ZySslEchoClient *client = m_client.get();
     connect(client, &ZySslEchoClient::connected, this, &SendWorker::onConnected);
     connect(client, &ZySslEchoClient::disconnected, this, [this] {
@@ -206,11 +207,13 @@ void SendWorker::onReply(const QJsonObject &reply)
         feed(event);
     } else if (word == commands::checkData) {
         event.kind = SendEvent::Verdict;
+        event.offset = transferOffset();
         event.code = reply.value(keys::checkstate).toInt();
         feed(event);
     } else if (word == commands::startFile
-               // From a printer that cannot read what stands in its reception file's place.
-               || (word.isEmpty() && reply.contains(keys::compress))) {
+               // From a printer that cannot read what stands in its reception file's place. Where
+               // it could replace that, its reply has no code either and begins no transfer.
+               || (word.isEmpty() && reply.contains(keys::errorcode))) {
         onStartFileReply(reply);
     }
 }
@@ -222,7 +225,7 @@ void SendWorker::onStartFileReply(const QJsonObject &reply)
     event.key = reply.value(keys::key).toString();
     event.code = reply.value(keys::errorcode).toInt();
     if (event.code != 0) {
-        event.kind = SendEvent::Refused;
+        event.kind = SendEvent::Refusal;
         event.wifiState = reply.value(keys::wifistate).toInt();
     } else {
         if (feedSizeChange())

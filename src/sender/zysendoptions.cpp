@@ -4,6 +4,8 @@
 
 #include "zysendoptions.h"
 
+#include <zysslechoclient.h>
+
 #include <QtGlobal>
 
 struct ZySendOptions::Data : QSharedData {
@@ -14,7 +16,7 @@ struct ZySendOptions::Data : QSharedData {
     int retries = 5;
     int firstPause = 1000;
     int longestPause = 30000;
-    int compressionLevel = 1;
+    int compressionLevel = ZySslEchoClient::Adaptive;
 };
 
 ZySendOptions::ZySendOptions() : d(new Data) { }

@@ -53,7 +53,7 @@ public:
     int longestPause() const;
     void setLongestPause(int milliseconds);
 
-    /// As ZySslEchoClient::setCompressionLevel(). 1.
+    /// As ZySslEchoClient::setCompressionLevel(). ZySslEchoClient::Adaptive, which is -2.
     int compressionLevel() const;
     void setCompressionLevel(int level);
 

@@ -68,6 +68,11 @@ bool ZySendResult::isPartDeleted() const
     return d->isPartDeleted;
 }
 
+QString ZySendResult::detail() const
+{
+    return d->detail;
+}
+
 QString ZySendResult::text(ConnectionFault fault)
 {
     switch (fault) {

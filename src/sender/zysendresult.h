@@ -105,6 +105,9 @@ public:
     qint64 total() const;
     /// The printer has confirmed the cancel and deleted its part.
     bool isPartDeleted() const;
+    /// More about the ending, in English or in the system's language: its words for the connection
+    /// that failed, how a printer broke the protocol. Often empty.
+    QString detail() const;
 
     /// For people, in English, in a few words: "connection refused", "file is empty", "connection
     /// lost".

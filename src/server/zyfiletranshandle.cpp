@@ -26,8 +26,10 @@ void ZyFileTransHandle::onDisconnect()
     if (m_file.isOpen())
         m_file.close();
     if (m_isReceiving) {
-        // A finished file is out of the temporary file; a record would only damage it.
-        if (!m_isCompleted)
+        // Only into the file that holds the data: a finished file would be damaged, and with a
+        // record in a new, empty one a transfer would resume after a hole.
+        // The static function: the other one takes a link to nothing for a file.
+        if (!m_isCompleted && QFile::exists(m_file.fileName()))
             saveKeyInfo();
         m_isReceiving = false;
     }

@@ -15,8 +15,7 @@ namespace keys = zyws::keys;
 
 void ZyFileTransHandle::saveKeyInfo()
 {
-    // Only into the file that holds the data: a record in a new one would resume after a hole.
-    if (!m_file.isOpen() && !m_file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
+    if (!m_file.isOpen() && !m_file.open(QIODevice::ReadWrite))
         return;
     // The sender does not repeat what a full disk did not take, and what it sent after that lies
     // in the wrong place. So a resume goes on from there.

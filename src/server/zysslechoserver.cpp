@@ -4,7 +4,7 @@
 
 #include "zysslechoserver.h"
 
-#include "deliveryline.h"
+#include "deliveryqueue.h"
 #include "envelope.h"
 #include "linkoptions.h"
 #include "serverlog.h"
@@ -53,7 +53,7 @@ private:
 ZySslEchoServer::ZySslEchoServer(quint16 port, QString certFile, QString keyFile, QString fileDir,
                                  WifiFileState *wifiFileState, QObject *parent)
     : QObject(parent), m_wifiFileState(wifiFileState),
-      m_deliveries(std::make_unique<zyws::DeliveryLine>(this))
+      m_deliveries(std::make_unique<zyws::DeliveryQueue>(this))
 {
     qCDebug(lcZyServer) << "hh";
     m_pWebSocketServer = new QWebSocketServer(QStringLiteral("SSL Echo Server"),

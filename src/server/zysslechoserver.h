@@ -28,7 +28,7 @@ class ZyWebHandle;
 
 namespace zyws
 {
-class DeliveryLine;
+class DeliveryQueue;
 }
 
 /**
@@ -184,7 +184,7 @@ private:
     QString m_fileDir;
     [[maybe_unused]] WifiFileState *m_wifiFileState;
 
-    std::unique_ptr<zyws::DeliveryLine> m_deliveries;
+    std::unique_ptr<zyws::DeliveryQueue> m_deliveries;
     Serving *m_serving = nullptr; ///< the innermost scope
     QList<QPointer<QWebSocket>> m_replied; ///< sockets that may still buffer replies
 };

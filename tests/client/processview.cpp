@@ -33,6 +33,16 @@ quint16 portOf(int descriptor, NameOf nameOf)
     return 0;
 }
 
+/// @p whose is RUSAGE_SELF or RUSAGE_THREAD.
+qint64 processorTimeOf(int whose)
+{
+    rusage usage{};
+    ::getrusage(static_cast<__rusage_who>(whose), &usage);
+    const auto milliseconds
+        = [](const timeval &time) { return qint64(time.tv_sec) * 1000 + time.tv_usec / 1000; };
+    return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
+}
+
 } // namespace
 
 int connectionDescriptor(quint16 localPort, quint16 peerPort)
@@ -67,11 +77,12 @@ int connectionOption(quint16 localPort, quint16 peerPort, int level, int option)
 
 qint64 processorTime()
 {
-    rusage usage{};
-    ::getrusage(RUSAGE_SELF, &usage);
-    const auto milliseconds
-        = [](const timeval &time) { return qint64(time.tv_sec) * 1000 + time.tv_usec / 1000; };
-    return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
+    return processorTimeOf(RUSAGE_SELF);
+}
+
+qint64 threadTime()
+{
+    return processorTimeOf(RUSAGE_THREAD);
 }
 
 qint64 peakMemory()

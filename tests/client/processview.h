@@ -23,6 +23,9 @@ int connectionOption(quint16 localPort, quint16 peerPort, int level, int option)
 /// Processor time that this process has used, in milliseconds.
 qint64 processorTime();
 
+/// Processor time that the calling thread has used, in milliseconds.
+qint64 threadTime();
+
 /// The most memory that this process has ever held, in bytes.
 qint64 peakMemory();
 

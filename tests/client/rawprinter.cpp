@@ -139,7 +139,7 @@ void RawPrinter::writeByteByByte(const QByteArray &bytes)
     writeOnceRead(segments);
 }
 
-/// The client lives in this process, so the kernel tells whether it has read everything.
+/// The client lives in this process, so the kernel knows whether it has read everything.
 void RawPrinter::writeOnceRead(const QByteArrayList &segments)
 {
     if (!m_peer || segments.isEmpty())

@@ -20,10 +20,10 @@ namespace zytest
 {
 
 /**
- * Records what the one client sends and writes what the test tells it to, where a TCP segment
+ * Records what the one client sends and writes what the test wants, where a TCP segment
  * begins and ends included. A new connection replaces the one before.
  *
- * Answers the opening handshake, and pings and closes as far as it is told to; nothing else. Its
+ * Answers the opening handshake, and pings and closes as far as it is set to; nothing else. Its
  * signals come from the event loop, so slots may spin.
  */
 class RawPrinter : public QObject

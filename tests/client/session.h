@@ -18,6 +18,13 @@
 namespace zytest
 {
 
+/// Has @p client compress in as many threads as this run of the tests wants: ZYTEST_THREADS, or
+/// none.
+inline void useThreads(ZySslEchoClient &client)
+{
+    client.setCompressionThreads(qEnvironmentVariableIntValue("ZYTEST_THREADS"));
+}
+
 /// @p Printer is ScriptedPrinter or RawPrinter.
 template <typename Printer> struct Session {
     Printer printer;
@@ -25,7 +32,9 @@ template <typename Printer> struct Session {
     ZySslEchoClient client{printer.url()};
     SignalTrace trace{client};
 
-    /// What the client has logged, and nobody else.
+    Session() { useThreads(client); }
+
+    /// What the client alone has logged.
     QStringList logLines() const { return log.texts(QStringLiteral("zywebsocket.client")); }
 
     /// Waits for the connection, then forgets what it emitted and logged.

@@ -4,6 +4,7 @@
 
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QTimer>
 
@@ -230,7 +231,6 @@ void CancellingTest::cancelOpensTheConnectionAgain()
     WAIT_COMPARE(session.trace.count(s("connected")), 1);
     WAIT_COMPARE(other.connectionCount(), 1);
     other.drop();
-    // The signal comes behind the change of state.
     WAIT_COMPARE(session.trace.count(s("disconnected")), 1);
     QCOMPARE(session.client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
     session.trace.clear();
@@ -267,6 +267,6 @@ void CancellingTest::cancelsOnTheNextConnectionOnceAcknowledged()
     QCOMPARE(session.trace.count(s("disconnected")), 1);
 }
 
-QTEST_GUILESS_MAIN(CancellingTest)
+ZY_TEST(CancellingTest)
 
 #include "tst_cancelling.moc"

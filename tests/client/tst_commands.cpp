@@ -4,6 +4,7 @@
 
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QJsonArray>
 
@@ -179,7 +180,7 @@ void CommandsTest::readsOneObjectFromAText_data()
     QTest::newRow("string") << s("\"x\"") << s("{}");
     QTest::newRow("empty text") << QString() << s("{}");
     QTest::newRow("truncated object") << s(R"({"cmd":"START_PRINT")") << s("{}");
-    QTest::newRow("object with something behind it") << s("{} x") << s("{}");
+    QTest::newRow("object with something after it") << s("{} x") << s("{}");
 }
 
 void CommandsTest::readsOneObjectFromAText()
@@ -221,6 +222,6 @@ void CommandsTest::losesCommandsSilentlyAfterTheConnection()
     QCOMPARE(session.logLines(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(CommandsTest)
+ZY_TEST(CommandsTest)
 
 #include "tst_commands.moc"

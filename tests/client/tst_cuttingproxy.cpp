@@ -4,6 +4,7 @@
 
 #include "cuttingproxy.h"
 #include "modelfiles.h"
+#include "testprogram.h"
 #include "waiting.h"
 
 #include <QElapsedTimer>
@@ -207,6 +208,6 @@ void CuttingProxyTest::limitsTheThroughput()
     QVERIFY2(clock.elapsed() >= 200, qPrintable(QString::number(clock.elapsed())));
 }
 
-QTEST_GUILESS_MAIN(CuttingProxyTest)
+ZY_TEST(CuttingProxyTest)
 
 #include "tst_cuttingproxy.moc"

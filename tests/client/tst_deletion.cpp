@@ -5,6 +5,7 @@
 #include "modelfiles.h"
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QEventLoop>
 #include <QPointer>
@@ -26,6 +27,7 @@ struct Bench {
     QPointer<Client> client = new Client(printer.url());
     int deletions = 0;
 
+    Bench() { zytest::useThreads(*client); }
     ~Bench() { delete client; }
 
     QString file() const
@@ -206,7 +208,7 @@ void DeletionTest::addEndingRows()
 {
     addRows("pauseSuccess inside close()", on(&Client::pauseSuccess),
             [](Bench &bench) { bench.client->close(); });
-    addRows("pauseSuccess behind a message", on(&Client::pauseSuccess), [](Bench &bench) {
+    addRows("pauseSuccess after a message", on(&Client::pauseSuccess), [](Bench &bench) {
         QObject::connect(bench.client, &Client::jsonMessageReceived, bench.client, &Client::close);
         bench.printer.sendText(s("{}"));
         bench.printer.sendText(s("{}"));
@@ -217,7 +219,7 @@ void DeletionTest::addEndingRows()
             [](Bench &bench) { bench.printer.close(QWebSocketProtocol::CloseCodeGoingAway); });
     addRows("disconnected, dropped", on(&Client::disconnected),
             [](Bench &bench) { bench.printer.drop(); });
-    addRows("disconnected behind a message", on(&Client::disconnected), [](Bench &bench) {
+    addRows("disconnected after a message", on(&Client::disconnected), [](Bench &bench) {
         bench.printer.sendText(s("{}"));
         bench.printer.close();
     });
@@ -309,6 +311,6 @@ void DeletionTest::survivesDeletionBetweenTwoChunks()
     QCOMPARE(bench.printer.chunks().size(), 1);
 }
 
-QTEST_GUILESS_MAIN(DeletionTest)
+ZY_TEST(DeletionTest)
 
 #include "tst_deletion.moc"

@@ -5,7 +5,9 @@
 #include "processview.h"
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
+#include <QEventLoop>
 #include <QFile>
 #include <QTimer>
 
@@ -20,6 +22,8 @@ class EconomyTest : public QObject
 private Q_SLOTS:
     void sleepsWhileAChunkIsUnacknowledged_data();
     void sleepsWhileAChunkIsUnacknowledged();
+    void aProgressSlotMaySleepInANestedLoop();
+    void aProgressSlotMayWaitForAnotherTransfer();
     void needsNoMoreMemoryForALargerFile_data();
     void needsNoMoreMemoryForALargerFile();
 };
@@ -33,6 +37,7 @@ QString s(const char *text)
 }
 
 constexpr qint64 mebi = 1024 * 1024;
+constexpr int waiting = 1000; // ms
 
 } // namespace
 
@@ -46,7 +51,6 @@ void EconomyTest::sleepsWhileAChunkIsUnacknowledged_data()
 void EconomyTest::sleepsWhileAChunkIsUnacknowledged()
 {
     QFETCH(bool, isConnected);
-    constexpr int waiting = 1000; // ms
     Session session;
     QVERIFY(session.open());
     TransferRules silent;
@@ -69,6 +73,58 @@ void EconomyTest::sleepsWhileAChunkIsUnacknowledged()
     });
 
     session.client.sendFile(session.writeFile(s("local.zydlp"), "0123456789"), s("m"));
+    WAIT_VERIFY(session.hasEnded());
+
+    QVERIFY(used >= 0);
+    QVERIFY2(used < waiting / 10, qPrintable(QStringLiteral("%1 ms").arg(used)));
+}
+
+void EconomyTest::aProgressSlotMaySleepInANestedLoop()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.printer.answerTransfers();
+    qint64 used = -1;
+    // The send loop below has its acknowledgement and would go on, but the slot still runs.
+    connect(&session.client, &ZySslEchoClient::fileTransProgress, this, [&] {
+        const qint64 before = zytest::processorTime();
+        QEventLoop loop;
+        QTimer::singleShot(waiting, &loop, &QEventLoop::quit);
+        loop.exec();
+        used = zytest::processorTime() - before;
+    });
+
+    session.client.sendFile(session.writeFile(s("local.zydlp"), "0123456789"), s("m"));
+    WAIT_VERIFY(session.hasEnded());
+
+    QVERIFY(used >= 0);
+    QVERIFY2(used < waiting / 10, qPrintable(QStringLiteral("%1 ms").arg(used)));
+}
+
+void EconomyTest::aProgressSlotMayWaitForAnotherTransfer()
+{
+    Session session;
+    QVERIFY(session.open());
+    session.printer.answerTransfers();
+    Session other;
+    QVERIFY(other.open());
+    TransferRules silent;
+    silent.acknowledges = false;
+    other.printer.answerTransfers(silent);
+    const QString path = session.writeFile(s("local.zydlp"), "0123456789");
+    QFile file(path);
+    const QString key = other.client.getFileKey(file);
+    qint64 used = -1;
+    connect(&session.client, &ZySslEchoClient::fileTransProgress, this, [&] {
+        const qint64 before = zytest::processorTime();
+        other.client.sendFileStart(file, s("m"));
+        QTimer::singleShot(waiting, &other.client, [&] { other.client.close(); });
+        // At once, so that no loop but the two that send is on the stack.
+        other.client.beginTransFile({{s("key"), key}});
+        used = zytest::processorTime() - before;
+    });
+
+    session.client.sendFile(path, s("m"));
     WAIT_VERIFY(session.hasEnded());
 
     QVERIFY(used >= 0);
@@ -110,6 +166,6 @@ void EconomyTest::needsNoMoreMemoryForALargerFile()
     QVERIFY2(large - small < 8 * mebi, qPrintable(QStringLiteral("%1 bytes").arg(large - small)));
 }
 
-QTEST_GUILESS_MAIN(EconomyTest)
+ZY_TEST(EconomyTest)
 
 #include "tst_economy.moc"

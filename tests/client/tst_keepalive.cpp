@@ -4,6 +4,7 @@
 
 #include "rawprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 using Session = zytest::Session<zytest::RawPrinter>;
 
@@ -73,7 +74,7 @@ void KeepAliveTest::pingsAgainAfterEachPong()
         session.trace.clear();
         QVERIFY(tick(session));
         WAIT_COMPARE(session.printer.pings().size(), pings);
-        // Whatever comes behind the pong tells that the pong has come.
+        // Once the message after the pong has come, so has the pong.
         session.printer.write(zytest::RawPrinter::textFrame(s("{}")));
         WAIT_COMPARE(session.trace.lines(), QStringList{s("jsonMessageReceived({})")});
     }
@@ -194,6 +195,6 @@ void KeepAliveTest::leavesAnotherStateAlone()
     QCOMPARE(session.trace.lines(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(KeepAliveTest)
+ZY_TEST(KeepAliveTest)
 
 #include "tst_keepalive.moc"

@@ -5,6 +5,7 @@
 #include "rawprinter.h"
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QTcpServer>
 
@@ -40,7 +41,7 @@ private Q_SLOTS:
     void answersAClosingPeer();
     void reportsADroppedConnection_data();
     void reportsADroppedConnection();
-    void handlesMessagesBeforeTheDropBehindThem();
+    void handlesMessagesBeforeTheDropThatFollowsThem();
     void aFirstAttemptThatFailsEmitsNothing();
     void aLaterAttemptThatFailsIsADisconnect();
     void anInvalidUrlEmitsNothing();
@@ -86,7 +87,7 @@ void resetByPeer(RawSession &session)
     session.printer.reset();
 }
 
-/// A port of this machine on which nobody listens.
+/// A port of this machine without a listener.
 QUrl deadUrl()
 {
     QTcpServer server;
@@ -291,7 +292,7 @@ void LifecycleTest::reportsADroppedConnection()
     WAIT_COMPARE(session.trace.lines(), QStringList{disconnectedLine});
 }
 
-void LifecycleTest::handlesMessagesBeforeTheDropBehindThem()
+void LifecycleTest::handlesMessagesBeforeTheDropThatFollowsThem()
 {
     RawSession session;
     QVERIFY(session.open());
@@ -377,6 +378,6 @@ void LifecycleTest::canBeDestroyedWhileConnecting()
     QVERIFY(session.open());
 }
 
-QTEST_GUILESS_MAIN(LifecycleTest)
+ZY_TEST(LifecycleTest)
 
 #include "tst_lifecycle.moc"

@@ -5,6 +5,7 @@
 #include "processview.h"
 #include "rawprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -113,6 +114,6 @@ void LinkTest::setsItsOptionsInANestedLoop()
     QCOMPARE(missing, QString());
 }
 
-QTEST_GUILESS_MAIN(LinkTest)
+ZY_TEST(LinkTest)
 
 #include "tst_link.moc"

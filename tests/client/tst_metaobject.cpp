@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 // The client's meta-object: signals and private slots, in the order hosts were built against.
 
+#include "testprogram.h"
+
 #include <zysslechoclient.h>
 
 #include <QMetaMethod>
@@ -89,6 +91,6 @@ void MetaObjectTest::declaresNothingElse()
     QCOMPARE(QByteArray(meta().className()), QByteArray("ZySslEchoClient"));
 }
 
-QTEST_GUILESS_MAIN(MetaObjectTest)
+ZY_TEST(MetaObjectTest)
 
 #include "tst_metaobject.moc"

@@ -4,6 +4,7 @@
 
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 using zytest::ScriptedPrinter;
 using zytest::TransferRules;
@@ -184,6 +185,6 @@ void NestedLoopsTest::aSlotMayCloseAndOpenAgain()
     WAIT_COMPARE(session.trace.lines().constLast(), s("jsonMessageReceived({})"));
 }
 
-QTEST_GUILESS_MAIN(NestedLoopsTest)
+ZY_TEST(NestedLoopsTest)
 
 #include "tst_nestedloops.moc"

@@ -4,6 +4,7 @@
 
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 using zytest::ScriptedPrinter;
 using Session = zytest::TransferSession<ScriptedPrinter>;
@@ -18,6 +19,7 @@ private Q_SLOTS:
     void readsFromTheStartWhatIsNoOffset_data();
     void readsFromTheStartWhatIsNoOffset();
     void sendsNothingFromBeyondTheFile();
+    void remembersTheOffsetOfTheLastTransfer();
 };
 
 namespace
@@ -33,8 +35,9 @@ const QByteArray contents = "0123456789";
 /// Sends a file whose acceptance carries @p offset, and acknowledges whatever comes.
 void transferFrom(Session &session, const QJsonValue &offset)
 {
+    const int before = session.printer.texts().size();
     session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("m"));
-    zytest::waitUntil([&] { return session.printer.texts().size() == 1; });
+    zytest::waitUntil([&] { return session.printer.texts().size() > before; });
     QJsonObject reply
         = zytest::startFileReply(zytest::objectIn(session.printer.texts().constLast()));
     reply.insert(s("compress"), false);
@@ -111,6 +114,31 @@ void OffsetsTest::sendsNothingFromBeyondTheFile()
              (QStringList{s("start send"), s("_totalBytes =  10"), s("send end")}));
 }
 
-QTEST_GUILESS_MAIN(OffsetsTest)
+void OffsetsTest::remembersTheOffsetOfTheLastTransfer()
+{
+    Session session;
+    QCOMPARE(session.client.transferOffset(), -1);
+    QVERIFY(session.open());
+    qint64 offsetInside = -1;
+    connect(&session.client, &ZySslEchoClient::fileTransProgress, this,
+            [&] { offsetInside = session.client.transferOffset(); });
+
+    // Resumed, and then new: the latest counts, and is known while the transfer runs.
+    for (const qint64 offset : {4, 0}) {
+        transferFrom(session, QString::number(offset));
+        QCOMPARE(offsetInside, offset);
+        QCOMPARE(session.client.transferOffset(), offset);
+        session.printer.disconnect(&session.client);
+        session.trace.clear();
+    }
+
+    // No transfer begins: refused, or without its file.
+    session.printer.sendText(s(R"({"cmd":"START_FILE","errorcode":1,"offset":"5"})"));
+    session.printer.sendText(s(R"({"cmd":"START_FILE","key":"dead","offset":"6"})"));
+    WAIT_COMPARE(session.trace.count(s("transError")), 2);
+    QCOMPARE(session.client.transferOffset(), 0);
+}
+
+ZY_TEST(OffsetsTest)
 
 #include "tst_offsets.moc"

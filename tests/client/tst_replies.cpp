@@ -4,6 +4,7 @@
 
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 using Session = zytest::Session<zytest::ScriptedPrinter>;
 
@@ -221,6 +222,6 @@ void RepliesTest::passesOnRepliesItDoesNotKnow_data()
     addRow("empty text", "");
 }
 
-QTEST_GUILESS_MAIN(RepliesTest)
+ZY_TEST(RepliesTest)
 
 #include "tst_replies.moc"

@@ -5,6 +5,7 @@
 #include "rawprinter.h"
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QTimer>
 
@@ -17,8 +18,8 @@ class SegmentsTest : public QObject
 
 private Q_SLOTS:
     void handlesMergedReplies();
-    void handlesAReplyBehindTheHandshake();
-    void handlesAStatusBehindTheReplyThatStartsATransfer();
+    void handlesAReplyAfterTheHandshake();
+    void handlesAStatusAfterTheReplyThatStartsATransfer();
     void endsATransferOnMergedReplies();
 
     void checkDataMayBeSplitWhereTheLoopEnds();
@@ -116,7 +117,7 @@ void SegmentsTest::handlesMergedReplies()
     QCOMPARE(session.trace.lines(), expected);
 }
 
-void SegmentsTest::handlesAReplyBehindTheHandshake()
+void SegmentsTest::handlesAReplyAfterTheHandshake()
 {
     Session session;
     session.printer.setGreeting(RawPrinter::textFrame(s(R"({"version":"1"})")));
@@ -126,7 +127,7 @@ void SegmentsTest::handlesAReplyBehindTheHandshake()
                               s(R"(jsonMessageReceived({"version":"1"}))")}));
 }
 
-void SegmentsTest::handlesAStatusBehindTheReplyThatStartsATransfer()
+void SegmentsTest::handlesAStatusAfterTheReplyThatStartsATransfer()
 {
     Session session;
     QVERIFY(session.open());
@@ -282,6 +283,6 @@ void SegmentsTest::handlesAllRepliesBeforeAClose()
     QCOMPARE(session.trace.lines().size(), 6);
 }
 
-QTEST_GUILESS_MAIN(SegmentsTest)
+ZY_TEST(SegmentsTest)
 
 #include "tst_segments.moc"

@@ -4,6 +4,7 @@
 
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QFile>
 
@@ -312,6 +313,6 @@ void SendingTest::sendsOneFileAfterAnother()
     QCOMPARE(session.printer.chunks().size(), 5);
 }
 
-QTEST_GUILESS_MAIN(SendingTest)
+ZY_TEST(SendingTest)
 
 #include "tst_sending.moc"

@@ -4,6 +4,7 @@
 
 #include "scriptedprinter.h"
 #include "session.h"
+#include "testprogram.h"
 
 #include <QFile>
 #include <QTimer>
@@ -345,6 +346,6 @@ void SendingFailuresTest::resumesAfterADroppedConnection()
     QVERIFY(arrived == contents);
 }
 
-QTEST_GUILESS_MAIN(SendingFailuresTest)
+ZY_TEST(SendingFailuresTest)
 
 #include "tst_sendingfailures.moc"

@@ -15,7 +15,9 @@ PrinterProcess::PrinterProcess(const QStringList &options)
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     const QStringList fixed{QStringLiteral("--dir"), m_directory.path(), QStringLiteral("--port"),
                             QStringLiteral("0")};
-    m_process.start(QStringLiteral(ZYPRINTER), fixed + options);
+    // The tests of the schemas put a proxy before it.
+    m_process.start(qEnvironmentVariable("ZYWS_PRINTER", QStringLiteral(ZYPRINTER)),
+                    fixed + options);
     if (!m_process.waitForStarted())
         return;
     static const QRegularExpression address(QStringLiteral("ws://\\S+"));

@@ -21,13 +21,15 @@ void printEvent(const char *name, QJsonObject details)
     std::fflush(stdout);
 }
 
-void quitWithStandardInput()
+void quitWithStandardInput(const std::function<void()> &onInput)
 {
     auto *notifier = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, qApp);
-    QObject::connect(notifier, &QSocketNotifier::activated, qApp, [notifier] {
+    QObject::connect(notifier, &QSocketNotifier::activated, qApp, [notifier, onInput] {
         std::array<char, 256> ignored{};
-        if (::read(STDIN_FILENO, ignored.data(), ignored.size()) > 0)
+        if (::read(STDIN_FILENO, ignored.data(), ignored.size()) > 0) {
+            onInput();
             return;
+        }
         notifier->setEnabled(false);
         QCoreApplication::quit();
     });

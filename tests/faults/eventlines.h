@@ -7,10 +7,13 @@
 
 #include <QJsonObject>
 
-/// Writes {"event": @p name, …} as one line to standard output, at once.
+#include <functional>
+
+/// Writes {"event": @p name, …} as one line to standard output, at once. From any thread.
 void printEvent(const char *name, QJsonObject details = {});
 
 /// Quits the application when standard input ends, which it does when the test's process does.
-void quitWithStandardInput();
+/// @p onInput is called when anything comes before that.
+void quitWithStandardInput(const std::function<void()> &onInput = [] {});
 
 #endif // EVENTLINES_H

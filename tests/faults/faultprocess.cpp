@@ -111,14 +111,31 @@ ListenerProcess::ListenerProcess(const QString &url, const QString &file)
 {
 }
 
-qint64 SenderProcess::firstOffset() const
+QString SenderProcess::waitForEnding(int timeout)
 {
-    for (const QJsonObject &attempt : events("attempt")) {
-        const double offset = attempt.value(QLatin1String("offset")).toDouble(-1);
-        if (offset >= 0)
-            return static_cast<qint64>(offset);
-    }
-    return -1;
+    if (!waitForEnd(timeout))
+        return QStringLiteral("still running");
+    if (exitCode() != 0)
+        return QStringLiteral("exit code %1").arg(exitCode());
+    if (!events("warning").isEmpty())
+        return events("warning").constFirst().value(QLatin1String("text")).toString();
+    return result().value(QLatin1String("ending")).toString();
+}
+
+QJsonObject SenderProcess::result() const
+{
+    return events("finished").value(0);
+}
+
+qint64 SenderProcess::resumedFrom() const
+{
+    return static_cast<qint64>(events("resumed").value(0).value(QLatin1String("from")).toDouble());
+}
+
+bool SenderProcess::cancel()
+{
+    write("cancel\n");
+    return waitForEvents("cancelling");
 }
 
 } // namespace zytest

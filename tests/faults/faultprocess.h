@@ -35,10 +35,16 @@ public:
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     qint64 pid() const { return m_process.processId(); }
 
+    /// All events so far.
+    const QVector<QJsonObject> &events() const { return m_events; }
     /// The events called @p name so far.
     QVector<QJsonObject> events(const char *name) const;
     /// Waits until there are @p count of them.
     bool waitForEvents(const char *name, int count = 1, int timeout = patience);
+
+protected:
+    /// To its standard input.
+    void write(const QByteArray &bytes) { m_process.write(bytes); }
 
 private:
     void readEvents();
@@ -70,8 +76,14 @@ public:
     SenderProcess(const QString &url, const QString &file, const QStringList &options = {},
                   const QStringList &wrapper = {});
 
-    /// The offset of the first START_FILE that was accepted; -1 when none was.
-    qint64 firstOffset() const;
+    /// Waits for its end by itself; the name of the ending, or what else became of the process.
+    QString waitForEnding(int timeout = 4 * patience);
+    /// What it has finished with; empty before.
+    QJsonObject result() const;
+    /// Where the printer first resumed; 0 when it did not.
+    qint64 resumedFrom() const;
+    /// Has it cancel, and waits until it has begun to.
+    bool cancel();
 };
 
 /// The process of a slicer that only listens.

@@ -1,14 +1,75 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A slicer as a process of its own: sends one file, and again after each interruption until done.
+// A slicer as a process of its own: sends one file and reports every signal until the end.
 
 #include "eventlines.h"
-#include "persistentsender.h"
+
+#include <zyfilesender.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QMetaEnum>
 
-#include <cstdlib>
+#include <cstdio>
+
+namespace
+{
+
+template <typename Enum> QString wordOf(Enum value)
+{
+    return QString::fromLatin1(QMetaEnum::fromType<Enum>().valueToKey(static_cast<int>(value)));
+}
+
+/// How far the file has been sent is only in the log, which comes from the sender's thread.
+void readLog(QtMsgType type, const QMessageLogContext &, const QString &line)
+{
+    if (line == QLatin1String("start send"))
+        printEvent("sending");
+    else if (line.startsWith(QLatin1String("sendBytes=")))
+        printEvent("sent",
+                   {{QStringLiteral("to"), line.section(QLatin1Char(' '), 1, 1).toLongLong()}});
+    else if (type != QtDebugMsg)
+        printEvent("warning", {{QStringLiteral("text"), line}});
+}
+
+void reportEnd(const ZySendResult &result)
+{
+    printEvent("finished",
+               {{QStringLiteral("ending"), wordOf(result.ending())},
+                {QStringLiteral("interruption"), wordOf(result.interruption())},
+                {QStringLiteral("connectionFault"), wordOf(result.connectionFault())},
+                {QStringLiteral("fileFault"), wordOf(result.fileFault())},
+                {QStringLiteral("checkState"), result.checkState()},
+                {QStringLiteral("bytes"), result.bytes()},
+                {QStringLiteral("total"), result.total()},
+                {QStringLiteral("storedName"), result.storedName()},
+                {QStringLiteral("isPartDeleted"), result.isPartDeleted()},
+                {QStringLiteral("sentence"), result.sentence()}});
+    QCoreApplication::exit(0);
+}
+
+void connectReports(const ZyFileSender &sender)
+{
+    QObject::connect(&sender, &ZyFileSender::offered, [] { printEvent("offered"); });
+    QObject::connect(&sender, &ZyFileSender::resumed, [](qint64 from) {
+        printEvent("resumed", {{QStringLiteral("from"), from}});
+    });
+    QObject::connect(&sender, &ZyFileSender::restarted, [] { printEvent("restarted"); });
+    QObject::connect(&sender, &ZyFileSender::progress, [](qint64 received, qint64 total) {
+        printEvent("progress",
+                   {{QStringLiteral("received"), received}, {QStringLiteral("total"), total}});
+    });
+    QObject::connect(&sender, &ZyFileSender::retrying,
+                     [](ZySendResult::Interruption reason, int attempt, int pause) {
+                         printEvent("retrying",
+                                    {{QStringLiteral("reason"), wordOf(reason)},
+                                     {QStringLiteral("attempt"), attempt},
+                                     {QStringLiteral("pause"), pause}});
+                     });
+    QObject::connect(&sender, &ZyFileSender::finished, &reportEnd);
+}
+
+} // namespace
 
 int main(int argc, char **argv)
 {
@@ -16,33 +77,33 @@ int main(int argc, char **argv)
     QCommandLineParser parser;
     parser.addPositionalArgument(QStringLiteral("url"), QStringLiteral("printer"));
     parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("local file"));
-    const auto option = [&parser](const char *name, const char *value) {
-        const QCommandLineOption added(QLatin1String(name), {}, QLatin1String(value));
-        parser.addOption(added);
-        return added;
-    };
-    const auto attempts = option("attempts", "count");
-    const auto stall = option("stall", "ms");
-    const auto dropAfter = option("drop-after", "chunks");
-    const auto cancelAfter = option("cancel-after", "chunks");
-    const auto reuse = option("reuse", "");
+    // Far more than anything but a fault takes.
+    const QCommandLineOption limit(QStringLiteral("limit"),
+                                   QStringLiteral("for connecting and for an answer"),
+                                   QStringLiteral("ms"), QStringLiteral("60000"));
+    const QCommandLineOption retries(QStringLiteral("retries"), {}, QStringLiteral("count"),
+                                     QString::number(ZySendOptions().retries()));
+    parser.addOptions({limit, retries});
     parser.process(application);
     if (parser.positionalArguments().size() != 2)
         parser.showHelp(2);
 
-    PersistentSender::Plan plan;
-    plan.url = QUrl(parser.positionalArguments().at(0));
-    plan.file = parser.positionalArguments().at(1);
-    plan.isClientReused = parser.isSet(reuse);
-    const auto number = [&parser](const QCommandLineOption &name, int standard) {
-        return parser.isSet(name) ? parser.value(name).toInt() : standard;
-    };
-    plan.attempts = number(attempts, plan.attempts);
-    plan.stall = number(stall, plan.stall);
-    plan.dropAfter = number(dropAfter, 0);
-    plan.cancelAfter = number(cancelAfter, 0);
+    ZySendOptions options;
+    options.setConnectTimeout(parser.value(limit).toInt());
+    options.setStallTimeout(parser.value(limit).toInt());
+    options.setRetries(parser.value(retries).toInt());
+    options.setFirstPause(20);
+    options.setLongestPause(200);
 
-    quitWithStandardInput();
-    PersistentSender sender(plan);
+    qInstallMessageHandler(&readLog);
+    ZyFileSender sender(QUrl(parser.positionalArguments().at(0)),
+                        parser.positionalArguments().at(1), QStringLiteral("part.bin"));
+    sender.setOptions(options);
+    connectReports(sender);
+    quitWithStandardInput([&sender] {
+        sender.cancel();
+        printEvent("cancelling");
+    });
+    sender.start();
     return QCoreApplication::exec();
 }

@@ -41,11 +41,10 @@ public:
 
     std::unique_ptr<SenderProcess> send(const QByteArray &contents,
                                         const QStringList &options = {});
-    /// A sender that has got so far that message @p number has been passed on; null when it has
-    /// not.
-    std::unique_ptr<SenderProcess> sendUpTo(MessageGate &gate, int number,
-                                            const QByteArray &contents,
-                                            const QStringList &options = {});
+    /// A sender that has got so far that @p gate stands still; null when it has not.
+    std::unique_ptr<SenderProcess> sendUpTo(MessageGate &gate, const QByteArray &contents,
+                                            const QStringList &options = {},
+                                            const QStringList &wrapper = {});
     /// Sends another file, and ends the printer in order.
     void verifyNextJobSucceeds();
 

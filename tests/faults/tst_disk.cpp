@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: MIT
 // A printer whose disk is full.
 
+#include "messagegate.h"
 #include "modelfiles.h"
 #include "printerundertest.h"
 #include "rounds.h"
+#include "testprogram.h"
 
 #include <QFile>
 #include <QTest>
@@ -28,9 +30,11 @@ QStringList smallDisk(const QString &directory, qint64 bytes)
         directory};
 }
 
-/// Options of a sender that soon gives up, where it has no chance.
-const QStringList impatient{QStringLiteral("--stall"), QStringLiteral("1500"),
-                            QStringLiteral("--attempts"), QStringLiteral("2")};
+/// Bytes that @p sender knows the printer to hold.
+int acknowledged(const SenderProcess &sender)
+{
+    return sender.result().value(QLatin1String("bytes")).toInt();
+}
 
 } // namespace
 
@@ -70,10 +74,8 @@ void TestDisk::sizeBeyondTheDiskIsRefused()
 {
     QVERIFY(m_printer->start({QStringLiteral("--file-limit"), QString::number(chunkBytes)}));
     const auto sender = m_printer->send(randomBytes(chunkBytes + 1));
-    QVERIFY(sender->waitForEnd());
-    QCOMPARE(sender->exitCode(), 1);
-    QCOMPARE(sender->events("transError").size(), 1);
-    QCOMPARE(sender->events("transError").first().value(QLatin1String("code")).toInt(), 2);
+    QCOMPARE(sender->waitForEnding(), QStringLiteral("PrinterStorage"));
+    QCOMPARE(acknowledged(*sender), 0);
     m_printer->verifyNextJobSucceeds();
 }
 
@@ -82,9 +84,9 @@ void TestDisk::fullDiskNeverGivesAWrongFile()
     startSmallDisk(5 * chunkBytes / 2);
     if (!m_printer->isStarted())
         return;
-    const auto sender = m_printer->send(randomBytes(4 * chunkBytes), impatient);
-    QVERIFY(sender->waitForEnd());
-    QCOMPARE(sender->exitCode(), 1);
+    const auto sender = m_printer->send(randomBytes(4 * chunkBytes));
+    QCOMPARE(sender->waitForEnding(), QStringLiteral("PrinterStorage"));
+    QCOMPARE(acknowledged(*sender), 2 * chunkBytes);
     QCOMPARE(m_printer->host().events("finish").size(), 0);
     m_printer->verifyNextJobSucceeds();
 }
@@ -97,15 +99,22 @@ void TestDisk::transferGoesOnWhenTheDiskHasRoomAgain()
     const QString ballast = writeFile(m_printer->pathOf(QStringLiteral("ballast")),
                                       QByteArray(7 * chunkBytes / 2, 'b'));
     const QByteArray contents = randomBytes(4 * chunkBytes + 1000);
-    const auto sender
-        = m_printer->send(contents, {QStringLiteral("--stall"), QStringLiteral("3000")});
-    // The first attempt has come to the file's end without arriving there.
-    QVERIFY(sender->waitForEvents("reply"));
+    MessageGate gate(m_printer->host().port());
+    // Half of the third chunk has been written, and the sender does not know.
+    gate.holdBefore(7);
+    const auto sender = m_printer->sendUpTo(gate, contents);
+    QVERIFY(sender);
     QVERIFY(QFile::remove(ballast));
-    QVERIFY(sender->waitForEnd());
-    QCOMPARE(sender->exitCode(), 0);
-    for (const QJsonObject &finished : m_printer->host().events("finish"))
-        QCOMPARE(finished.value(QLatin1String("digest")).toString(), digestOf(contents));
+    gate.release();
+    QCOMPARE(sender->waitForEnding(), QStringLiteral("PrinterStorage"));
+    QCOMPARE(acknowledged(*sender), 2 * chunkBytes);
+
+    QVERIFY(m_printer->host().waitForEvents("dropped"));
+    const auto second = m_printer->send(contents);
+    QCOMPARE(second->waitForEnding(), QStringLiteral("Sent"));
+    QVERIFY(second->resumedFrom() > 2 * chunkBytes);
+    QCOMPARE(m_printer->host().events("finish").size(), 1);
+    QVERIFY(readFile(m_printer->pathOf(finishedName)) == contents);
     m_printer->verifyNextJobSucceeds();
 }
 
@@ -115,9 +124,9 @@ void TestDisk::lastBytesThatDoNotFitAreNotAcknowledged()
     startSmallDisk(chunkBytes + 4096);
     if (!m_printer->isStarted())
         return;
-    const auto sender = m_printer->send(randomBytes(chunkBytes + 10000), impatient);
-    QVERIFY(sender->waitForEnd());
-    QCOMPARE(sender->exitCode(), 1);
+    const auto sender = m_printer->send(randomBytes(chunkBytes + 10000));
+    QCOMPARE(sender->waitForEnding(), QStringLiteral("PrinterStorage"));
+    QCOMPARE(acknowledged(*sender), chunkBytes);
     QCOMPARE(m_printer->host().events("finish").size(), 0);
     m_printer->verifyNextJobSucceeds();
 }
@@ -127,11 +136,15 @@ void TestDisk::cancelOnAFullDiskMakesRoom()
     startSmallDisk(3 * chunkBytes / 2);
     if (!m_printer->isStarted())
         return;
-    const auto sender = m_printer->send(randomBytes(4 * chunkBytes),
-                                        {QStringLiteral("--cancel-after"), QStringLiteral("3")});
-    QVERIFY(sender->waitForEnd());
-    QCOMPARE(sender->exitCode(), 0);
-    QCOMPARE(sender->events("cancelled").size(), 1);
+    MessageGate gate(m_printer->host().port());
+    // Half of the second chunk has been written, and the sender does not know.
+    gate.holdBefore(5);
+    const auto sender = m_printer->sendUpTo(gate, randomBytes(4 * chunkBytes));
+    QVERIFY(sender);
+    QVERIFY(sender->cancel());
+    gate.release();
+    QCOMPARE(sender->waitForEnding(), QStringLiteral("Cancelled"));
+    QVERIFY(sender->result().value(QLatin1String("isPartDeleted")).toBool());
     QCOMPARE(entriesOf(m_printer->pathOf(QString())), QStringList());
     m_printer->verifyNextJobSucceeds();
 }
@@ -156,16 +169,17 @@ void TestDisk::recordThatDoesNotFitStartsAgain()
     const QByteArray contents = randomBytes(2 * chunkBytes + 1000) + QByteArray("\x78\x56\x34\x12");
     QVERIFY(m_printer->start(
         {QStringLiteral("--file-limit"), QString::number(contents.size() + room)}));
-    const auto sender
-        = m_printer->send(contents, {QStringLiteral("--drop-after"), QStringLiteral("1")});
-    QVERIFY(sender->waitForEnd());
-    QCOMPARE(sender->exitCode(), 0);
-    const double offset
-        = sender->events("attempt").last().value(QLatin1String("offset")).toDouble();
-    QCOMPARE(offset > 0, resumes);
+    MessageGate gate(m_printer->host().port());
+    gate.holdAfter(3);
+    const auto sender = m_printer->sendUpTo(gate, contents);
+    QVERIFY(sender);
+    gate.open(); // drops the connection
+    QCOMPARE(sender->waitForEnding(), QStringLiteral("Sent"));
+    QCOMPARE(sender->resumedFrom(), resumes ? chunkBytes : 0);
+    QCOMPARE(sender->events("restarted").size(), resumes ? 0 : 1);
     QVERIFY(readFile(m_printer->pathOf(finishedName)) == contents);
     m_printer->verifyNextJobSucceeds();
 }
 
-QTEST_GUILESS_MAIN(TestDisk)
+ZY_TEST(TestDisk)
 #include "tst_disk.moc"

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: MIT
 // Both ends under valgrind's memcheck: a transfer with a resume, and one that is cancelled.
 
-#include "faultprocess.h"
+#include "messagegate.h"
 #include "modelfiles.h"
-#include "rounds.h"
+#include "printerundertest.h"
+#include "testprogram.h"
 
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace zytest;
@@ -21,8 +21,6 @@ private Q_SLOTS:
     void bothEndsAreCleanInATransferWithResumeAndCancel();
 
 private:
-    void verifyClean(const HostProcess &host, const QString &file, const QStringList &options);
-
     const QStringList m_memcheck{
         QStringLiteral("valgrind"),
         QStringLiteral("--quiet"),
@@ -41,34 +39,31 @@ void TestMemcheck::initTestCase()
         QSKIP("valgrind is not installed");
 }
 
-void TestMemcheck::verifyClean(const HostProcess &host, const QString &file,
-                               const QStringList &options)
-{
-    SenderProcess sender(host.url(), file, options, m_memcheck);
-    QVERIFY(sender.waitForEnd());
-    QCOMPARE(sender.exitCode(), 0);
-}
-
 void TestMemcheck::bothEndsAreCleanInATransferWithResumeAndCancel()
 {
-    const QTemporaryDir directory;
-    const QTemporaryDir local;
+    PrinterUnderTest printer;
+    QVERIFY(printer.start({}, m_memcheck));
     const QByteArray contents = randomBytes(5 * chunkBytes / 2);
-    const QString file = writeFile(local.filePath(QStringLiteral("local.bin")), contents);
-    HostProcess host(directory.path(), {}, m_memcheck);
-    QVERIFY(host.port() != 0);
+    MessageGate gate(printer.host().port());
+    gate.holdAfter(3);
+    const auto resuming = printer.sendUpTo(gate, contents, {}, m_memcheck);
+    QVERIFY(resuming);
+    gate.open(); // drops the connection
+    QCOMPARE(resuming->waitForEnding(), QStringLiteral("Sent"));
+    QCOMPARE(resuming->resumedFrom(), chunkBytes);
+    QCOMPARE(printer.host().events("dropped").size(), 1);
+    QVERIFY(readFile(printer.pathOf(finishedName)) == contents);
 
-    verifyClean(host, file, {QStringLiteral("--drop-after"), QStringLiteral("1")});
-    if (QTest::currentTestFailed())
-        return;
-    QCOMPARE(host.events("dropped").size(), 1);
-    QVERIFY(readFile(directory.filePath(QStringLiteral("part.bin"))) == contents);
-    verifyClean(host, file, {QStringLiteral("--cancel-after"), QStringLiteral("1")});
-    QCOMPARE(host.events("cancelled").size(), 1);
-
-    QVERIFY(host.quit());
-    QCOMPARE(host.exitCode(), 0);
+    MessageGate secondGate(printer.host().port());
+    secondGate.holdAfter(3);
+    const auto cancelling = printer.sendUpTo(secondGate, contents, {}, m_memcheck);
+    QVERIFY(cancelling);
+    QVERIFY(cancelling->cancel());
+    secondGate.release();
+    QCOMPARE(cancelling->waitForEnding(), QStringLiteral("Cancelled"));
+    QCOMPARE(printer.host().events("cancelled").size(), 1);
+    printer.verifyNextJobSucceeds();
 }
 
-QTEST_GUILESS_MAIN(TestMemcheck)
+ZY_TEST(TestMemcheck)
 #include "tst_memcheck.moc"

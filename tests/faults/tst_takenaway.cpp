@@ -6,6 +6,7 @@
 #include "modelfiles.h"
 #include "printerundertest.h"
 #include "rounds.h"
+#include "testprogram.h"
 
 #include <QFileInfo>
 #include <QTest>
@@ -25,9 +26,6 @@ QStringList boundByRights()
     return {QStringLiteral("setpriv"),
             QStringLiteral("--bounding-set=-dac_override,-dac_read_search")};
 }
-
-/// Options of a sender that soon tries again.
-const QStringList restless{QStringLiteral("--stall"), QStringLiteral("3000")};
 
 } // namespace
 
@@ -59,17 +57,15 @@ void TestTakenAway::removedDirectoryFailsTheTransfer()
 {
     QVERIFY(m_printer->start());
     MessageGate gate(m_printer->host().port());
-    const auto sender = m_printer->sendUpTo(gate, 3, randomBytes(2 * chunkBytes));
+    gate.holdAfter(3);
+    const auto sender = m_printer->sendUpTo(gate, randomBytes(2 * chunkBytes));
     QVERIFY(sender);
     QVERIFY(QDir(m_printer->directory()).removeRecursively());
     gate.release();
-    QVERIFY(sender->waitForEnd());
-    QCOMPARE(sender->exitCode(), 1);
-    QCOMPARE(sender->events("finish").size(), 1);
+    QCOMPARE(sender->waitForEnding(), QStringLiteral("CheckFailed"));
 
     const auto refused = m_printer->send(randomBytes(1000));
-    QVERIFY(refused->waitForEnd());
-    QCOMPARE(refused->events("transError").size(), 1);
+    QCOMPARE(refused->waitForEnding(), QStringLiteral("PrinterStorage"));
 
     QVERIFY(QDir().mkdir(m_printer->directory()));
     m_printer->verifyNextJobSucceeds();
@@ -81,13 +77,12 @@ void TestTakenAway::readOnlyDirectoryFailsTheTransfer()
         QSKIP("Running as root without setpriv: the rights of files do not count");
     QVERIFY(m_printer->start({}, boundByRights()));
     MessageGate gate(m_printer->host().port());
-    const auto sender = m_printer->sendUpTo(gate, 3, randomBytes(2 * chunkBytes));
+    gate.holdAfter(3);
+    const auto sender = m_printer->sendUpTo(gate, randomBytes(2 * chunkBytes));
     QVERIFY(sender);
     QVERIFY(QFile::setPermissions(m_printer->directory(), QFile::ReadOwner | QFile::ExeOwner));
     gate.release();
-    QVERIFY(sender->waitForEnd());
-    QCOMPARE(sender->exitCode(), 1);
-    QCOMPARE(sender->events("finish").size(), 1);
+    QCOMPARE(sender->waitForEnding(), QStringLiteral("CheckFailed"));
 
     QVERIFY(QFile::setPermissions(m_printer->directory(),
                                   QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
@@ -120,12 +115,12 @@ void TestTakenAway::replacedTemporaryFileFailsTheTransfer()
     QFETCH(QString, kind);
     QVERIFY(m_printer->start());
     MessageGate gate(m_printer->host().port());
-    const auto sender = m_printer->sendUpTo(gate, 3, randomBytes(2 * chunkBytes));
+    gate.holdAfter(3);
+    const auto sender = m_printer->sendUpTo(gate, randomBytes(2 * chunkBytes));
     QVERIFY(sender);
     obstruct(kind);
     gate.release();
-    QVERIFY(sender->waitForEnd());
-    QCOMPARE(sender->exitCode(), 1);
+    QCOMPARE(sender->waitForEnding(), QStringLiteral("CheckFailed"));
     QCOMPARE(m_printer->host().events("finish").size(), 1);
     QVERIFY(!m_printer->host().events("finish").first().value(QLatin1String("isThere")).toBool());
 
@@ -147,9 +142,8 @@ void TestTakenAway::obstacleInTheWayIsRefused()
     QVERIFY(m_printer->start());
     obstruct(kind);
     const auto refused = m_printer->send(randomBytes(1000));
-    QVERIFY(refused->waitForEnd());
-    QCOMPARE(refused->exitCode(), 1);
-    QCOMPARE(refused->events("attempt").size(), 1); // refused at once, not stalled
+    QCOMPARE(refused->waitForEnding(), QStringLiteral("PrinterStorage"));
+    QCOMPARE(refused->events("retrying").size(), 0); // refused at once, not stalled
     QCOMPARE(m_printer->host().events("finish").size(), 0);
 
     QVERIFY(QFile::remove(m_printer->pathOf(temporaryName))
@@ -171,14 +165,16 @@ void TestTakenAway::lostTemporaryFileIsNotResumed()
     const QByteArray contents = randomBytes(5 * chunkBytes / 2);
     QVERIFY(m_printer->start());
     MessageGate gate(m_printer->host().port());
-    // A printer that finds the link answers in a way that no sender understands, so it has to
-    // stall.
-    const auto sender = m_printer->sendUpTo(gate, 3, contents, restless);
+    gate.holdAfter(3);
+    // A printer that finds the link gives a reply that begins nothing.
+    const auto sender
+        = m_printer->sendUpTo(gate, contents, {QStringLiteral("--limit"), QStringLiteral("500")});
     QVERIFY(sender);
     obstruct(kind);
     gate.open(); // drops the connection
-    QVERIFY(sender->waitForEnd());
-    QCOMPARE(sender->exitCode(), 0);
+    QCOMPARE(sender->waitForEnding(), QStringLiteral("Sent"));
+    QCOMPARE(sender->events("resumed").size(), 0);
+    QCOMPARE(sender->events("restarted").size(), 1);
     QVERIFY(readFile(m_printer->pathOf(finishedName)) == contents);
     m_printer->verifyNextJobSucceeds();
 }
@@ -187,24 +183,31 @@ void TestTakenAway::temporaryFileLostRightAfterAResumeIsSentAgain()
 {
     const QByteArray contents = randomBytes(5 * chunkBytes / 2);
     QVERIFY(m_printer->start());
-    {
-        MessageGate gate(m_printer->host().port());
-        const auto killed = m_printer->sendUpTo(gate, 3, contents);
-        QVERIFY(killed);
-        killed->kill();
-    }
-    QVERIFY(m_printer->host().waitForEvents("dropped"));
     MessageGate gate(m_printer->host().port());
-    const auto sender = m_printer->sendUpTo(gate, 1, contents, restless);
-    QVERIFY(sender);
+    gate.holdAfter(3);
+    const auto killed = m_printer->sendUpTo(gate, contents);
+    QVERIFY(killed);
+    killed->kill();
+    gate.open();
+    QVERIFY(m_printer->host().waitForEvents("dropped"));
+
+    MessageGate secondGate(m_printer->host().port());
+    secondGate.holdAfter(1);
+    const auto second = m_printer->sendUpTo(secondGate, contents);
+    QVERIFY(second);
     QVERIFY(QFile::remove(m_printer->pathOf(temporaryName)));
-    gate.release();
-    QVERIFY(sender->waitForEnd());
-    QCOMPARE(sender->exitCode(), 0);
-    for (const QJsonObject &finished : m_printer->host().events("finish"))
-        QCOMPARE(finished.value(QLatin1String("digest")).toString(), digestOf(contents));
+    secondGate.release();
+    QCOMPARE(second->waitForEnding(), QStringLiteral("PrinterStorage"));
+    QCOMPARE(second->resumedFrom(), chunkBytes);
+    QVERIFY(m_printer->host().waitForEvents("dropped", 2));
+
+    const auto third = m_printer->send(contents);
+    QCOMPARE(third->waitForEnding(), QStringLiteral("Sent"));
+    QCOMPARE(third->events("resumed").size(), 0);
+    QCOMPARE(m_printer->host().events("finish").size(), 1);
+    QVERIFY(readFile(m_printer->pathOf(finishedName)) == contents);
     m_printer->verifyNextJobSucceeds();
 }
 
-QTEST_GUILESS_MAIN(TestTakenAway)
+ZY_TEST(TestTakenAway)
 #include "tst_takenaway.moc"

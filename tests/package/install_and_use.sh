@@ -26,6 +26,9 @@ for header in zysslechoserver.h zysslechoclient.h zyfiletranshandle.h zywebhandl
     test -f "$prefix/include/zyWebsocket/$header"
 done
 
+test -f "$prefix/share/zyWebsocket/protocol/asyncapi.yaml"
+test -f "$prefix/share/zyWebsocket/protocol/schemas/start-file-reply.json"
+
 export LD_LIBRARY_PATH="$prefix/lib"
 
 echo "== through CMake"

@@ -38,7 +38,8 @@ public:
     {
         answerTransfers();
         connect(this, &ScriptedPrinter::chunkReceived, this, [this] {
-            if (chunks().size() == 2) {
+            // The sender may have been deleted, and its connection gone, since the chunk came.
+            if (chunks().size() == 2 && peer()) {
                 answerTransfers({true, m_held, 1, true});
                 drop();
             }

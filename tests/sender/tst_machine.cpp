@@ -42,7 +42,7 @@ SendEvent acknowledged(qint64 received, qint64 offset = 0, int code = 0)
 
 SendEvent refused(int errorcode, int wifiState)
 {
-    SendEvent made = plainEvent(SendEvent::Refused);
+    SendEvent made = plainEvent(SendEvent::Refusal);
     made.code = errorcode;
     made.wifiState = wifiState;
     return made;
@@ -193,6 +193,8 @@ private Q_SLOTS:
     void offersACancelOnlyWhileItHelps_data();
     void offersACancelOnlyWhileItHelps();
     void countsFailuresInARowOnly();
+    void goesOnAfterThePrinterHasLostItsPart();
+    void givesUpOnAPrinterThatLosesItsPartEachTime();
     void pausesLongerAndLonger();
     void takesNothingAfterTheEnd();
 };
@@ -267,6 +269,12 @@ void TestSendMachine::ends_data()
     row("no opinion", throughLastChunk + accepted() + verdict(0), Ending::Sent);
     row("bad", throughLastChunk + accepted() + verdict(2), Ending::CheckFailed);
     row("negative verdict", throughLastChunk + accepted() + verdict(-1), Ending::CheckFailed);
+    SendEvent verdictOnHeldFile = verdict(1);
+    verdictOnHeldFile.offset = fileSize;
+    row("held before, verdict first",
+        Events{start, connected} + verdictOnHeldFile + accepted(fileSize), Ending::Sent);
+    row("held before, acceptance first",
+        Events{start, connected} + accepted(fileSize) + verdictOnHeldFile, Ending::Sent);
     row("verdict on another file", throughLastChunk + verdict(1, QStringLiteral("1")),
         Ending::PrinterFault);
     row("verdict while sending", sending + verdict(1), Ending::PrinterFault);
@@ -372,6 +380,28 @@ void TestSendMachine::countsFailuresInARowOnly()
     QCOMPARE(run.finishCount, 0);
     QCOMPARE(run.all.filter(QStringLiteral("retrying 2 ")).size(), 2);
     QCOMPARE(run.all.filter(QStringLiteral("retrying 3 ")).size(), 0);
+}
+
+void TestSendMachine::goesOnAfterThePrinterHasLostItsPart()
+{
+    std::vector<SendEvent> events{start, connected, acknowledged(chunk), acknowledged(2 * chunk)};
+    // Lost at two chunks; then each attempt gains one, but more than two retries are needed.
+    for (qint64 held = 0; held < 2 * chunk; held += chunk / 4) {
+        SendEvent offered = acknowledged(held + chunk, held);
+        for (const SendEvent &each : {dropped(), timeLimit, connected, offered})
+            events.push_back(each);
+    }
+    QCOMPARE(Run(events).finishCount, 0);
+}
+
+void TestSendMachine::givesUpOnAPrinterThatLosesItsPartEachTime()
+{
+    std::vector<SendEvent> events{start, connected, acknowledged(chunk)};
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        for (const SendEvent &each : {dropped(), timeLimit, connected, acknowledged(chunk)})
+            events.push_back(each);
+    }
+    QCOMPARE(Run(events).result.ending(), Ending::GaveUp);
 }
 
 void TestSendMachine::pausesLongerAndLonger()

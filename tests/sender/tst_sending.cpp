@@ -30,6 +30,7 @@ private Q_SLOTS:
     void arrivesHoweverOftenTheLinkIsCut_data();
     void arrivesHoweverOftenTheLinkIsCut();
     void connectsAgainAfterAStall();
+    void offersAgainAfterAReplyThatBeginsNothing();
     void waitsForAPrinterThatHasNotNoticedTheDrop();
     void waitsLongForAPrinterThatChecks();
     void sendsManyFilesAtOnceFromOneThread();
@@ -167,6 +168,30 @@ void TestSending::arrivesHoweverOftenTheLinkIsCut()
 void TestSending::connectsAgainAfterAStall()
 {
     ScriptedPrinter printer; // answers nothing
+    Sending sending(printer.url(), "abc", impatient(50));
+    connect(&printer, &ScriptedPrinter::peerConnected, &printer, [&] {
+        if (printer.connectionCount() == 2)
+            printer.answerTransfers();
+    });
+    QVERIFY(sending.run());
+    QVERIFY2(sending.result().isSent(), qPrintable(sending.result().sentence()));
+    QCOMPARE(sending.retrying.count(), 1);
+    QCOMPARE(sending.retrying.at(0).at(0).value<Interruption>(), Interruption::Stalled);
+}
+
+/// As a printer replies that cannot read what stands in its reception file's place and then makes
+/// a new one: without "cmd", so no transfer begins.
+void TestSending::offersAgainAfterAReplyThatBeginsNothing()
+{
+    ScriptedPrinter printer;
+    connect(&printer, &ScriptedPrinter::textReceived, &printer, [&](const QString &text) {
+        if (printer.connectionCount() > 1)
+            return;
+        QJsonObject reply = startFileReply(objectIn(text));
+        reply.remove(QStringLiteral("cmd"));
+        reply.remove(QStringLiteral("errorcode"));
+        printer.send(reply);
+    });
     Sending sending(printer.url(), "abc", impatient(50));
     connect(&printer, &ScriptedPrinter::peerConnected, &printer, [&] {
         if (printer.connectionCount() == 2)

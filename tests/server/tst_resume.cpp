@@ -90,6 +90,9 @@ private Q_SLOTS:
     void startsAnewWithoutARecord_data();
     void startsAnewWithoutARecord();
     void writesNoRecordWhenIdle();
+    void writesNoRecordIntoANewFile();
+    void writesARecordAfterACancelWhenAskedTo_data();
+    void writesARecordAfterACancelWhenAskedTo();
     void resumesAnEmptyKeyAgainstAMissingRecord();
 };
 
@@ -326,6 +329,51 @@ void tst_Resume::writesNoRecordWhenIdle()
     QCOMPARE(readFile(printer.path(modelName)), QByteArrayLiteral("ab"));
     QCOMPARE(entriesOf(printer.dir()), QStringList{modelName});
     QCOMPARE(printer.host().count(QStringLiteral("fileTranDisconnet")), 0);
+}
+
+void tst_Resume::writesNoRecordIntoANewFile()
+{
+    TestPrinter printer;
+    {
+        RawPeer peer(printer.port());
+        peer.send(startFile(modelName, 4));
+        peer.sendChunk("ab");
+        QVERIFY(peer.waitForReplies(2));
+        QVERIFY(QFile::remove(printer.temporaryFile()));
+        QVERIFY(peer.close());
+    }
+    QVERIFY(printer.waitForConnections(0));
+    QCOMPARE(entriesOf(printer.dir()), QStringList());
+}
+
+void tst_Resume::writesARecordAfterACancelWhenAskedTo_data()
+{
+    QTest::addColumn<QList<QByteArray>>("data");
+    QTest::addColumn<int>("sizeLeft");
+    // A cancel resets the counters only when data has come and so the file is open.
+    QTest::newRow("before any data") << QList<QByteArray>{} << 4;
+    QTest::newRow("after some") << QList<QByteArray>{"ab"} << 0;
+}
+
+void tst_Resume::writesARecordAfterACancelWhenAskedTo()
+{
+    QFETCH(QList<QByteArray>, data);
+    QFETCH(int, sizeLeft);
+    TestPrinter printer;
+    RawPeer peer(printer.port());
+    peer.send(startFile(modelName, 4));
+    for (const QByteArray &chunk : data)
+        peer.sendChunk(chunk);
+    peer.send(json(R"({"cmd":"CANCEL_FILE"})"));
+    QVERIFY(peer.waitForReplies(2 + data.size()));
+    QCOMPARE(entriesOf(printer.dir()), QStringList());
+
+    printer.handles().constFirst()->saveKeyInfo();
+
+    QCOMPARE(
+        readFile(printer.temporaryFile()).toHex(),
+        (QByteArray(sizeLeft, '\0') + record(sizeLeft, 0, modelName, QStringLiteral("78563412")))
+            .toHex());
 }
 
 void tst_Resume::resumesAnEmptyKeyAgainstAMissingRecord()

@@ -40,12 +40,12 @@ Session wholeSession()
 bool isServed(TestPrinter &printer)
 {
     RawPeer peer(printer.port());
-    peer.send(startFile(QStringLiteral("after.txt"), 5, QStringLiteral("afterwards")));
+    peer.send(startFile(QStringLiteral("after.txt"), 5, QStringLiteral("2f6e6577")));
     if (peer.take().value(QStringLiteral("offset")) != QJsonValue(QStringLiteral("0")))
         return false;
     peer.sendChunk("after");
-    return peer.take() == startData(5, 5, 0, QStringLiteral("afterwards"))
-        && peer.take() == checkData(1, QStringLiteral("afterwards"))
+    return peer.take() == startData(5, 5, 0, QStringLiteral("2f6e6577"))
+        && peer.take() == checkData(1, QStringLiteral("2f6e6577"))
         && readFile(printer.path(QStringLiteral("after.txt"))) == QByteArrayLiteral("after");
 }
 

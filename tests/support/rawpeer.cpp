@@ -4,6 +4,8 @@
 
 #include "rawpeer.h"
 
+#include "messagelog.h"
+
 #include <QJsonDocument>
 #include <QUrl>
 
@@ -13,7 +15,10 @@ namespace zytest
 RawPeer::RawPeer(quint16 port)
 {
     QObject::connect(&m_socket, &QWebSocket::textMessageReceived, &m_socket,
-                     [this](const QString &text) { m_texts.append(text); });
+                     [this](const QString &text) {
+                         logMessage(Sender::Printer, Maker::Library, text);
+                         m_texts.append(text);
+                     });
     m_socket.open(QUrl(QStringLiteral("ws://127.0.0.1:%1").arg(port)));
     waitUntil([this] {
         return isConnected() || m_socket.error() != QAbstractSocket::UnknownSocketError;
@@ -43,6 +48,7 @@ void RawPeer::send(const QByteArray &text)
 
 void RawPeer::sendText(const QString &text)
 {
+    logMessage(Sender::Slicer, Maker::Test, text);
     m_socket.sendTextMessage(text);
 }
 

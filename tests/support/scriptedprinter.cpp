@@ -5,6 +5,7 @@
 #include "scriptedprinter.h"
 
 #include "emitlater.h"
+#include "messagelog.h"
 
 #include <QHostAddress>
 #include <QJsonDocument>
@@ -151,6 +152,7 @@ void ScriptedPrinter::send(const QJsonObject &message)
 
 void ScriptedPrinter::sendText(const QString &text)
 {
+    logMessage(Sender::Printer, Maker::Test, text);
     current().sendTextMessage(text);
 }
 
@@ -190,6 +192,7 @@ void ScriptedPrinter::accept()
 
 void ScriptedPrinter::recordText(const QString &text)
 {
+    logMessage(Sender::Slicer, Maker::Library, text);
     m_texts.append(text);
     if (m_answers && m_peer) {
         const QJsonObject request = objectIn(text);

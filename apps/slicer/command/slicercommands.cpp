@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <iomanip>
 #include <map>
+#include <optional>
 #include <sstream>
 
 namespace zyslicer
@@ -42,7 +43,7 @@ struct OptionValues {
     double backOff = 1;
     double interval = 1;
     int retries = 5;
-    int compressionLevel = 1;
+    std::optional<int> compressionLevel;
     bool isPrinting = false;
     bool isWatching = false;
     bool isJson = false;
@@ -185,11 +186,11 @@ void addSend(CLI::App &app, OptionValues &values)
     send->add_option("--stall", values.stall, "Without acknowledgement the transfer is renewed")
         ->check(seconds(0.1))
         ->capture_default_str();
-    send->add_option("--compression", values.compressionLevel,
-                     "From 0 (none) to 9 (smallest); 6 and more pay on slow links only")
+    send->add_option(
+            "--compression", values.compressionLevel,
+            "From 0 (none) to 9 (smallest); by default as the network and the file want it")
         ->check(CLI::Range(0, 9))
-        ->type_name("LEVEL")
-        ->capture_default_str();
+        ->type_name("LEVEL");
     addRetryOptions(send, values);
     auto *print = send->add_flag("--print", values.isPrinting, "Print it when the check is good");
     addWatchOptions(send, values, "Follow the print until it has ended")->needs(print);
@@ -318,7 +319,8 @@ void OptionValues::fillLimits(Request &request) const
     request.sending.setCancelTimeout(milliseconds(std::min(stall, reply)));
     request.sending.setRetries(retries);
     request.sending.setFirstPause(milliseconds(backOff));
-    request.sending.setCompressionLevel(compressionLevel);
+    if (compressionLevel)
+        request.sending.setCompressionLevel(*compressionLevel);
     request.pollInterval = milliseconds(interval);
 }
 

@@ -163,14 +163,15 @@ void SendStep::endNotSent(const ZySendResult &result)
                 QStringLiteral("check the printer's storage"));
         break;
     case Ending::PrinterFault:
-        endWith(ExitCode::Refused, QStringLiteral("the printer breaks the protocol"),
+        endWith(ExitCode::Refused,
+                QStringLiteral("the printer breaks the protocol (%1)").arg(result.detail()),
                 QStringLiteral("look at its answers with --verbose"));
         break;
     case Ending::LocalFile:
         end(fileOutcome(result.fileFault(), m_file));
         break;
     case Ending::NoConnection:
-        endUnconnected(result.connectionFault());
+        endUnconnected(result.connectionFault(), result.detail());
         break;
     case Ending::GaveUp:
         endWith(ExitCode::GivenUp,

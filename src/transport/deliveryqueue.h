@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A first-in first-out line between a socket's signals and their handlers.
+// A first-in first-out queue between a socket's signals and their handlers.
 
-#ifndef DELIVERYLINE_H
-#define DELIVERYLINE_H
+#ifndef DELIVERYQUEUE_H
+#define DELIVERYQUEUE_H
 
 #include <deque>
 #include <functional>
@@ -16,19 +16,19 @@ namespace zyws
 /**
  * Takes messages out of Qt's frame reader before they are handled.
  *
- * A handler may spin the event loop or delete sockets. Run inside QWebSocket's own signal, that
- * would enter the frame reader a second time (Qt then drops a frame that has arrived by half) or
- * destroy it under its own feet. So the socket's signal only appends here, and the event loop of
- * the context runs the deliveries one by one, in order, nested loops included.
+ * A handler may spin the event loop or delete sockets. Run inside a signal of QWebSocket, it would
+ * enter the frame reader a second time (Qt then drops a frame that has arrived by half) or delete
+ * it while it runs. So the socket's signal only appends here, and the event loop of the context
+ * runs the deliveries one by one, in order, nested loops included.
  *
  * Lives as a member of its context and dies with it; deliveries still waiting are dropped.
  */
-class DeliveryLine
+class DeliveryQueue
 {
 public:
     using Delivery = std::function<void()>;
 
-    explicit DeliveryLine(QObject *context);
+    explicit DeliveryQueue(QObject *context);
 
     /// True when nothing waits. The delivery being run does not count.
     bool isEmpty() const;
@@ -45,4 +45,4 @@ private:
 
 } // namespace zyws
 
-#endif // DELIVERYLINE_H
+#endif // DELIVERYQUEUE_H

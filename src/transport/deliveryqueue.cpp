@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A first-in first-out line between a socket's signals and their handlers.
+// A first-in first-out queue between a socket's signals and their handlers.
 
-#include "deliveryline.h"
+#include "deliveryqueue.h"
 
 #include <QMetaObject>
 #include <QObject>
@@ -12,25 +12,25 @@
 namespace zyws
 {
 
-DeliveryLine::DeliveryLine(QObject *context) : m_context(context) { }
+DeliveryQueue::DeliveryQueue(QObject *context) : m_context(context) { }
 
-bool DeliveryLine::isEmpty() const
+bool DeliveryQueue::isEmpty() const
 {
     return m_waiting.empty();
 }
 
-void DeliveryLine::append(Delivery delivery)
+void DeliveryQueue::append(Delivery delivery)
 {
     m_waiting.push_back(std::move(delivery));
     QMetaObject::invokeMethod(
         m_context, [this] { deliverNext(); }, Qt::QueuedConnection);
 }
 
-void DeliveryLine::deliverNext()
+void DeliveryQueue::deliverNext()
 {
     const Delivery delivery = std::move(m_waiting.front());
     m_waiting.pop_front();
-    delivery(); // may delete the context, and this line with it
+    delivery(); // may delete the context, and this queue with it
 }
 
 } // namespace zyws

@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The chunks of a file, read and compressed before their turn.
+
+#ifndef LOOKAHEAD_H
+#define LOOKAHEAD_H
+
+#include "levelcontroller.h"
+
+#include <QDateTime>
+#include <QElapsedTimer>
+
+#include <deque>
+#include <functional>
+#include <memory>
+
+class QFile;
+
+namespace zyws
+{
+
+/// Stands for a level that the controller chooses for each chunk.
+inline constexpr int adaptiveLevel = -2;
+
+/// What the application may change while a file is being sent.
+struct Compression {
+    int level = -1; ///< of zlib's, or adaptiveLevel
+    int threads = 0; ///< 0: none but the caller's; -1: as many as pay
+};
+
+/**
+ * Reads a file chunk by chunk and has each compressed, ahead of the one who takes them: one chunk
+ * where the caller's thread compresses, one more than there are threads otherwise.
+ *
+ * A chunk that was read before the file changed is read again when its turn comes, so what is taken
+ * is what reading late would give.
+ */
+class LookAhead
+{
+public:
+    /// @p file is open, at the first chunk, and outlives this object. @p onReady is called in any
+    /// thread when a chunk has been compressed, but never after the destructor.
+    LookAhead(QFile &file, bool compress, std::function<void()> onReady);
+    /// Leaves chunks that are being compressed to their threads.
+    ~LookAhead();
+
+    /// Reads ahead as far as @p wanted says and begins to compress what was read; without threads
+    /// it returns when that is done.
+    void prepare(const Compression &wanted);
+    /// Whether the next chunk is compressed. False before prepare().
+    bool isReady() const;
+
+    struct Job;
+    /// A chunk whose turn has come.
+    struct Chunk {
+        int size; ///< bytes of the file; below 1 at its end
+        std::shared_ptr<Job> job;
+        /// What is to be sent. Throws what compressing has thrown.
+        QByteArray payload() const;
+    };
+
+    /// The next chunk, which isReady(). The caller sends it at once.
+    Chunk take();
+    /// The chunk taken last has been acknowledged.
+    void acknowledged();
+
+private:
+    struct Bell;
+    struct FileState {
+        qint64 size = 0;
+        QDateTime modified;
+        bool operator!=(const FileState &other) const;
+    };
+    struct Entry {
+        Chunk chunk;
+        qint64 position; ///< in the file
+        FileState fileState; ///< before it was read
+        bool isMeasured = false;
+    };
+
+    FileState fileState() const;
+    void discardStale();
+    void read(int level, int threads);
+    void compress(const std::shared_ptr<Job> &job, int threads);
+    void measure();
+    qint64 now() const { return m_clock.nsecsElapsed(); }
+
+    QFile &m_file;
+    const bool m_isCompressing;
+    std::shared_ptr<Bell> m_bell;
+    std::deque<Entry> m_entries;
+    LevelController m_controller;
+    QElapsedTimer m_clock;
+    std::shared_ptr<Job> m_sent; ///< the chunk taken last
+    qint64 m_waitingSince = 0; ///< ns: the line alone has been waited for from then on
+};
+
+} // namespace zyws
+
+#endif // LOOKAHEAD_H
