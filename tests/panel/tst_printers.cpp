@@ -178,6 +178,8 @@ void TestPanelPrinters::nothingOfOnePrinterIsShownOfTheNext()
     QCOMPARE(user.find<QComboBox>("printFile").count(), 0);
     QCOMPARE(user.find<QComboBox>("printFile").currentText(), QString());
     QCOMPARE(user.textOf("jobLabel"), QStringLiteral("No job"));
+    QVERIFY(!user.find<QWidget>("transferProgress").isVisible());
+    QVERIFY(!user.find<QWidget>("transferDetail").isVisible());
     QCOMPARE(user.find<QLineEdit>("printExposure").text(), QStringLiteral("2.5"));
     QCOMPARE(user.notice(), QString());
 }
