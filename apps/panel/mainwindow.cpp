@@ -5,13 +5,15 @@
 #include "mainwindow.h"
 
 #include "confirmation.h"
+#include "notice.h"
 #include "printerpanel.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QKeySequence>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QScreen>
 #include <QSettings>
 
 namespace zypanel
@@ -27,8 +29,14 @@ const QLatin1String geometryKey{"window/geometry"};
 MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent), m_panel(new PrinterPanel)
 {
     setObjectName(QStringLiteral("mainWindow"));
-    setWindowTitle(tr("Printer panel"));
     setCentralWidget(m_panel);
+    connect(m_panel, &PrinterPanel::headlineChanged, this, &MainWindow::showHeadline);
+    connect(m_panel, &PrinterPanel::attentionWanted, this, &MainWindow::notify);
+    connect(m_panel, &PrinterPanel::transferringChanged, this, [this] {
+        if (m_question)
+            m_question->close();
+    });
+    showHeadline({});
     buildMenus();
     restorePlace();
 }
@@ -50,13 +58,27 @@ void MainWindow::buildMenus()
 void MainWindow::restorePlace()
 {
     if (!restoreGeometry(QSettings().value(geometryKey).toByteArray()))
-        resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 40);
+        resize(QSize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 42)
+                   .boundedTo(screen()->availableSize()));
 }
 
-/// open(), since exec() would hold up a transfer under way.
+void MainWindow::showHeadline(const QString &headline)
+{
+    const QString name = tr("Printer panel");
+    setWindowTitle(headline.isEmpty() ? name : QStringLiteral("%1 – %2").arg(headline, name));
+}
+
+void MainWindow::notify(const Notice &notice)
+{
+    if (isActiveWindow())
+        return;
+    QApplication::alert(this);
+    m_notifier.show(windowTitle(), notice.text, notice.severity == Severity::Error);
+}
+
 void MainWindow::showAbout()
 {
-    const QString text = tr("Printer panel %1").arg(QCoreApplication::applicationVersion());
+    const QString text = tr("Printer panel %1").arg(QApplication::applicationVersion());
     auto *box = new QMessageBox(QMessageBox::Information, tr("About"), text, QMessageBox::Ok, this);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setInformativeText(
@@ -68,17 +90,16 @@ void MainWindow::closeEvent(QCloseEvent *event)
 {
     if (m_panel->isTransferring()) {
         event->ignore();
-        confirm(this,
-                {tr("Quit"), tr("A file is still being sent. Quit?"),
-                 tr("Sending the same file again later resumes it."), tr("&Quit"),
-                 tr("&Go on sending")},
-                [this] {
-                    m_panel->disconnectFromPrinter();
-                    close();
-                });
+        m_question = confirm(this,
+                             {tr("Quit"), tr("A file is still being sent. Quit?"),
+                              tr("Sending the same file again later resumes it."), tr("&Quit"),
+                              tr("&Go on sending")},
+                             [this] {
+                                 m_panel->disconnectFromPrinter();
+                                 close();
+                             });
         return;
     }
-    // The event loop ends only once a transfer further up the stack has.
     m_panel->disconnectFromPrinter();
     QSettings().setValue(geometryKey, saveGeometry());
     event->accept();

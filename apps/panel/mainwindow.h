@@ -5,12 +5,18 @@
 #ifndef PANEL_MAINWINDOW_H
 #define PANEL_MAINWINDOW_H
 
+#include "desktopnotifier.h"
+
 #include <QMainWindow>
+#include <QPointer>
+
+class QMessageBox;
 
 namespace zypanel
 {
 
 class PrinterPanel;
+struct Notice;
 
 class MainWindow : public QMainWindow
 {
@@ -27,9 +33,13 @@ protected:
 private:
     void buildMenus();
     void restorePlace();
+    void showHeadline(const QString &headline);
+    void notify(const Notice &notice);
     void showAbout();
 
     PrinterPanel *m_panel;
+    DesktopNotifier m_notifier;
+    QPointer<QMessageBox> m_question;
 };
 
 } // namespace zypanel

@@ -21,10 +21,12 @@ TestSettings::TestSettings()
 
 InstalledLanguage::InstalledLanguage(QLocale::Language language)
 {
+    QLocale::setDefault(QLocale(language));
     zypanel::installTranslations(*QCoreApplication::instance(), QLocale(language));
 }
 
 InstalledLanguage::~InstalledLanguage()
 {
+    QLocale::setDefault(QLocale::system());
     qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator *>());
 }

@@ -17,7 +17,6 @@
 #include <QAccessible>
 #include <QComboBox>
 #include <QFileDialog>
-#include <QInputDialog>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QSet>
@@ -96,8 +95,8 @@ void TestPanelClicks::sendsPrintsPausesAndStops()
 
     QVERIFY(user.click("pausePrint"));
     QVERIFY(user.awaitTitle(QStringLiteral("Paused")));
-    QCOMPARE(user.find<QPushButton>("startPrint").text(), QStringLiteral("Co&ntinue"));
-    QVERIFY(user.click("startPrint"));
+    QCOMPARE(user.find<QPushButton>("pausePrint").text(), QStringLiteral("Co&ntinue"));
+    QVERIFY(user.click("pausePrint"));
     QVERIFY(user.awaitTitle(QStringLiteral("Printing")));
 
     QVERIFY(user.click("stopPrint"));
@@ -144,11 +143,18 @@ void TestPanelClicks::parametersAreShownAndApplied()
     QCOMPARE(exposure.text(), QStringLiteral("3.75"));
     QVERIFY(!user.find<QPushButton>("applyParameters").isEnabled());
 
-    // The printer keeps to its range, and says so by its status.
-    user.type("printExposure", QStringLiteral("-1"));
+    for (const char *wrong : {"-1", "4000", "long", "1.000,5"}) {
+        user.type("printExposure", QLatin1String(wrong));
+        QVERIFY(!user.find<QPushButton>("applyParameters").isEnabled());
+        QCOMPARE(user.textOf("printExposureHint"), QStringLiteral("0.1 to 3600"));
+    }
+    user.type("bottomExposureNum", QStringLiteral("2.5"));
+    QCOMPARE(user.textOf("bottomExposureNumHint"), QStringLiteral("0 to 1000"));
+    QVERIFY(user.click("revertParameters"));
+    QCOMPARE(exposure.text(), QStringLiteral("3.75"));
+    user.type("printExposure", QStringLiteral("28,5"));
     QVERIFY(user.click("applyParameters"));
-    QVERIFY(user.awaitEvent(QStringLiteral("keeps values of its own for: Exposure.")));
-    QTRY_COMPARE(exposure.text(), QStringLiteral("3.75"));
+    QTRY_COMPARE(exposure.text(), QStringLiteral("28.5"));
 }
 
 void TestPanelClicks::aPrinterIsSavedUnderAName()
@@ -158,11 +164,9 @@ void TestPanelClicks::aPrinterIsSavedUnderAName()
         WindowDriver user;
         user.type("address", printer.url().toString());
         QVERIFY(user.click("saveName"));
-        auto &dialog = user.find<QInputDialog>("nameDialog");
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        auto *name = dialog.findChild<QLineEdit *>();
-        QTest::keyClicks(name, QStringLiteral("bench1"));
-        QTest::keyClick(name, Qt::Key_Return);
+        QVERIFY(QTest::qWaitForWindowExposed(&user.find<QDialog>("nameDialog")));
+        QTest::keyClicks(&user.find<QLineEdit>("printerName"), QStringLiteral("bench1"));
+        QTest::keyClick(&user.find<QLineEdit>("printerName"), Qt::Key_Return);
         QTRY_COMPARE(user.find<QComboBox>("address").currentText(), QStringLiteral("bench1"));
         QVERIFY(user.click("connect"));
         QTRY_COMPARE_WITH_TIMEOUT(user.control().link(), Link::Open, zytest::patience);
@@ -175,7 +179,12 @@ void TestPanelClicks::aPrinterIsSavedUnderAName()
     QTRY_COMPARE_WITH_TIMEOUT(user.control().link(), Link::Open, zytest::patience);
     QVERIFY(user.click("connect"));
     QTRY_COMPARE(user.control().link(), Link::Closed);
-    QVERIFY(user.click("removeName"));
+    QVERIFY(user.click("forgetName"));
+    QVERIFY(user.click("confirmationReject"));
+    QCOMPARE(address.currentText(), QStringLiteral("bench1"));
+    QVERIFY(user.click("forgetName"));
+    QTRY_COMPARE(user.window().findChildren<QMessageBox *>().size(), 1);
+    QVERIFY(user.click("confirmationAccept"));
     QCOMPARE(address.currentText(), printer.url().toString());
     QCOMPARE(address.findText(QStringLiteral("bench1")), -1);
 }
@@ -196,7 +205,8 @@ void TestPanelClicks::cancelIsConfirmedFirst()
     QVERIFY(user.awaitEvent(QStringLiteral("was cancelled")));
     disconnect(clicking);
     QCOMPARE(user.upload().state(), State::Cancelled);
-    QCOMPARE(user.find<QProgressBar>("transferProgress").value(), 0);
+    QVERIFY(!user.find<QProgressBar>("transferProgress").isVisible());
+    QCOMPARE(user.textOf("transferDetail"), QStringLiteral("Cancelled"));
     QVERIFY(printer.pathOf(QStringLiteral("random.zydlp")).isEmpty());
 }
 
@@ -219,7 +229,7 @@ void TestPanelClicks::resumeIsOfferedAfterADrop()
     QVERIFY(!user.drop(m_model));
 
     printer.start();
-    QVERIFY(user.click("noticeAction"));
+    QVERIFY(user.click("resume"));
     QVERIFY(user.awaitEvent(QStringLiteral("already holds ")));
     QVERIFY(user.awaitUpload(State::Sent));
     QVERIFY(zytest::readFile(printer.pathOf(QStringLiteral("random.zydlp"))) == m_content);
@@ -260,13 +270,13 @@ void TestPanelClicks::everyControlIsReachedByTheTabKey()
         QTest::keyClick(focused, Qt::Key_Tab);
     }
     const QStringList expected{
-        QStringLiteral("address"),      QStringLiteral("token"),
-        QStringLiteral("connect"),      QStringLiteral("saveName"),
-        QStringLiteral("filePath"),     QStringLiteral("chooseFile"),
-        QStringLiteral("fileName"),     QStringLiteral("printExposure"),
-        QStringLiteral("initExposure"), QStringLiteral("bottomExposureNum"),
-        QStringLiteral("delayLight"),   QStringLiteral("printHeight"),
-        QStringLiteral("eleSpeed"),     QStringLiteral("printFile"),
+        QStringLiteral("address"),           QStringLiteral("token"),
+        QStringLiteral("connect"),           QStringLiteral("saveName"),
+        QStringLiteral("filePath"),          QStringLiteral("chooseFile"),
+        QStringLiteral("fileName"),          QStringLiteral("printFile"),
+        QStringLiteral("printExposure"),     QStringLiteral("initExposure"),
+        QStringLiteral("bottomExposureNum"), QStringLiteral("delayLight"),
+        QStringLiteral("printHeight"),       QStringLiteral("eleSpeed"),
         QStringLiteral("eventLog"),
     };
     QCOMPARE(visited, expected);

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 // Pictures of the window in its typical states, in a light and a dark palette, to be looked at.
 
+#include "elidedlabel.h"
 #include "mainwindow.h"
 #include "printercontrol.h"
 #include "printerpanel.h"
 #include "printerprocess.h"
-#include "restartableprinter.h"
 #include "samplemodel.h"
 #include "testsettings.h"
 #include "upload.h"
@@ -16,12 +16,12 @@
 #include <waiting.h>
 
 #include <QApplication>
-#include <QComboBox>
 #include <QDir>
 #include <QLabel>
+#include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QSignalSpy>
+#include <QScrollArea>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -64,7 +64,7 @@ double lightnessOf(const QImage &picture)
     return sum / (small.width() * small.height());
 }
 
-/// Buttons and one-line labels whose text is cut off.
+/// Buttons whose text is cut off, and what a scroll bar does not reach.
 QStringList cutOffTexts(const QWidget &window)
 {
     QStringList cut;
@@ -73,9 +73,14 @@ QStringList cutOffTexts(const QWidget &window)
             cut.append(button->text());
     }
     for (const QLabel *label : window.findChildren<QLabel *>()) {
-        if (label->isVisible() && !label->wordWrap() && label->width() < label->sizeHint().width())
+        const bool isElided = qobject_cast<const ElidedLabel *>(label) != nullptr;
+        if (label->isVisible() && !isElided && !label->wordWrap()
+            && label->width() < label->sizeHint().width())
             cut.append(label->text());
     }
+    const auto *area = window.findChild<QScrollArea *>();
+    if (area->widget()->minimumSizeHint().width() > area->viewport()->width())
+        cut.append(QStringLiteral("the panel is wider than its window"));
     return cut;
 }
 
@@ -92,40 +97,52 @@ class TestPanelPictures : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void cleanupTestCase() { QDir::setCurrent(QDir::tempPath()); }
     void init();
     void cleanup();
 
-    void idle_data() { palettes(); }
+    void idle_data() { looks(); }
     void idle();
-    void sending_data() { palettes(); }
+    void sending_data() { looks(); }
     void sending();
-    void printing_data() { palettes(); }
+    void printing_data() { looks(); }
     void printing();
-    void error_data() { palettes(); }
+    void checking_data() { looks(); }
+    void checking();
+    void error_data() { looks(); }
     void error();
 
-    void german();
+    void everyStateFitsTwiceAsLarge();
 
 private:
-    static void palettes();
+    static void looks();
+    QString look() const { return QLatin1String(QTest::currentDataTag()); }
     void takePicture(const char *state);
     void open(const QString &address);
+    QString saved(const PrinterProcess &printer);
 
     TestSettings m_settings;
     QTemporaryDir m_directory;
+    std::unique_ptr<InstalledLanguage> m_language;
     std::unique_ptr<MainWindow> m_window;
 };
 
-void TestPanelPictures::palettes()
+void TestPanelPictures::looks()
 {
-    QTest::addColumn<bool>("isDark");
-    QTest::newRow("light") << false;
-    QTest::newRow("dark") << true;
+    QTest::addColumn<QSize>("size");
+    const QSize usual(1000, 700);
+    QTest::newRow("light") << usual;
+    QTest::newRow("dark") << usual;
+    QTest::newRow("german") << usual;
+    QTest::newRow("800x600") << QSize(800, 600);
 }
 
 void TestPanelPictures::initTestCase()
 {
     QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
+    // So that the pictures show no path.
+    QVERIFY(QDir::setCurrent(m_directory.path()));
+    QVERIFY(!sampleModel(m_directory, 240).isEmpty());
     QFont font(QStringLiteral("DejaVu Sans"));
     font.setPixelSize(13);
     QApplication::setFont(font);
@@ -133,12 +150,18 @@ void TestPanelPictures::initTestCase()
 
 void TestPanelPictures::init()
 {
-    const bool isDark = QByteArray(QTest::currentDataTag()) == "dark";
-    QApplication::setPalette(isDark ? darkPalette() : lightPalette());
+    if (look().isEmpty())
+        return;
+    QFETCH(const QSize, size);
+    QApplication::setPalette(look() == QLatin1String("dark") ? darkPalette() : lightPalette());
+    if (look() == QLatin1String("german"))
+        m_language = std::make_unique<InstalledLanguage>(QLocale::German);
     m_window = std::make_unique<MainWindow>();
-    m_window->resize(1000, 680);
+    // Of a display with twice the scale there is half as much place.
+    m_window->resize(size / qRound(qApp->devicePixelRatio()));
     PrinterControl::Timing timing;
     timing.polling = 50;
+    timing.firstPause = 60000;
     m_window->panel()->control()->setTiming(timing);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
@@ -147,6 +170,7 @@ void TestPanelPictures::init()
 void TestPanelPictures::cleanup()
 {
     m_window.reset();
+    m_language.reset();
 }
 
 void TestPanelPictures::open(const QString &address)
@@ -156,17 +180,24 @@ void TestPanelPictures::open(const QString &address)
                               patience);
 }
 
+QString TestPanelPictures::saved(const PrinterProcess &printer)
+{
+    const QString name = QStringLiteral("bench1");
+    zysession::SavedPrinters().save({name, printer.url(), {}});
+    return name;
+}
+
 void TestPanelPictures::takePicture(const char *state)
 {
-    // What is still to be laid out, but no other events: a transfer may be under way.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     const QImage picture = m_window->grab().toImage();
-    const QString tag = QLatin1String(QTest::currentDataTag());
-    const QString name = tag.isEmpty() ? QLatin1String(state)
-                                       : QStringLiteral("%1-%2").arg(QLatin1String(state), tag);
-    QVERIFY(picture.save(QStringLiteral(PICTURES "/%1.png").arg(name)));
-    const bool isDark = tag == QLatin1String("dark");
-    QVERIFY(isDark ? lightnessOf(picture) < 0.4 : lightnessOf(picture) > 0.7);
+    const bool isLarge = picture.devicePixelRatio() > 1;
+    const QString name
+        = QStringLiteral("%1-%2%3.png")
+              .arg(QLatin1String(state), look(), isLarge ? QStringLiteral("-200%") : QString());
+    QVERIFY(picture.save(QStringLiteral(PICTURES "/") + name));
+    QVERIFY(look() == QLatin1String("dark") ? lightnessOf(picture) < 0.4
+                                            : lightnessOf(picture) > 0.7);
     const QStringList cut = cutOffTexts(*m_window);
     QVERIFY2(cut.isEmpty(), qPrintable(cut.join(QLatin1Char('\n'))));
 }
@@ -178,29 +209,35 @@ void TestPanelPictures::idle()
 
 void TestPanelPictures::sending()
 {
-    RestartablePrinter printer;
-    printer.status.printStatus = 0;
-    open(printer.url().toString());
-    const QString path = m_directory.filePath(QStringLiteral("gyroid-sphere.zydlp"));
-    zytest::writeFile(path, zytest::randomBytes(24 * zytest::chunkBytes));
-    m_window->panel()->setFile(path);
-    int pictures = 0;
+    const QString large = zytest::writeFile(QStringLiteral("gyroid-sphere.zydlp"),
+                                            zytest::randomBytes(32 * zytest::chunkBytes));
+    PrinterProcess printer({QStringLiteral("--speed"), QStringLiteral("200")});
+    open(saved(printer));
+    m_window->panel()->setFile(QStringLiteral("sphere.zydlp"));
+    child<QPushButton>(*m_window, "send")->click();
+    auto *start = child<QPushButton>(*m_window, "startPrint");
+    QTRY_VERIFY_WITH_TIMEOUT(start->isEnabled(), patience);
+    start->click();
+    QTRY_VERIFY_WITH_TIMEOUT(child<QProgressBar>(*m_window, "layerProgress")->value() > 20,
+                             patience);
+    m_window->panel()->setFile(large);
+    bool isTaken = false;
     connect(m_window->panel()->upload(), &Upload::progressed, this, [&](qint64 received) {
-        if (received == 14 * zytest::chunkBytes) {
+        if (received == 20 * zytest::chunkBytes) {
             takePicture("sending");
-            ++pictures;
+            isTaken = true;
         }
     });
     child<QPushButton>(*m_window, "send")->click();
     QTRY_COMPARE_WITH_TIMEOUT(m_window->panel()->upload()->state(), Upload::State::Sent, patience);
-    QCOMPARE(pictures, 1);
+    QVERIFY(isTaken);
 }
 
 void TestPanelPictures::printing()
 {
     PrinterProcess printer({QStringLiteral("--speed"), QStringLiteral("900")});
-    open(printer.url().toString());
-    m_window->panel()->setFile(sampleModel(m_directory, 240));
+    open(saved(printer));
+    m_window->panel()->setFile(QStringLiteral("sphere.zydlp"));
     child<QPushButton>(*m_window, "send")->click();
     auto *start = child<QPushButton>(*m_window, "startPrint");
     QTRY_VERIFY_WITH_TIMEOUT(start->isEnabled(), patience);
@@ -208,32 +245,58 @@ void TestPanelPictures::printing()
     QTRY_VERIFY_WITH_TIMEOUT(child<QProgressBar>(*m_window, "layerProgress")->value() > 140,
                              patience);
     takePicture("printing");
-    m_window->panel()->disconnectFromPrinter();
+}
+
+void TestPanelPictures::checking()
+{
+    PrinterProcess printer({QStringLiteral("--slow-check"), QStringLiteral("600")});
+    open(saved(printer));
+    m_window->panel()->setFile(QStringLiteral("sphere.zydlp"));
+    child<QPushButton>(*m_window, "send")->click();
+    auto *start = child<QPushButton>(*m_window, "startPrint");
+    QTRY_VERIFY_WITH_TIMEOUT(start->isEnabled(), patience);
+    start->click();
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->panel()->control()->isChecking(), patience);
+    takePicture("checking");
 }
 
 void TestPanelPictures::error()
 {
-    RestartablePrinter printer;
-    open(printer.url().toString());
-    const QString path = m_directory.filePath(QStringLiteral("gyroid-sphere.zydlp"));
-    zytest::writeFile(path, zytest::randomBytes(16 * zytest::chunkBytes));
-    m_window->panel()->setFile(path);
+    PrinterProcess printer;
+    open(saved(printer));
+    m_window->panel()->setFile(zytest::writeFile(QStringLiteral("gyroid-sphere.zydlp"),
+                                                 zytest::randomBytes(24 * zytest::chunkBytes)));
     connect(m_window->panel()->upload(), &Upload::progressed, this, [&](qint64 received) {
         if (received == 6 * zytest::chunkBytes)
-            printer.stop();
+            printer.kill();
     });
     child<QPushButton>(*m_window, "send")->click();
     QTRY_COMPARE_WITH_TIMEOUT(m_window->panel()->upload()->state(), Upload::State::Interrupted,
                               patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->panel()->control()->link(), PrinterControl::Link::Lost,
+                              patience);
     takePicture("error");
 }
 
-void TestPanelPictures::german()
+/// The scale is a matter of the whole process.
+void TestPanelPictures::everyStateFitsTwiceAsLarge()
 {
-    const InstalledLanguage installed(QLocale::German);
-    init();
-    QCOMPARE(child<QPushButton>(*m_window, "connect")->text(), QStringLiteral("&Verbinden"));
-    takePicture("german");
+    if (qApp->devicePixelRatio() > 1)
+        return;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2"));
+    QProcess twice;
+    twice.setProcessEnvironment(environment);
+    twice.setProcessChannelMode(QProcess::MergedChannels);
+    const QString eachWith[] = {QStringLiteral(":light"), QStringLiteral(":800x600")};
+    QStringList arguments{QStringLiteral("tst_pictures")};
+    for (const char *state : {"idle", "sending", "printing", "checking", "error"}) {
+        for (const QString &with : eachWith)
+            arguments.append(QLatin1String(state) + with);
+    }
+    twice.start(QCoreApplication::applicationFilePath(), arguments);
+    QVERIFY(twice.waitForFinished(5 * patience));
+    QVERIFY2(twice.exitCode() == 0, twice.readAll().constData());
 }
 
 ZY_TEST(TestPanelPictures)

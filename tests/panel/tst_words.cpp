@@ -101,7 +101,12 @@ private Q_SLOTS:
     void numbersOfThePrinterBecomeReadable_data();
     void numbersOfThePrinterBecomeReadable();
     void layersOfOneJobAreKept();
+    void theLastLayerBelongsToTheJob();
+    void aPauseIsNoRise();
+    void theRemainingTimeIsThatOfTheClock();
     void aLongPrintKeepsItsPlotBounded();
+    void typedNumbersAreUnderstood_data();
+    void typedNumbersAreUnderstood();
 
     void germanSaysEverySentenceInGerman();
 };
@@ -139,8 +144,7 @@ void TestPanelWords::numbersOfThePrinterBecomeReadable_data()
     QTest::newRow("length") << lengthText(QStringLiteral("0.05")) << "0.05 mm";
     QTest::newRow("length as text") << lengthText(QStringLiteral("50 µm")) << "50 µm";
     QTest::newRow("progress") << progressText(12 * 1024 * 1024, 40 * 1024 * 1024, 2097152, 14)
-                              << QStringLiteral(
-                                     "12.0 MiB of 40.0 MiB   ·   2.0 MiB/s   ·   14 s left");
+                              << QStringLiteral("12.0 MiB of 40.0 MiB · 2.0 MiB/s · 14 s left");
     QTest::newRow("progress without a rate")
         << progressText(512, 1024, 0, -1) << QStringLiteral("512 bytes of 1.0 KiB");
 }
@@ -155,15 +159,81 @@ void TestPanelWords::numbersOfThePrinterBecomeReadable()
 void TestPanelWords::layersOfOneJobAreKept()
 {
     LayerHistory history;
-    QVERIFY(!history.add(PrinterStatus(), 0));
-    QVERIFY(history.add(printing(1, 100), 5000));
-    QVERIFY(history.add(printing(3, 100), 7000));
+    history.add(PrinterStatus(), 0);
+    QVERIFY(history.points().isEmpty());
+    history.add(printing(1, 100), 5000);
+    history.add(printing(3, 100), 7000);
     QCOMPARE(history.points().size(), 2);
     QCOMPARE(history.points().last().seconds, 2.0);
     QCOMPARE(history.points().last().layer, 3);
     // The same file printed again.
-    QVERIFY(history.add(printing(0, 100), 9000));
+    history.add(printing(0, 100), 9000);
     QCOMPARE(history.points().size(), 1);
+}
+
+void TestPanelWords::theLastLayerBelongsToTheJob()
+{
+    LayerHistory history;
+    history.add(printing(1, 100), 0);
+    history.add(printing(97, 100), 4000);
+    PrinterStatus complete = printing(100, 100);
+    complete.state = State::Complete;
+    history.add(complete, 6000);
+    history.add(complete, 60000);
+    QCOMPARE(history.points().last().layer, 100);
+    QCOMPARE(history.points().last().seconds, 6.0);
+    QCOMPARE(history.elapsed(60000), 6.0);
+    QCOMPARE(history.remaining(), 0.0);
+}
+
+void TestPanelWords::aPauseIsNoRise()
+{
+    LayerHistory history;
+    history.add(printing(10, 100), 0);
+    PrinterStatus paused = printing(10, 100);
+    paused.state = State::Paused;
+    history.add(paused, 1000);
+    history.add(printing(11, 100), 61000);
+    QCOMPARE(history.points().size(), 2);
+    // Layer 10 lasted the whole pause: a step, not a slope.
+    QCOMPARE(history.points().first().layer, 10);
+    QCOMPARE(history.points().last().seconds, 61.0);
+    QCOMPARE(history.elapsed(65000), 65.0);
+}
+
+void TestPanelWords::theRemainingTimeIsThatOfTheClock()
+{
+    const auto after = [](int speed) {
+        LayerHistory history;
+        for (int second = 0; second <= 10; ++second) {
+            PrinterStatus status = printing(second + 1, 100);
+            status.remainingTime = QString::number(20000 - speed * second);
+            history.add(status, second * 1000);
+        }
+        return history.remaining();
+    };
+    QCOMPARE(after(1), 19990.0);
+    // A virtual printer a thousand times as fast.
+    QCOMPARE(after(1000), 10.0);
+}
+
+void TestPanelWords::typedNumbersAreUnderstood_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<double>("number");
+    QTest::newRow("point") << "28.5" << 28.5;
+    QTest::newRow("comma") << "28,5" << 28.5;
+    QTest::newRow("spaces") << " 3 " << 3.0;
+    QTest::newRow("a word") << "long" << -1.0;
+    QTest::newRow("both") << "1.000,5" << -1.0;
+    QTest::newRow("empty") << "" << -1.0;
+}
+
+void TestPanelWords::typedNumbersAreUnderstood()
+{
+    QFETCH(QString, typed);
+    QFETCH(double, number);
+    QCOMPARE(numberIn(typed).value_or(-1), number);
 }
 
 void TestPanelWords::aLongPrintKeepsItsPlotBounded()

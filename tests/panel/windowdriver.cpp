@@ -65,7 +65,7 @@ QString WindowDriver::textOf(const char *label)
 
 QString WindowDriver::notice()
 {
-    return find<QWidget>("noticeStrip").isVisible() ? textOf("noticeText") : QString();
+    return textOf("noticeText");
 }
 
 bool WindowDriver::connectTo(const QString &address)
@@ -106,6 +106,6 @@ bool WindowDriver::awaitLink(PrinterControl::Link link)
 
 bool WindowDriver::awaitEvent(const QString &text)
 {
-    return QTest::qWaitFor([&] { return find<EventLog>("eventLog").allText().contains(text); },
+    return QTest::qWaitFor([&] { return find<EventLog>("eventLog").toPlainText().contains(text); },
                            patience);
 }

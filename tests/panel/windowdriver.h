@@ -37,7 +37,7 @@ public:
     /// Replaces the text of a field by typing.
     void type(const char *field, const QString &text);
     QString textOf(const char *label);
-    /// What the strip at the top says; empty when it is hidden.
+    /// What the strip at the top says; empty when nothing is wrong.
     QString notice();
 
     /// Types the address and clicks Connect; false when no connection came about.

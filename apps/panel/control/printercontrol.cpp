@@ -64,6 +64,12 @@ void PrinterControl::disconnectFromPrinter()
     say(Severity::Info, tr("Disconnected from %1.").arg(printerName()));
 }
 
+void PrinterControl::rename(const zysession::Printer &printer)
+{
+    if (printer.url == m_printer.url)
+        m_printer.name = printer.name;
+}
+
 void PrinterControl::close()
 {
     m_pollTimer.stop();

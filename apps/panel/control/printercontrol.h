@@ -73,11 +73,15 @@ public:
     QDateTime lastHeard() const { return m_lastHeard; }
     /// The printer checks a file that is to be printed.
     bool isChecking() const { return m_isChecking; }
+    /// The last one that was to be printed, and so the one that is checked.
+    QString fileToPrint() const { return m_fileToPrint; }
 
     void connectTo(const zysession::Printer &printer, const QString &token);
     /// For the commands to come; the connection stays.
     void setToken(const QString &token);
     void disconnectFromPrinter();
+    /// The printer has another name now, if it is this one.
+    void rename(const zysession::Printer &printer);
 
     /// Goes on with a paused print of the same name.
     void startPrint(const QString &file);

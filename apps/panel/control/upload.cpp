@@ -158,7 +158,7 @@ void Upload::resume()
 
 void Upload::forget()
 {
-    if (m_state == State::Interrupted)
+    if (!isUnderWay())
         setState(State::Idle);
 }
 

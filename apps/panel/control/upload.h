@@ -73,7 +73,7 @@ public:
     void interrupt();
     /// Goes on with an interrupted file.
     void resume();
-    /// Forgets an interrupted file; the printer keeps what it has.
+    /// Forgets what became of the last file; of an interrupted one the printer keeps what it has.
     void forget();
 
 Q_SIGNALS:

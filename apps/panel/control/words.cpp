@@ -109,7 +109,7 @@ Notice sendNotice(const ZySendResult &result, const QString &name, const QString
     case Ending::LocalFile:
         return fileFaultNotice(result.fileFault(), name);
     case Ending::NoConnection: {
-        Notice notice = connectionFaultNotice(result.connectionFault(), printer);
+        Notice notice = connectionFaultNotice(result.connectionFault(), printer, result.detail());
         notice.topic = Topic::Upload;
         return notice;
     }

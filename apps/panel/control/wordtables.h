@@ -146,7 +146,7 @@ struct CommandRow {
 };
 
 inline constexpr CommandRow commandAnswers[] = {
-    {PrinterCommand::Print, Answer::Done, Severity::Good,
+    {PrinterCommand::Print, Answer::Done, Severity::Info,
      QT_TRANSLATE_NOOP("zypanel::Words", "The print of %1 has started.")},
     {PrinterCommand::Print, Answer::Busy, Severity::Warning,
      QT_TRANSLATE_NOOP("zypanel::Words",
@@ -168,7 +168,7 @@ inline constexpr CommandRow commandAnswers[] = {
                        "The connection was lost before the printer said whether it prints %1. It "
                        "may still start it.")},
 
-    {PrinterCommand::Continue, Answer::Done, Severity::Good,
+    {PrinterCommand::Continue, Answer::Done, Severity::Info,
      QT_TRANSLATE_NOOP("zypanel::Words", "The print of %1 goes on.")},
     {PrinterCommand::Continue, Answer::Busy, Severity::Warning,
      QT_TRANSLATE_NOOP("zypanel::Words", "The print of %1 cannot go on now.")},

@@ -13,7 +13,7 @@
     </message>
     <message>
         <source>A saved name, or an address such as ws://192.168.1.20:8080</source>
-        <translation>Ein gespeicherter Name oder eine Adresse wie ws://192.168.1.20:8080</translation>
+        <translation>Ein gespeicherter Name oder eine Adresse, zum Beispiel ws://192.168.1.20:8080</translation>
     </message>
     <message>
         <source>ws://address:port or a saved name</source>
@@ -26,14 +26,6 @@
     <message>
         <source>none</source>
         <translation>keines</translation>
-    </message>
-    <message>
-        <source>Give this address a name</source>
-        <translation>Dieser Adresse einen Namen geben</translation>
-    </message>
-    <message>
-        <source>Forget this saved name</source>
-        <translation>Diesen gespeicherten Namen vergessen</translation>
     </message>
     <message>
         <source>P&amp;rinter</source>
@@ -49,7 +41,7 @@
     </message>
     <message>
         <source>Connecting…</source>
-        <translation>Verbinde…</translation>
+        <translation>Verbindungsaufbau …</translation>
     </message>
     <message>
         <source>Dis&amp;connect</source>
@@ -64,24 +56,8 @@
         <translation>Verbindung: %1</translation>
     </message>
     <message>
-        <source>Save printer</source>
-        <translation>Drucker speichern</translation>
-    </message>
-    <message>
-        <source>Name for %1:</source>
-        <translation>Name für %1:</translation>
-    </message>
-    <message>
         <source>The printer is saved as %1.</source>
         <translation>Der Drucker ist als %1 gespeichert.</translation>
-    </message>
-    <message>
-        <source>The saved name %1 is removed.</source>
-        <translation>Der gespeicherte Name %1 ist entfernt.</translation>
-    </message>
-    <message>
-        <source>Remo&amp;ve</source>
-        <translation>Ent&amp;fernen</translation>
     </message>
     <message>
         <source>To&amp;ken</source>
@@ -90,14 +66,6 @@
     <message>
         <source>&amp;Give up</source>
         <translation>Auf&amp;geben</translation>
-    </message>
-    <message>
-        <source>“%1” cannot be a printer&apos;s name. Use letters, digits, “-” and “_”, at most 64.</source>
-        <translation>„%1“ kann kein Druckername sein. Erlaubt sind Buchstaben, Ziffern, „-“ und „_“, höchstens 64.</translation>
-    </message>
-    <message>
-        <source>Needed only by printers that ask for one; saved with the printer</source>
-        <translation>Nur für Drucker, die eines verlangen; wird mit dem Drucker gespeichert</translation>
     </message>
     <message>
         <source>No answer</source>
@@ -115,12 +83,64 @@
         <source>“%1” is neither a saved printer nor an address such as ws://192.168.1.20:8080.</source>
         <translation>„%1“ ist weder ein gespeicherter Drucker noch eine Adresse wie ws://192.168.1.20:8080.</translation>
     </message>
+    <message>
+        <source>Forge&amp;t…</source>
+        <translation>En&amp;tfernen…</translation>
+    </message>
+    <message>
+        <source>Needed only by printers that ask for one</source>
+        <translation>Nur für Drucker, die eines verlangen</translation>
+    </message>
+    <message>
+        <source>Save this printer under a name</source>
+        <translation>Diesen Drucker unter einem Namen speichern</translation>
+    </message>
+    <message>
+        <source>Remove this printer from the saved ones</source>
+        <translation>Diesen Drucker aus den gespeicherten entfernen</translation>
+    </message>
+    <message>
+        <source>saved</source>
+        <translation>gespeichert</translation>
+    </message>
+    <message>
+        <source>Forget the printer</source>
+        <translation>Drucker entfernen</translation>
+    </message>
+    <message>
+        <source>Forget %1?</source>
+        <translation>%1 entfernen?</translation>
+    </message>
+    <message>
+        <source>Its address %1 and its access token are removed from the saved printers.</source>
+        <translation>Die Adresse %1 und das Zugriffstoken werden aus den gespeicherten Druckern entfernt.</translation>
+    </message>
+    <message>
+        <source>&amp;Forget</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Keep it</source>
+        <translation>&amp;Behalten</translation>
+    </message>
+    <message>
+        <source>The printer %1 is no longer saved.</source>
+        <translation>Der Drucker %1 ist nicht mehr gespeichert.</translation>
+    </message>
+    <message>
+        <source>The file of the saved printers cannot be written: %1</source>
+        <translation>Die Datei mit den gespeicherten Druckern kann nicht geschrieben werden: %1</translation>
+    </message>
+    <message>
+        <source>The file of the saved printers cannot be read: %1</source>
+        <translation>Die Datei mit den gespeicherten Druckern kann nicht gelesen werden: %1</translation>
+    </message>
 </context>
 <context>
     <name>zypanel::DropHint</name>
     <message>
         <source>Drop a sliced model here</source>
-        <translation>Ein geschnittenes Modell hier ablegen</translation>
+        <translation>Druckdatei hier ablegen</translation>
     </message>
     <message>
         <source>or choose one below</source>
@@ -172,31 +192,35 @@
         <source>%1 mm</source>
         <translation>%1 mm</translation>
     </message>
+    <message>
+        <source>%1 in %2</source>
+        <translation>%1 in %2</translation>
+    </message>
 </context>
 <context>
     <name>zypanel::LayerPlot</name>
     <message>
         <source>Layers over time</source>
-        <translation>Schichten über der Zeit</translation>
+        <translation>Schichten im Zeitverlauf</translation>
     </message>
     <message>
-        <source>Layer</source>
-        <translation>Schicht</translation>
+        <source>%1 h</source>
+        <translation>%1 h</translation>
     </message>
     <message>
-        <source>Time (min)</source>
-        <translation>Zeit (min)</translation>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
     </message>
     <message>
-        <source>Time (s)</source>
-        <translation>Zeit (s)</translation>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
     </message>
 </context>
 <context>
     <name>zypanel::MainWindow</name>
     <message>
         <source>Printer panel</source>
-        <translation>Druckerpult</translation>
+        <translation>Druckersteuerung</translation>
     </message>
     <message>
         <source>Fi&amp;le</source>
@@ -204,7 +228,7 @@
     </message>
     <message>
         <source>&amp;Choose a model…</source>
-        <translation>Modell &amp;auswählen…</translation>
+        <translation>Druckdatei &amp;auswählen…</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
@@ -220,7 +244,7 @@
     </message>
     <message>
         <source>Printer panel %1</source>
-        <translation>Druckerpult %1</translation>
+        <translation>Druckersteuerung %1</translation>
     </message>
     <message>
         <source>About</source>
@@ -228,7 +252,7 @@
     </message>
     <message>
         <source>Sends sliced models to a networked resin printer and runs its prints.</source>
-        <translation>Sendet geschnittene Modelle an einen Harzdrucker im Netz und steuert seine Drucke.</translation>
+        <translation>Sendet Druckdateien an einen Harzdrucker im Netzwerk und steuert dessen Drucke.</translation>
     </message>
     <message>
         <source>Quit</source>
@@ -240,7 +264,7 @@
     </message>
     <message>
         <source>Sending the same file again later resumes it.</source>
-        <translation>Wird dieselbe Datei später wieder gesendet, geht es dort weiter.</translation>
+        <translation>Wird dieselbe Datei später erneut gesendet, geht es an dieser Stelle weiter.</translation>
     </message>
     <message>
         <source>&amp;Go on sending</source>
@@ -262,7 +286,7 @@
     </message>
     <message>
         <source>now %1</source>
-        <translation>jetzt %1</translation>
+        <translation>aktuell %1</translation>
     </message>
     <message>
         <source>Appl&amp;y</source>
@@ -270,11 +294,16 @@
     </message>
     <message>
         <source>Un&amp;do</source>
-        <translation>&amp;Zurück</translation>
+        <translation>&amp;Zurücksetzen</translation>
     </message>
     <message>
-        <source>In the printer&apos;s own units, which it does not name</source>
-        <translation>In den Einheiten des Druckers, der sie nicht nennt</translation>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>mm/min</source>
+        <comment>the widest unit</comment>
+        <translation>mm/min</translation>
     </message>
 </context>
 <context>
@@ -297,11 +326,11 @@
     </message>
     <message>
         <source>Name of a file on the printer</source>
-        <translation>Name einer Datei am Drucker</translation>
+        <translation>Name einer Datei auf dem Drucker</translation>
     </message>
     <message>
         <source>File on pr&amp;inter</source>
-        <translation>Date&amp;i am Drucker</translation>
+        <translation>Druckdate&amp;i</translation>
     </message>
     <message>
         <source>Not connected</source>
@@ -309,11 +338,11 @@
     </message>
     <message>
         <source>Asking the printer…</source>
-        <translation>Frage den Drucker…</translation>
+        <translation>Druckerstatus wird abgefragt …</translation>
     </message>
     <message>
         <source>layers of %1</source>
-        <translation>Schichten von %1</translation>
+        <translation>Schichtdicke %1</translation>
     </message>
     <message>
         <source>No job</source>
@@ -333,11 +362,11 @@
     </message>
     <message>
         <source>Stop printing %1?</source>
-        <translation>Den Druck von %1 stoppen?</translation>
+        <translation>Druck von %1 stoppen?</translation>
     </message>
     <message>
         <source>A stopped print cannot be continued; what is on the build plate is lost.</source>
-        <translation>Ein gestoppter Druck kann nicht fortgesetzt werden; was auf der Bauplatte ist, ist verloren.</translation>
+        <translation>Ein gestoppter Druck kann nicht fortgesetzt werden. Was auf der Bauplattform ist, ist verloren.</translation>
     </message>
     <message>
         <source>&amp;Stop the print</source>
@@ -358,6 +387,26 @@
     <message>
         <source>Co&amp;ntinue</source>
         <translation>Dru&amp;ck fortsetzen</translation>
+    </message>
+    <message>
+        <source>Connecting…</source>
+        <translation>Verbindungsaufbau …</translation>
+    </message>
+    <message>
+        <source>Connection lost</source>
+        <translation>Verbindung verloren</translation>
+    </message>
+    <message>
+        <source>No answer</source>
+        <translation>Keine Antwort</translation>
+    </message>
+    <message>
+        <source>Checking the file</source>
+        <translation>Prüft die Datei</translation>
+    </message>
+    <message>
+        <source>%1, as of %2</source>
+        <translation>%1, Stand %2 Uhr</translation>
     </message>
 </context>
 <context>
@@ -398,15 +447,70 @@
         <translation>Ereignisse</translation>
     </message>
     <message>
-        <source>Resume no&amp;w</source>
-        <translation>&amp;Jetzt fortsetzen</translation>
+        <source>Disconnect</source>
+        <translation>Verbindung trennen</translation>
+    </message>
+    <message>
+        <source>A file is still being sent. Disconnect?</source>
+        <translation>Es wird noch eine Datei gesendet. Verbindung trennen?</translation>
+    </message>
+    <message>
+        <source>It can be resumed afterwards.</source>
+        <translation>Das Senden kann danach fortgesetzt werden.</translation>
+    </message>
+    <message>
+        <source>&amp;Disconnect</source>
+        <translation>&amp;Trennen</translation>
+    </message>
+    <message>
+        <source>&amp;Go on sending</source>
+        <translation>&amp;Weiter senden</translation>
+    </message>
+    <message>
+        <source>%1 % – %2</source>
+        <translation>%1 % – %2</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::SaveDialog</name>
+    <message>
+        <source>Save the access &amp;token, too</source>
+        <translation>Auch das Zugriffs&amp;token speichern</translation>
+    </message>
+    <message>
+        <source>Save printer</source>
+        <translation>Drucker speichern</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>&amp;Name for %1:</source>
+        <translation>&amp;Name für %1:</translation>
+    </message>
+    <message>
+        <source>This name is that of the printer at %1, which is replaced.</source>
+        <translation>Diesen Namen hat schon der Drucker unter %1. Er wird ersetzt.</translation>
+    </message>
+    <message>
+        <source>Letters, digits, “-” and “_”, at most 64.</source>
+        <translation>Buchstaben, Ziffern, „-“ und „_“, höchstens 64.</translation>
+    </message>
+    <message>
+        <source>&amp;Replace</source>
+        <translation>&amp;Ersetzen</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
     </message>
 </context>
 <context>
     <name>zypanel::TransferBox</name>
     <message>
         <source>Send a model</source>
-        <translation>Modell senden</translation>
+        <translation>Druckdatei senden</translation>
     </message>
     <message>
         <source>Ch&amp;oose…</source>
@@ -430,7 +534,7 @@
     </message>
     <message>
         <source>Send only what is missing on the printer</source>
-        <translation>Nur senden, was auf dem Drucker fehlt</translation>
+        <translation>Nur senden, was auf dem Drucker noch fehlt</translation>
     </message>
     <message>
         <source>&amp;File</source>
@@ -438,15 +542,15 @@
     </message>
     <message>
         <source>Choose a sliced model</source>
-        <translation>Geschnittenes Modell auswählen</translation>
+        <translation>Druckdatei auswählen</translation>
     </message>
     <message>
         <source>Waiting for the printer…</source>
-        <translation>Warte auf den Drucker…</translation>
+        <translation>Warten auf den Drucker …</translation>
     </message>
     <message>
         <source>Cancelling…</source>
-        <translation>Breche ab…</translation>
+        <translation>Wird abgebrochen …</translation>
     </message>
     <message>
         <source>Interrupted at %1 of %2</source>
@@ -466,11 +570,11 @@
     </message>
     <message>
         <source>Cancel sending %1?</source>
-        <translation>Das Senden von %1 abbrechen?</translation>
+        <translation>Senden von %1 abbrechen?</translation>
     </message>
     <message>
         <source>The printer deletes what it has received, so that it cannot be resumed.</source>
-        <translation>Der Drucker löscht, was er empfangen hat; es kann dann nicht fortgesetzt werden.</translation>
+        <translation>Der Drucker löscht den empfangenen Teil; das Senden kann dann nicht fortgesetzt werden.</translation>
     </message>
     <message>
         <source>&amp;Cancel sending</source>
@@ -486,7 +590,7 @@
     </message>
     <message>
         <source>Na&amp;me on printer</source>
-        <translation>Na&amp;me am Drucker</translation>
+        <translation>Zielna&amp;me</translation>
     </message>
     <message>
         <source>Disc&amp;ard</source>
@@ -495,6 +599,22 @@
     <message>
         <source>The printer is checking the file…</source>
         <translation>Der Drucker prüft die Datei …</translation>
+    </message>
+    <message>
+        <source>Sent: %1</source>
+        <translation>Gesendet: %1</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Abgebrochen</translation>
+    </message>
+    <message>
+        <source>Not sent</source>
+        <translation>Nicht gesendet</translation>
+    </message>
+    <message>
+        <source>%1 of %2, no acknowledgement for %3</source>
+        <translation>%1 von %2, seit %3 keine Bestätigung</translation>
     </message>
 </context>
 <context>
@@ -520,27 +640,27 @@
     </message>
     <message>
         <source>%1 cannot be printed now: the printer is busy with a print, a file or a check.</source>
-        <translation>%1 kann jetzt nicht gedruckt werden: der Drucker ist mit einem Druck, einer Datei oder einer Prüfung beschäftigt.</translation>
+        <translation>%1 kann jetzt nicht gedruckt werden: Der Drucker ist mit einem Druck, einer Datei oder einer Prüfung beschäftigt.</translation>
     </message>
     <message>
         <source>%1 failed the printer&apos;s check: it is missing there, damaged, or made for another kind of printer.</source>
-        <translation>%1 hat die Prüfung des Druckers nicht bestanden: die Datei fehlt dort, ist beschädigt oder für andere Drucker gemacht.</translation>
+        <translation>%1 hat die Prüfung des Druckers nicht bestanden: Die Datei fehlt dort, ist beschädigt oder für ein anderes Druckermodell erstellt.</translation>
     </message>
     <message>
         <source>%1 is not printed: the printer rejected the access token.</source>
-        <translation>%1 wird nicht gedruckt: der Drucker hat das Zugriffstoken abgelehnt.</translation>
+        <translation>%1 wird nicht gedruckt: Der Drucker hat das Zugriffstoken abgelehnt.</translation>
     </message>
     <message>
         <source>The printer has accepted the pause.</source>
-        <translation>Der Drucker hat die Pause angenommen.</translation>
+        <translation>Der Drucker hält den Druck an.</translation>
     </message>
     <message>
         <source>The printer cannot pause now. Is it printing at all?</source>
-        <translation>Der Drucker kann jetzt nicht pausieren. Druckt er überhaupt?</translation>
+        <translation>Der Drucker kann jetzt nicht anhalten. Druckt er überhaupt?</translation>
     </message>
     <message>
         <source>The print is not paused: the printer rejected the access token.</source>
-        <translation>Der Druck pausiert nicht: der Drucker hat das Zugriffstoken abgelehnt.</translation>
+        <translation>Der Druck wird nicht angehalten: Der Drucker hat das Zugriffstoken abgelehnt.</translation>
     </message>
     <message>
         <source>The printer stops the print.</source>
@@ -552,7 +672,7 @@
     </message>
     <message>
         <source>The print goes on: the printer rejected the access token.</source>
-        <translation>Der Druck läuft weiter: der Drucker hat das Zugriffstoken abgelehnt.</translation>
+        <translation>Der Druck läuft weiter: Der Drucker hat das Zugriffstoken abgelehnt.</translation>
     </message>
     <message>
         <source>The printer did not accept the print parameters.</source>
@@ -560,7 +680,7 @@
     </message>
     <message>
         <source>The print parameters are unchanged: the printer rejected the access token.</source>
-        <translation>Die Druckparameter sind unverändert: der Drucker hat das Zugriffstoken abgelehnt.</translation>
+        <translation>Die Druckparameter sind unverändert: Der Drucker hat das Zugriffstoken abgelehnt.</translation>
     </message>
     <message>
         <source>Ready</source>
@@ -588,11 +708,11 @@
     </message>
     <message>
         <source>Print failed</source>
-        <translation>Druck misslungen</translation>
+        <translation>Druck fehlgeschlagen</translation>
     </message>
     <message>
         <source>The print of %1 has failed. Look at the printer before you start another.</source>
-        <translation>Der Druck von %1 ist misslungen. Sehen Sie nach dem Drucker, bevor Sie den nächsten starten.</translation>
+        <translation>Der Druck von %1 ist fehlgeschlagen. Sehen Sie nach dem Drucker, bevor Sie den nächsten Druck starten.</translation>
     </message>
     <message>
         <source>Print ended</source>
@@ -604,7 +724,7 @@
     </message>
     <message>
         <source>Finishing</source>
-        <translation>Wird fertig</translation>
+        <translation>Wird abgeschlossen</translation>
     </message>
     <message>
         <source>The print of %1 is being finished.</source>
@@ -672,7 +792,7 @@
     </message>
     <message>
         <source>Lift speed</source>
-        <translation>Hubtempo</translation>
+        <translation>Hubgeschwindigkeit</translation>
     </message>
     <message>
         <source>State unknown</source>
@@ -680,23 +800,23 @@
     </message>
     <message>
         <source>The printer does not say what it is doing.</source>
-        <translation>Der Drucker sagt nicht, was er tut.</translation>
+        <translation>Der Drucker meldet nicht, was er tut.</translation>
     </message>
     <message>
         <source>Paused</source>
-        <translation>Pausiert</translation>
+        <translation>Angehalten</translation>
     </message>
     <message>
         <source>The print of %1 is paused.</source>
-        <translation>Der Druck von %1 pausiert.</translation>
+        <translation>Der Druck von %1 ist angehalten.</translation>
     </message>
     <message>
         <source>Coming to a halt</source>
-        <translation>Hält an</translation>
+        <translation>Wird angehalten</translation>
     </message>
     <message>
         <source>The print of %1 is coming to a halt.</source>
-        <translation>Der Druck von %1 hält an.</translation>
+        <translation>Der Druck von %1 wird angehalten.</translation>
     </message>
     <message>
         <source>%1 is on %2 and ready to print.</source>

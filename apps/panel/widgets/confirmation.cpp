@@ -10,7 +10,8 @@
 namespace zypanel
 {
 
-void confirm(QWidget *parent, const Question &question, const std::function<void()> &accepted)
+QMessageBox *confirm(QWidget *parent, const Question &question,
+                     const std::function<void()> &accepted)
 {
     auto *box = new QMessageBox(QMessageBox::Warning, question.title, question.text,
                                 QMessageBox::NoButton, parent);
@@ -26,6 +27,7 @@ void confirm(QWidget *parent, const Question &question, const std::function<void
     box->setEscapeButton(reject);
     QObject::connect(accept, &QPushButton::clicked, parent, accepted);
     box->open();
+    return box;
 }
 
 } // namespace zypanel

@@ -9,6 +9,7 @@
 
 #include <functional>
 
+class QMessageBox;
 class QWidget;
 
 namespace zypanel
@@ -22,8 +23,10 @@ struct Question {
     QString reject; ///< the button that leaves everything as it is, and the default
 };
 
-/// Returns at once and calls @p accepted later: a nested loop would hold up a transfer under way.
-void confirm(QWidget *parent, const Question &question, const std::function<void()> &accepted);
+/// Returns at once and calls @p accepted later. The box deletes itself; its owner closes it when
+/// the question no longer arises.
+QMessageBox *confirm(QWidget *parent, const Question &question,
+                     const std::function<void()> &accepted);
 
 } // namespace zypanel
 

@@ -5,20 +5,26 @@
 #include "connectionbar.h"
 
 #include "badge.h"
+#include "confirmation.h"
+#include "elidedlabel.h"
+#include "formatting.h"
+#include "savedialog.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
-#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalBlocker>
 
+#include <utility>
+
 namespace zypanel
 {
 
-using Link = PrinterControl::Link;
+using zysession::Printer;
+using zysession::SettingsFault;
 
 namespace
 {
@@ -28,9 +34,11 @@ const QLatin1String lastUsedKey("printerPanel/lastPrinter");
 } // namespace
 
 ConnectionBar::ConnectionBar(QWidget *parent)
-    : QWidget(parent), m_address(new QComboBox), m_token(new QLineEdit), m_connect(new QPushButton),
-      m_save(new QPushButton(tr("Sa&ve…"))), m_remove(new QPushButton(tr("Remo&ve"))),
-      m_badge(new Badge)
+    : QWidget(parent), m_rows(new QHBoxLayout(this)), m_printerRow(new QHBoxLayout),
+      m_buttonRow(new QHBoxLayout), m_printerLabel(new QLabel(tr("P&rinter"))),
+      m_address(new QComboBox), m_name(new ElidedLabel), m_token(new QLineEdit),
+      m_connect(new QPushButton), m_save(new QPushButton(tr("Sa&ve…"))),
+      m_forget(new QPushButton(tr("Forge&t…"))), m_badge(new Badge)
 {
     buildFields();
     buildButtons();
@@ -46,66 +54,86 @@ void ConnectionBar::buildFields()
     m_address->setEditable(true);
     m_address->setInsertPolicy(QComboBox::NoInsert);
     m_address->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    m_address->setMinimumContentsLength(22);
+    m_address->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_address->setMinimumContentsLength(10);
     m_address->setAccessibleName(tr("Printer"));
     m_address->lineEdit()->setAccessibleName(m_address->accessibleName());
     m_address->setToolTip(tr("A saved name, or an address such as ws://192.168.1.20:8080"));
     m_address->lineEdit()->setPlaceholderText(tr("ws://address:port or a saved name"));
 
+    m_name->setObjectName(QStringLiteral("printerTitle"));
+    m_name->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    QFont bold = m_name->font();
+    bold.setBold(true);
+    m_name->setFont(bold);
+
     m_token->setObjectName(QStringLiteral("token"));
     m_token->setEchoMode(QLineEdit::Password);
     m_token->setAccessibleName(tr("Access token"));
-    m_token->setToolTip(tr("Needed only by printers that ask for one; saved with the printer"));
-    m_token->setPlaceholderText(tr("none"));
+    m_token->setToolTip(tr("Needed only by printers that ask for one"));
+    m_token->setMinimumWidth(fontMetrics().averageCharWidth() * 9);
     m_token->setMaximumWidth(fontMetrics().averageCharWidth() * 20);
 
-    connect(m_address, &QComboBox::editTextChanged, this, &ConnectionBar::updateButtons);
-    connect(m_address->lineEdit(), &QLineEdit::returnPressed, this, [this] {
-        if (m_link == Link::Closed)
-            toggle();
-    });
-    connect(m_token, &QLineEdit::editingFinished, this,
-            [this] { Q_EMIT tokenChanged(m_token->text()); });
+    connect(m_address, &QComboBox::editTextChanged, this, &ConnectionBar::onAddressChanged);
+    connect(m_address->lineEdit(), &QLineEdit::returnPressed, this, &ConnectionBar::toggle);
+    connect(m_token, &QLineEdit::textEdited, this, [this] { m_isTokenUsed = false; });
+    connect(m_token, &QLineEdit::editingFinished, this, [this] { Q_EMIT tokenChanged(token()); });
 }
 
 void ConnectionBar::buildButtons()
 {
     m_connect->setObjectName(QStringLiteral("connect"));
     m_save->setObjectName(QStringLiteral("saveName"));
-    m_save->setToolTip(tr("Give this address a name"));
+    m_save->setToolTip(tr("Save this printer under a name"));
     m_save->setAccessibleDescription(m_save->toolTip());
-    m_remove->setObjectName(QStringLiteral("removeName"));
-    m_remove->setToolTip(tr("Forget this saved name"));
-    m_remove->setAccessibleDescription(m_remove->toolTip());
+    m_forget->setObjectName(QStringLiteral("forgetName"));
+    m_forget->setToolTip(tr("Remove this printer from the saved ones"));
+    m_forget->setAccessibleDescription(m_forget->toolTip());
     m_badge->setObjectName(QStringLiteral("linkBadge"));
     connect(m_connect, &QPushButton::clicked, this, &ConnectionBar::toggle);
     connect(m_save, &QPushButton::clicked, this, &ConnectionBar::askForName);
-    connect(m_remove, &QPushButton::clicked, this, &ConnectionBar::removeSaved);
+    connect(m_forget, &QPushButton::clicked, this, &ConnectionBar::askToForget);
 }
 
+/// The order of creation is the tab order; the layouts follow it.
 void ConnectionBar::layOut()
 {
-    auto *printerLabel = new QLabel(tr("P&rinter"));
-    printerLabel->setBuddy(m_address);
+    m_printerLabel->setBuddy(m_address);
     auto *tokenLabel = new QLabel(tr("To&ken"));
     tokenLabel->setBuddy(m_token);
+    m_rows->setContentsMargins(0, 0, 0, 0);
+    m_rows->addLayout(m_printerRow, 1);
+    m_rows->addLayout(m_buttonRow);
+    m_printerRow->addWidget(m_printerLabel);
+    m_printerRow->addWidget(m_address, 1);
+    m_printerRow->addWidget(m_name, 1);
+    m_printerRow->addWidget(m_badge);
+    m_buttonRow->addWidget(tokenLabel);
+    m_buttonRow->addWidget(m_token, 1);
+    m_buttonRow->addWidget(m_connect);
+    m_buttonRow->addWidget(m_save);
+    m_buttonRow->addWidget(m_forget);
+}
 
-    auto *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(printerLabel);
-    layout->addWidget(m_address, 1);
-    layout->addWidget(tokenLabel);
-    layout->addWidget(m_token);
-    layout->addWidget(m_connect);
-    layout->addWidget(m_save);
-    layout->addWidget(m_remove);
-    layout->addStretch(0);
-    layout->addWidget(m_badge);
+void ConnectionBar::setNarrow(bool isNarrow)
+{
+    m_rows->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+}
+
+int ConnectionBar::wideWidth() const
+{
+    return m_printerRow->minimumSize().width() + m_buttonRow->minimumSize().width()
+        + m_rows->spacing();
 }
 
 QString ConnectionBar::address() const
 {
     return m_address->currentText().trimmed();
+}
+
+Printer ConnectionBar::printer() const
+{
+    return m_saved.resolve(address());
 }
 
 void ConnectionBar::setAddress(const QString &nameOrAddress)
@@ -115,16 +143,19 @@ void ConnectionBar::setAddress(const QString &nameOrAddress)
 
 QString ConnectionBar::token() const
 {
-    return m_token->text();
+    return m_token->text().isEmpty() ? printer().token : m_token->text();
 }
 
 void ConnectionBar::setToken(const QString &token)
 {
     m_token->setText(token);
+    m_isTokenUsed = false;
 }
 
 void ConnectionBar::showLink(Link link)
 {
+    const Link before = m_link;
+    const bool hadFocus = m_address->lineEdit()->hasFocus() || m_connect->hasFocus();
     m_link = link;
     m_connect->setText(tr("Dis&connect"));
     switch (link) {
@@ -148,6 +179,15 @@ void ConnectionBar::showLink(Link link)
     }
     m_badge->setAccessibleName(tr("Connection: %1").arg(m_badge->text()));
     m_badge->updateGeometry();
+    m_name->setText(printer().description());
+    // The address leaves, and the focus must not go on to the token: what is typed next would
+    // become one.
+    if (hadFocus && link != Link::Closed)
+        m_connect->setFocus();
+    m_address->setVisible(link == Link::Closed);
+    m_name->setVisible(link != Link::Closed);
+    if (hadFocus && before == Link::Connecting && link == Link::Closed)
+        m_address->lineEdit()->setFocus();
     updateButtons();
 }
 
@@ -161,7 +201,9 @@ void ConnectionBar::toggle()
 
 void ConnectionBar::requestConnection()
 {
-    const zysession::Printer printer = m_saved.resolve(address());
+    // Another program may have saved it meanwhile.
+    refreshNames();
+    const Printer printer = this->printer();
     if (printer.url.isEmpty()) {
         const QString text = zysession::isPrinterName(address())
             ? tr("Unknown printer “%1”: no printer is saved under this name. Give an address such "
@@ -172,17 +214,26 @@ void ConnectionBar::requestConnection()
         return;
     }
     QSettings().setValue(lastUsedKey, address());
-    Q_EMIT connectRequested(printer, token().isEmpty() ? printer.token : token());
+    m_isTokenUsed = true;
+    Q_EMIT connectRequested(printer);
+}
+
+/// A token that was typed for one printer is not for the next.
+void ConnectionBar::onAddressChanged()
+{
+    if (m_isTokenUsed)
+        setToken({});
+    updateButtons();
 }
 
 void ConnectionBar::refreshNames()
 {
+    report(m_saved.read());
     const QString text = m_address->currentText();
     {
         const QSignalBlocker blocker(m_address);
         m_address->clear();
-        m_saved.read();
-        for (const zysession::Printer &printer : m_saved.printers()) {
+        for (const Printer &printer : m_saved.printers()) {
             m_address->addItem(printer.name);
             m_address->setItemData(m_address->count() - 1, printer.url.toString(), Qt::ToolTipRole);
         }
@@ -193,51 +244,67 @@ void ConnectionBar::refreshNames()
 
 void ConnectionBar::updateButtons()
 {
-    const bool isSaved = !m_saved.find(address()).url.isEmpty();
-    m_address->setEnabled(m_link == Link::Closed);
+    const Printer printer = this->printer();
     m_connect->setEnabled(m_link != Link::Closed || !address().isEmpty());
-    m_save->setVisible(!isSaved);
-    m_save->setEnabled(!m_saved.resolve(address()).url.isEmpty());
-    m_remove->setVisible(isSaved);
+    m_save->setEnabled(!printer.url.isEmpty());
+    m_forget->setEnabled(!printer.name.isEmpty() && m_link == Link::Closed);
+    m_token->setPlaceholderText(printer.token.isEmpty() ? tr("none") : tr("saved"));
 }
 
 void ConnectionBar::askForName()
 {
-    auto *dialog = new QInputDialog(this);
-    dialog->setObjectName(QStringLiteral("nameDialog"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowTitle(tr("Save printer"));
-    dialog->setLabelText(tr("Name for %1:").arg(m_saved.resolve(address()).url.toString()));
-    connect(dialog, &QInputDialog::textValueSelected, this, &ConnectionBar::saveAs);
+    Printer printer = this->printer();
+    printer.token = token();
+    auto *dialog = new SaveDialog(printer, m_saved, this);
+    connect(dialog, &SaveDialog::saved, this, &ConnectionBar::save);
     dialog->open();
 }
 
-void ConnectionBar::saveAs(const QString &name)
+void ConnectionBar::save(const Printer &printer)
 {
-    const QString trimmed = name.trimmed();
-    if (!zysession::isPrinterName(trimmed)) {
-        Q_EMIT noticed({Severity::Error, Topic::SavedPrinters,
-                        tr("“%1” cannot be a printer's name. Use letters, digits, “-” and "
-                           "“_”, at most 64.")
-                            .arg(trimmed)});
+    if (report(m_saved.save(printer)))
         return;
-    }
-    m_saved.save({trimmed, m_saved.resolve(address()).url, token()});
+    const bool wasTokenUsed = std::exchange(m_isTokenUsed, false);
     refreshNames();
-    m_address->setEditText(trimmed);
-    Q_EMIT noticed(
-        {Severity::Info, Topic::SavedPrinters, tr("The printer is saved as %1.").arg(trimmed)});
+    m_address->setEditText(printer.name);
+    m_isTokenUsed = wasTokenUsed;
+    m_name->setText(printer.description());
+    Q_EMIT noticed({Severity::Info, Topic::SavedPrinters,
+                    tr("The printer is saved as %1.").arg(printer.name)});
+    Q_EMIT printerSaved(printer);
 }
 
-void ConnectionBar::removeSaved()
+void ConnectionBar::askToForget()
 {
-    const QString name = address();
-    const QString url = m_saved.find(name).url.toString();
-    m_saved.remove(name);
+    const Printer printer = this->printer();
+    confirm(this,
+            {tr("Forget the printer"), tr("Forget %1?").arg(printer.name),
+             tr("Its address %1 and its access token are removed from the saved printers.")
+                 .arg(shortened(printer.url.toString())),
+             tr("&Forget"), tr("&Keep it")},
+            [this, printer] { forget(printer); });
+}
+
+void ConnectionBar::forget(const Printer &printer)
+{
+    if (report(m_saved.remove(printer.name)))
+        return;
     refreshNames();
-    m_address->setEditText(url);
-    Q_EMIT noticed(
-        {Severity::Info, Topic::SavedPrinters, tr("The saved name %1 is removed.").arg(name)});
+    m_address->setEditText(printer.url.toString());
+    Q_EMIT noticed({Severity::Info, Topic::SavedPrinters,
+                    tr("The printer %1 is no longer saved.").arg(printer.name)});
+}
+
+/// True when there is something to be said.
+bool ConnectionBar::report(SettingsFault fault)
+{
+    if (fault == SettingsFault::None)
+        return false;
+    const QString text = fault == SettingsFault::NotWritable
+        ? tr("The file of the saved printers cannot be written: %1")
+        : tr("The file of the saved printers cannot be read: %1");
+    Q_EMIT noticed({Severity::Error, Topic::SavedPrinters, text.arg(m_saved.file())});
+    return true;
 }
 
 } // namespace zypanel

@@ -11,7 +11,9 @@
 
 #include <QWidget>
 
+class QBoxLayout;
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 
@@ -19,6 +21,7 @@ namespace zypanel
 {
 
 class Badge;
+class ElidedLabel;
 
 class ConnectionBar : public QWidget
 {
@@ -27,38 +30,59 @@ class ConnectionBar : public QWidget
 public:
     explicit ConnectionBar(QWidget *parent = nullptr);
 
-    QString address() const;
+    /// As if it was typed.
     void setAddress(const QString &nameOrAddress);
-    QString token() const;
     void setToken(const QString &token);
-    /// Asks for a connection to the address, with the typed token or else the saved one.
-    void requestConnection();
+    /// The typed token, or else the one saved with the printer.
+    QString token() const;
+    /// In two rows.
+    void setNarrow(bool isNarrow);
+    /// What it needs in one row.
+    int wideWidth() const;
     void showLink(PrinterControl::Link link);
 
+    /// Asks for a connection to the address, or says what is wrong with it.
+    void requestConnection();
+
 Q_SIGNALS:
-    void connectRequested(const zysession::Printer &printer, const QString &token);
+    void connectRequested(const zysession::Printer &printer);
     void disconnectRequested();
     void tokenChanged(const QString &token);
+    void printerSaved(const zysession::Printer &printer);
     void noticed(const zypanel::Notice &notice);
 
 private:
+    using Link = PrinterControl::Link;
+
     void buildFields();
     void buildButtons();
     void layOut();
+    QString address() const;
+    /// Of the address; its url is empty when it is none.
+    zysession::Printer printer() const;
     void toggle();
     void refreshNames();
     void updateButtons();
+    void onAddressChanged();
     void askForName();
-    void saveAs(const QString &name);
-    void removeSaved();
+    void save(const zysession::Printer &printer);
+    void askToForget();
+    void forget(const zysession::Printer &printer);
+    bool report(zysession::SettingsFault fault);
 
     zysession::SavedPrinters m_saved;
-    PrinterControl::Link m_link = PrinterControl::Link::Closed;
+    Link m_link = Link::Closed;
+    bool m_isTokenUsed = false; ///< the typed token has gone to the printer of the address
+    QBoxLayout *m_rows;
+    QBoxLayout *m_printerRow;
+    QBoxLayout *m_buttonRow;
+    QLabel *m_printerLabel;
     QComboBox *m_address;
+    ElidedLabel *m_name; ///< of the connected printer, in the address's place
     QLineEdit *m_token;
     QPushButton *m_connect;
     QPushButton *m_save;
-    QPushButton *m_remove;
+    QPushButton *m_forget;
     Badge *m_badge;
 };
 

@@ -8,84 +8,84 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QEvent>
+#include <QLocale>
 #include <QMenu>
 #include <QScrollBar>
-#include <QStringList>
+#include <QTextBlock>
 #include <QTime>
 
 namespace zypanel
 {
 
-namespace
-{
-
-constexpr int severityRole = Qt::UserRole;
-
-void paintItem(QListWidgetItem *item, const QPalette &palette)
-{
-    const auto severity = static_cast<Severity>(item->data(severityRole).toInt());
-    item->setForeground(severity == Severity::Info ? palette.color(QPalette::Text)
-                                                   : severityColor(severity, palette));
-}
-
-} // namespace
-
-EventLog::EventLog(QWidget *parent) : QListWidget(parent)
+EventLog::EventLog(QWidget *parent) : QPlainTextEdit(parent)
 {
     setObjectName(QStringLiteral("eventLog"));
     setAccessibleName(tr("Events"));
-    setWordWrap(true);
-    setResizeMode(QListView::Adjust);
-    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setReadOnly(true);
+    setTabChangesFocus(true);
+    setMaximumBlockCount(maximumEvents);
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(this, &QWidget::customContextMenuRequested, this, &EventLog::showMenu);
+    // New lines and a new size change the range.
+    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this](int, int maximum) {
+        if (m_followsEnd)
+            verticalScrollBar()->setValue(maximum);
+    });
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
+            [this](int value) { m_followsEnd = value == verticalScrollBar()->maximum(); });
+}
+
+QSize EventLog::sizeHint() const
+{
+    return {fontMetrics().averageCharWidth() * 36, fontMetrics().lineSpacing() * 8};
+}
+
+QSize EventLog::minimumSizeHint() const
+{
+    return {fontMetrics().averageCharWidth() * 24, fontMetrics().lineSpacing() * 4};
 }
 
 void EventLog::append(const Notice &notice)
 {
-    const bool followsEnd = verticalScrollBar()->value() == verticalScrollBar()->maximum();
-    const QString time = QTime::currentTime().toString(QStringLiteral("HH:mm:ss"));
-    auto *item = new QListWidgetItem(time + QStringLiteral("   ") + notice.text, this);
-    item->setData(severityRole, static_cast<int>(notice.severity));
-    paintItem(item, palette());
-    while (count() > maximumEvents)
-        delete takeItem(0);
-    if (followsEnd)
-        scrollToBottom();
+    appendPlainText(QLocale().toString(QTime::currentTime(), QStringLiteral("HH:mm:ss"))
+                    + QStringLiteral("   ") + notice.text);
+    const QTextBlock last = document()->lastBlock();
+    QTextCursor cursor(last);
+    cursor.select(QTextCursor::BlockUnderCursor);
+    cursor.setCharFormat(formatOf(notice.severity));
+    QTextBlock(last).setUserState(static_cast<int>(notice.severity));
 }
 
-QString EventLog::allText() const
+QTextCharFormat EventLog::formatOf(Severity severity) const
 {
-    QStringList lines;
-    for (int i = 0; i < count(); ++i)
-        lines.append(item(i)->text());
-    return lines.join(QLatin1Char('\n'));
+    QTextCharFormat format;
+    format.setForeground(severity == Severity::Info ? palette().color(QPalette::Text)
+                                                    : severityColor(severity, palette()));
+    return format;
 }
 
 void EventLog::changeEvent(QEvent *event)
 {
-    QListWidget::changeEvent(event);
+    QPlainTextEdit::changeEvent(event);
     if (event->type() != QEvent::PaletteChange)
         return;
-    for (int i = 0; i < count(); ++i)
-        paintItem(item(i), palette());
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        QTextCursor cursor(block);
+        cursor.select(QTextCursor::BlockUnderCursor);
+        cursor.setCharFormat(formatOf(static_cast<Severity>(qMax(0, block.userState()))));
+    }
 }
 
-/// popup(), since exec() would hold up a transfer under way.
-void EventLog::showMenu(const QPoint &position)
+void EventLog::contextMenuEvent(QContextMenuEvent *event)
 {
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addAction(tr("&Copy all"), this, &EventLog::copyAll);
-    menu->addAction(tr("C&lear"), this, &QListWidget::clear);
-    menu->popup(viewport()->mapToGlobal(position));
-}
-
-void EventLog::copyAll() const
-{
-    QApplication::clipboard()->setText(allText());
+    menu->addAction(tr("&Copy all"), this,
+                    [this] { QApplication::clipboard()->setText(toPlainText()); });
+    menu->addAction(tr("C&lear"), this, &QPlainTextEdit::clear);
+    menu->popup(event->globalPos());
 }
 
 } // namespace zypanel

@@ -7,12 +7,13 @@
 
 #include "notice.h"
 
-#include <QListWidget>
+#include <QPlainTextEdit>
 
 namespace zypanel
 {
 
-class EventLog : public QListWidget
+/// Follows its end unless its user has scrolled away from it.
+class EventLog : public QPlainTextEdit
 {
     Q_OBJECT
 
@@ -22,15 +23,18 @@ public:
     explicit EventLog(QWidget *parent = nullptr);
 
     void append(const Notice &notice);
-    /// Every line, for the clipboard.
-    QString allText() const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 protected:
     void changeEvent(QEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
-    void showMenu(const QPoint &position);
-    void copyAll() const;
+    QTextCharFormat formatOf(Severity severity) const;
+
+    bool m_followsEnd = true;
 };
 
 } // namespace zypanel

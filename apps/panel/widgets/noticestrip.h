@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// The strip at the top that says what went wrong and what can be done about it.
+// The strip at the top that says what is wrong.
 
 #ifndef PANEL_NOTICESTRIP_H
 #define PANEL_NOTICESTRIP_H
@@ -8,15 +8,20 @@
 #include "notice.h"
 
 #include <QFrame>
+#include <QVector>
 
-class QLabel;
-class QPushButton;
 class QToolButton;
 
 namespace zypanel
 {
 
-/// Shows the last notice until it is dismissed or the next replaces it.
+class ElidedLabel;
+
+/**
+ * Keeps the last warning or error of each topic until it is dismissed, or a notice of its topic
+ * says that it is over, and shows the newest. Its place is there also while it is empty, so that
+ * nothing moves away under the mouse.
+ */
 class NoticeStrip : public QFrame
 {
     Q_OBJECT
@@ -25,21 +30,21 @@ public:
     explicit NoticeStrip(QWidget *parent = nullptr);
 
     void showNotice(const Notice &notice);
-    /// A button for what can be done about the notice; none with an empty text.
-    void offerAction(const QString &text);
+    /// What was said about @p topic is over.
+    void clear(Topic topic);
+    void clearAll();
+    /// Empty when nothing is wrong.
     QString text() const;
-    Severity severity() const { return m_severity; }
-
-Q_SIGNALS:
-    void actionTriggered();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    Severity m_severity = Severity::Info;
-    QLabel *m_text;
-    QPushButton *m_action;
+    void dismiss();
+    void showNewest();
+
+    QVector<Notice> m_notices; ///< at most one of each topic, the newest last
+    ElidedLabel *m_text;
     QToolButton *m_dismiss;
 };
 

@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QMap>
 
+class QFormLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -17,7 +18,8 @@ class QPushButton;
 namespace zypanel
 {
 
-/// A field follows the printer until it is edited; then both values are shown.
+/// A field follows the printer until it is edited; then the printer's value stands beside it, or
+/// the range where the entered one is outside. Numbers are written as the user's locale does.
 class ParameterForm : public QGroupBox
 {
     Q_OBJECT
@@ -26,25 +28,29 @@ public:
     explicit ParameterForm(QWidget *parent = nullptr);
 
     void showValues(const zysession::Parameters &values);
+    /// Nothing is known any more, nor was anything entered.
+    void forget();
     /// Applying makes sense only while the printer listens.
     void setApplicable(bool isApplicable);
-    zysession::Parameters entered() const;
 
 Q_SIGNALS:
+    /// The edited ones, as the printer takes them.
     void applyRequested(const zysession::Parameters &values);
 
 private:
     struct Field {
         QLineEdit *edit;
-        QLabel *current;
+        QLabel *hint;
         bool isEdited;
     };
 
-    void addField(const QString &key);
+    void addField(const QString &key, QFormLayout *form);
     void apply();
     void revert();
     void updateField(const QString &key);
     void updateButtons();
+    /// What was entered, as the printer takes it; empty when it is no number or out of range.
+    QString enteredValue(const QString &key) const;
 
     QMap<QString, Field> m_fields;
     zysession::Parameters m_values;

@@ -5,7 +5,12 @@
 #ifndef PRINTERPANEL_H
 #define PRINTERPANEL_H
 
+#include <QPointer>
 #include <QWidget>
+
+class QBoxLayout;
+class QMessageBox;
+class QScrollArea;
 
 namespace zypanel
 {
@@ -29,7 +34,8 @@ struct Notice;
  *     panel->setFile(slicedPath);
  *
  * Files are sent in a thread of the library's own, so nothing of the application holds them up.
- * Deleting the panel ends a transfer, which can then be resumed later.
+ * Deleting the panel ends a transfer, which can then be resumed later. What does not fit is
+ * scrolled.
  */
 class PrinterPanel : public QWidget
 {
@@ -41,9 +47,10 @@ public:
 
     /// Connects to "ws://host:port" or to a saved name.
     void connectTo(const QString &nameOrAddress);
+    /// A file under way is interrupted, without a question.
     void disconnectFromPrinter();
     void setToken(const QString &token);
-    /// Offers @p path for sending.
+    /// Offers @p path for sending, unless another file is being sent.
     void setFile(const QString &path);
     void chooseFile();
 
@@ -51,27 +58,52 @@ public:
     PrinterControl *control() const { return m_control; }
     Upload *upload() const { return m_upload; }
 
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    /// For a window's title, for example "45 % – bench1"; empty without a printer.
+    void headlineChanged(const QString &headline);
+    /// A file or a print has ended or failed, or the connection has.
+    void attentionWanted(const zypanel::Notice &notice);
+    void transferringChanged(bool isTransferring);
+
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void layOut();
+    void leaveDropsToThePanel();
+    int wideWidth() const;
     void wireConnection();
     void wireTransfer();
     void wirePrint();
+    void changePrinter();
+    void onLinkChanged();
+    void onUploadChanged();
+    void resumeUpload();
+    void askToDisconnect();
+    void commitToken();
     void showNotice(const Notice &notice);
-    void updateApplicable();
+    void updateHeadline();
 
     PrinterControl *m_control;
     Upload *m_upload;
+    QScrollArea *m_scroll;
+    QBoxLayout *m_columns;
+    QBoxLayout *m_left;
+    QBoxLayout *m_right;
     ConnectionBar *m_connection;
     NoticeStrip *m_strip;
     TransferBox *m_transfer;
     PrintBox *m_print;
     ParameterForm *m_parameters;
     EventLog *m_log;
+    bool m_wasTransferring = false;
+    QString m_headline;
+    QPointer<QMessageBox> m_question;
 };
 
 } // namespace zypanel

@@ -6,6 +6,7 @@
 
 #include "confirmation.h"
 #include "drophint.h"
+#include "elidedlabel.h"
 #include "formatting.h"
 
 #include <zyfilesender.h>
@@ -17,13 +18,13 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
 
 namespace zypanel
 {
 
-using Link = PrinterControl::Link;
 using State = Upload::State;
 using FileFault = ZySendResult::FileFault;
 
@@ -31,13 +32,15 @@ namespace
 {
 
 constexpr int progressSteps = 1000;
+constexpr int tickInterval = 1000; // ms
+constexpr int noRateAfter = 3000; // ms without an acknowledgement
 
 } // namespace
 
 TransferBox::TransferBox(QWidget *parent)
     : QGroupBox(tr("Send a model"), parent), m_hint(new DropHint), m_path(new QLineEdit),
       m_choose(new QPushButton(tr("Ch&oose…"))), m_name(new QLineEdit),
-      m_progress(new QProgressBar), m_detail(new QLabel), m_send(new QPushButton(tr("S&end"))),
+      m_progress(new QProgressBar), m_detail(new ElidedLabel), m_send(new QPushButton(tr("S&end"))),
       m_resume(new QPushButton(tr("R&esume"))), m_cancel(new QPushButton)
 {
     buildFields();
@@ -57,10 +60,17 @@ void TransferBox::buildFields()
     m_progress->setRange(0, progressSteps);
     m_progress->setAccessibleName(tr("Sent"));
     m_detail->setObjectName(QStringLiteral("transferDetail"));
-    m_detail->setTextFormat(Qt::PlainText);
+    m_tick.setInterval(tickInterval);
+    connect(&m_tick, &QTimer::timeout, this, &TransferBox::updateDetail);
     connect(m_path, &QLineEdit::textChanged, this, &TransferBox::checkFile);
     connect(m_path, &QLineEdit::textEdited, this,
             [this](const QString &path) { m_name->setText(QFileInfo(path).fileName()); });
+    // What became of the last one is over with the next.
+    connect(m_path, &QLineEdit::textChanged, this, [this] {
+        if (takesFile())
+            showUpload(State::Idle);
+        Q_EMIT fileChosen();
+    });
 }
 
 void TransferBox::buildButtons()
@@ -88,10 +98,13 @@ void TransferBox::layOut()
     auto *fileLabel = new QLabel(tr("&File"));
     fileLabel->setBuddy(m_path);
     form->addRow(fileLabel, fileRow);
-    form->addRow(tr("Na&me on printer"), m_name);
+    auto *nameLabel = new QLabel(tr("Na&me on printer"));
+    nameLabel->setBuddy(m_name);
+    form->addRow(nameLabel, m_name);
 
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(m_detail, 1);
+    buttons->addStretch(0);
     buttons->addWidget(m_cancel);
     buttons->addWidget(m_resume);
     buttons->addWidget(m_send);
@@ -107,6 +120,7 @@ void TransferBox::setFile(const QString &path)
 {
     m_path->setText(path);
     m_name->setText(QFileInfo(path).fileName());
+    m_path->setCursorPosition(path.size());
     // The same path may stand for another file by now.
     checkFile();
 }
@@ -115,6 +129,7 @@ void TransferBox::checkFile()
 {
     m_fault = ZyFileSender::checkFile(m_path->text()).fileFault();
     m_hint->showFile(m_path->text(), m_fault);
+    m_path->setToolTip(m_path->text());
     updateButtons();
 }
 
@@ -126,17 +141,11 @@ bool TransferBox::event(QEvent *event)
     return QGroupBox::event(event);
 }
 
-QString TransferBox::file() const
-{
-    return m_path->text();
-}
-
 bool TransferBox::takesFile() const
 {
     return !Upload::isUnderWay(m_state) && m_state != State::Interrupted;
 }
 
-/// open(), since exec() would hold up a transfer under way.
 void TransferBox::chooseFile()
 {
     const QString folder = QFileInfo(m_path->text()).absolutePath();
@@ -153,75 +162,97 @@ void TransferBox::showDrag(bool isDragging)
     m_hint->setActive(isDragging);
 }
 
-void TransferBox::showLink(Link link)
+void TransferBox::setConnected(bool isConnected)
 {
-    m_link = link;
+    m_isConnected = isConnected;
     updateButtons();
 }
 
 void TransferBox::showUpload(State state)
 {
-    const State before = m_state;
     m_state = state;
     if (state == State::Offered) {
+        m_clock.start();
+        m_rate = {};
+        m_from = 0;
         m_received = 0;
         m_total = 0;
+        m_lastProgress = 0;
         m_progress->setValue(0);
     }
-    if (state == State::Sending && before != state) {
-        m_rate = {};
-        m_clock.start();
-    }
-    // A finished bar stays full, a cancelled one would claim what the printer no longer has.
-    if (state == State::Cancelled)
-        m_progress->setValue(0);
+    if (m_question && state != State::Offered && state != State::Sending)
+        m_question->close();
+    if (state == State::Sending)
+        m_tick.start();
+    else
+        m_tick.stop();
     updateDetail();
     updateButtons();
 }
 
+void TransferBox::showResumed(qint64 from)
+{
+    m_from = from;
+    m_rate.start(m_clock.elapsed(), from);
+}
+
 void TransferBox::showProgress(qint64 received, qint64 total)
 {
-    const bool isFirst = m_total == 0;
     m_received = received;
     m_total = total;
-    if (isFirst)
-        m_rate.start(m_clock.elapsed(), received);
-    else
-        m_rate.add(m_clock.elapsed(), received);
-    if (total > 0)
-        m_progress->setValue(static_cast<int>(static_cast<double>(received)
-                                              / static_cast<double>(total) * progressSteps));
+    m_lastProgress = m_clock.elapsed();
+    m_rate.add(m_lastProgress, received);
+    m_progress->setValue(static_cast<int>(static_cast<double>(received) / static_cast<double>(total)
+                                          * progressSteps));
     updateDetail();
+}
+
+int TransferBox::percentage() const
+{
+    if (!Upload::isUnderWay(m_state) || m_total == 0)
+        return -1;
+    return static_cast<int>(m_received * 100 / m_total);
 }
 
 void TransferBox::updateDetail()
 {
+    m_detail->setText(detailText());
+}
+
+QString TransferBox::detailText() const
+{
     switch (m_state) {
     case State::Idle:
-    case State::Sent:
-    case State::Cancelled:
-    case State::Failed:
-        m_detail->clear();
-        break;
-    case State::Checking:
-        m_detail->setText(tr("The printer is checking the file…"));
         break;
     case State::Offered:
-        m_detail->setText(tr("Waiting for the printer…"));
-        break;
+        return tr("Waiting for the printer…");
     case State::Sending:
-        m_detail->setText(progressText(m_received, m_total, m_rate.bytesPerSecond(),
-                                       m_rate.secondsLeft(m_total)));
-        break;
+        return sendingText();
+    case State::Checking:
+        return tr("The printer is checking the file…");
     case State::Cancelling:
-        m_detail->setText(tr("Cancelling…"));
-        break;
+        return tr("Cancelling…");
     case State::Interrupted:
-        m_detail->setText(
-            m_total > 0 ? tr("Interrupted at %1 of %2").arg(sizeText(m_received), sizeText(m_total))
-                        : tr("Interrupted before the start"));
-        break;
+        return m_total > 0
+            ? tr("Interrupted at %1 of %2").arg(sizeText(m_received), sizeText(m_total))
+            : tr("Interrupted before the start");
+    case State::Sent:
+        return tr("Sent: %1").arg(summaryText(m_total - m_from, m_lastProgress));
+    case State::Cancelled:
+        return tr("Cancelled");
+    case State::Failed:
+        return tr("Not sent");
     }
+    return {};
+}
+
+QString TransferBox::sendingText() const
+{
+    const qint64 still = m_clock.elapsed() - m_lastProgress;
+    if (still > noRateAfter)
+        return tr("%1 of %2, no acknowledgement for %3")
+            .arg(sizeText(m_received), sizeText(m_total), durationText(still / 1000));
+    return progressText(m_received, m_total, m_rate.bytesPerSecond(), m_rate.secondsLeft(m_total));
 }
 
 void TransferBox::updateButtons()
@@ -232,14 +263,15 @@ void TransferBox::updateButtons()
     m_path->setEnabled(takesFile());
     m_choose->setEnabled(m_path->isEnabled());
     m_name->setEnabled(m_path->isEnabled());
-    m_send->setEnabled(!isBusy && m_link == Link::Open && m_fault == FileFault::None);
+    m_send->setEnabled(!isBusy && m_isConnected && m_fault == FileFault::None);
     m_send->setVisible(!isInterrupted);
     m_resume->setVisible(isInterrupted);
-    m_resume->setEnabled(m_link != Link::Connecting);
     m_cancel->setText(isInterrupted ? tr("Disc&ard") : tr("C&ancel"));
     m_cancel->setVisible(isBusy || isInterrupted);
     m_cancel->setEnabled(isRunning || isInterrupted);
-    m_progress->setEnabled(m_state != State::Interrupted);
+    m_progress->setEnabled(!isInterrupted);
+    m_progress->setVisible(isBusy || isInterrupted || m_state == State::Sent);
+    m_detail->setVisible(m_state != State::Idle);
 }
 
 void TransferBox::askToCancel()
@@ -248,11 +280,12 @@ void TransferBox::askToCancel()
         Q_EMIT discardRequested();
         return;
     }
-    confirm(this,
-            {tr("Cancel sending"), tr("Cancel sending %1?").arg(m_name->text()),
-             tr("The printer deletes what it has received, so that it cannot be resumed."),
-             tr("&Cancel sending"), tr("&Go on sending")},
-            [this] { Q_EMIT cancelRequested(); });
+    m_question
+        = confirm(this,
+                  {tr("Cancel sending"), tr("Cancel sending %1?").arg(shortened(m_name->text())),
+                   tr("The printer deletes what it has received, so that it cannot be resumed."),
+                   tr("&Cancel sending"), tr("&Go on sending")},
+                  [this] { Q_EMIT cancelRequested(); });
 }
 
 } // namespace zypanel

@@ -5,16 +5,17 @@
 #ifndef PANEL_TRANSFERBOX_H
 #define PANEL_TRANSFERBOX_H
 
-#include "printercontrol.h"
 #include "upload.h"
 
 #include <ratemeter.h>
 
 #include <QElapsedTimer>
 #include <QGroupBox>
+#include <QPointer>
+#include <QTimer>
 
-class QLabel;
 class QLineEdit;
+class QMessageBox;
 class QProgressBar;
 class QPushButton;
 
@@ -22,6 +23,7 @@ namespace zypanel
 {
 
 class DropHint;
+class ElidedLabel;
 
 class TransferBox : public QGroupBox
 {
@@ -32,22 +34,26 @@ public:
 
     /// Offers @p path for sending, under its own name.
     void setFile(const QString &path);
-    QString file() const;
     /// Not while another is being sent or waits to be resumed.
     bool takesFile() const;
     void chooseFile();
     /// A file is being dragged over the panel.
     void showDrag(bool isDragging);
 
-    void showLink(PrinterControl::Link link);
+    /// Files can be sent now.
+    void setConnected(bool isConnected);
     void showUpload(Upload::State state);
+    void showResumed(qint64 from);
     void showProgress(qint64 received, qint64 total);
+    /// Of what is being sent, rounded down; negative while nothing is.
+    int percentage() const;
 
 Q_SIGNALS:
     void sendRequested(const QString &path, const QString &name);
     void cancelRequested();
     void resumeRequested();
     void discardRequested();
+    void fileChosen();
 
 protected:
     bool event(QEvent *event) override;
@@ -59,26 +65,31 @@ private:
     void checkFile();
     void updateButtons();
     void updateDetail();
+    QString detailText() const;
+    QString sendingText() const;
     void askToCancel();
 
-    PrinterControl::Link m_link = PrinterControl::Link::Closed;
+    bool m_isConnected = false;
     Upload::State m_state = Upload::State::Idle;
     zysession::RateMeter m_rate;
-    QElapsedTimer m_clock;
+    QElapsedTimer m_clock; ///< since the file was offered
+    QTimer m_tick; ///< while sending: what is shown becomes old
+    qint64 m_lastProgress = 0; ///< by the clock
+    qint64 m_from = 0; ///< bytes that the printer had before
     qint64 m_received = 0;
     qint64 m_total = 0;
-    ZySendResult::FileFault m_fault
-        = ZySendResult::FileFault::Missing; ///< of the file that is to be sent
+    ZySendResult::FileFault m_fault = ZySendResult::FileFault::Missing; ///< of the chosen file
 
     DropHint *m_hint;
     QLineEdit *m_path;
     QPushButton *m_choose;
     QLineEdit *m_name;
     QProgressBar *m_progress;
-    QLabel *m_detail;
+    ElidedLabel *m_detail;
     QPushButton *m_send;
     QPushButton *m_resume;
     QPushButton *m_cancel;
+    QPointer<QMessageBox> m_question;
 };
 
 } // namespace zypanel
