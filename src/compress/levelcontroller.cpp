@@ -77,6 +77,14 @@ void LevelController::compressed(int rung, int size, int packedSize, double seco
         m_trial = -1;
 }
 
+/// Threads share the processor with the client, the system and other programs, so that several
+/// compress less than so many times as much.
+void LevelController::starved(int rung, int size, double seconds)
+{
+    if (m_workers > 0 && isKnown(rung))
+        m_parallel.add(m_rungs[index(rung)].cost.value() * size / seconds);
+}
+
 void LevelController::acknowledged(int rung, int size, int packedSize, double seconds)
 {
     if (rung == 0 && m_trial == 0)
@@ -117,7 +125,10 @@ double LevelController::rate() const
 
 double LevelController::compressionTime(int rung) const
 {
-    return m_rungs[index(rung)].cost.value() / std::max(1, m_workers);
+    const double workers = std::max(1, m_workers);
+    const double parallel
+        = m_parallel.isKnown() ? std::clamp(m_parallel.value(), 0.5, workers) : workers;
+    return m_rungs[index(rung)].cost.value() / parallel;
 }
 
 double LevelController::lineTime(int rung) const

@@ -45,6 +45,9 @@ public:
     int choose();
     /// A chunk of @p size bytes became @p packedSize bytes at @p rung in @p seconds.
     void compressed(int rung, int size, int packedSize, double seconds);
+    /// The line has waited for a chunk of @p size bytes at @p rung: the one before was sent
+    /// @p seconds earlier.
+    void starved(int rung, int size, double seconds);
     /// The line and the printer had @p seconds of work with a chunk of @p size bytes that became
     /// @p packedSize bytes at @p rung.
     void acknowledged(int rung, int size, int packedSize, double seconds);
@@ -78,6 +81,7 @@ private:
     Line m_stored;
     Line m_packed; ///< compressed, and so inflated by the printer
     RecentMedian m_inflating; ///< seconds for each byte of the file
+    RecentMedian m_parallel; ///< chunks compressed at once, as far as the line has noticed
     int m_workers = 0;
     int m_current = 1;
     int m_trial = -1; ///< the rung that is being tried; -1 for none

@@ -70,10 +70,13 @@ LookAhead::Chunk LookAhead::take()
     measure();
     const Entry entry = m_entries.front();
     m_entries.pop_front();
+    if (m_isStarving && entry.chunk.job->effort().kind == Effort::Rung)
+        m_controller.starved(entry.chunk.job->effort().number, entry.chunk.size,
+                             static_cast<double>(now() - m_sentAt) / 1e9);
     if (m_shared)
         m_shared->advance(this, entry.position + entry.chunk.size);
     m_sent = entry.chunk.job;
-    m_waitingSince = now();
+    m_waitingSince = m_sentAt = now();
     return entry.chunk;
 }
 
@@ -84,6 +87,7 @@ void LookAhead::acknowledged()
         m_controller.acknowledged(m_sent->effort().number, m_sent->size(), m_sent->payload().size(),
                                   seconds);
     }
+    m_isStarving = m_sent && !isReady();
     m_sent.reset();
 }
 

@@ -91,6 +91,8 @@ private:
     LevelController m_controller;
     QElapsedTimer m_clock;
     std::shared_ptr<ChunkJob> m_sent; ///< the chunk taken last
+    qint64 m_sentAt = 0; ///< ns
+    bool m_isStarving = false; ///< the line waits for the next chunk
     qint64 m_waitingSince = 0; ///< ns: the line alone has been waited for from then on
 };
 

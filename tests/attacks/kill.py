@@ -1,14 +1,21 @@
 # SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 # SPDX-License-Identifier: MIT
-"""SIGKILL of the printer at every step of a transfer, in seeded rounds.
+"""SIGKILL of the printer, or loss of power, at every step of a transfer, in seeded rounds.
 
-Usage: kill.py ZYPRINTER [ROUNDS [FIRST_SEED]]
+Usage: kill.py ZYPRINTER [ROUNDS [FIRST_SEED [POWERLOSS]]]
+
+With POWERLOSS, the library that is preloaded into the printer, each kill takes away what had not
+reached the disk.
 """
 
 import asyncio
 import hashlib
+import os
+import pathlib
 import random
+import shutil
 import sys
+import tempfile
 
 import websockets
 
@@ -63,12 +70,34 @@ async def finish(arena, acknowledged):
     (arena.directory / "killed.bin").unlink()
 
 
-async def main(program, rounds="100", first="0"):
+def lose_power(arena, disk):
+    """Leaves of the receive directory what was on the disk."""
+    incoming = arena.directory / ".incoming"
+    names = disk / f"names-{incoming.stat().st_ino}"
+    left = {}
+    for line in names.read_text().splitlines() if names.exists() else []:
+        inode, name = line.split(" ", 1)
+        synced = disk / f"file-{inode}"
+        left[name] = synced.read_bytes() if synced.exists() else b""
+    for path in incoming.iterdir():
+        path.unlink()
+    for name, contents in left.items():
+        (incoming / name).write_bytes(contents)
+    for path in disk.iterdir():
+        path.unlink()
+
+
+async def main(program, rounds="100", first="0", powerloss=None):
+    disk = pathlib.Path(tempfile.mkdtemp())
+    if powerloss:
+        os.environ.update(LD_PRELOAD=powerloss, ZYTEST_DISK=str(disk))
     arena = Arena(program)
     try:
         for seed in range(int(first), int(first) + int(rounds)):
             acknowledged = await kill_during(arena, random.Random(seed))
             print(f"seed {seed}: killed after {acknowledged} bytes", flush=True)
+            if powerloss and not (arena.directory / "killed.bin").exists():
+                lose_power(arena, disk)
             arena.start()
             await finish(arena, acknowledged)
     except BaseException:
@@ -76,6 +105,7 @@ async def main(program, rounds="100", first="0"):
         raise
     await arena.survives()
     arena.close()
+    shutil.rmtree(disk)
 
 
 asyncio.run(main(*sys.argv[1:]))

@@ -342,7 +342,7 @@ void ReadAheadTest::survivesDeletionAtAnyInstant()
     const QByteArray contents = slowBytes(3 * chunkBytes);
     QTemporaryDir dir;
     const QString path = zytest::writeFile(dir.filePath(s("local.zydlp")), contents);
-    for (int delay = 0; delay < 60; delay += 3) {
+    for (int delay = 0; delay < 60; delay += 6) {
         ScriptedPrinter printer;
         printer.answerTransfers();
         QPointer<ZySslEchoClient> client = new ZySslEchoClient(printer.url());

@@ -139,6 +139,7 @@ private Q_SLOTS:
     void followsTheFile();
     void triesIncompressibleFilesLessAndLess();
     void learnsThatThePrinterInflatesSlowly();
+    void learnsThatThreadsShareTheProcessor();
     void takesNothingFromTinyMessages();
     void goesOnWhenATrialIsNeverHeardOf();
 };
@@ -278,6 +279,29 @@ void LevelControllerTest::learnsThatThePrinterInflatesSlowly()
     Transfer transfer(4);
     const QVector<int> rungs = transfer.send(40, layers, line).mid(4 + settlingTime);
     QVERIFY2(countOf(rungs, 0) >= rungs.size() - 2, qPrintable(listed(rungs)));
+}
+
+void LevelControllerTest::learnsThatThreadsShareTheProcessor()
+{
+    // Two threads, but only one processor for them: a chunk every 17 ms at the first rung, while a
+    // stored one needs 8.4 + 1.
+    const Line line{1000, 0};
+    const double slowed = 1.9;
+    LevelController controller;
+    controller.setWorkers(2);
+    QVector<int> rungs;
+    for (int i = 0; i < 40; ++i) {
+        const int rung = controller.choose();
+        rungs.append(rung);
+        const auto packed = static_cast<int>(chunk * layers.share[rung]);
+        const double cost = layers.cost[rung] * ms * slowed;
+        const double onLine = lineTime(line, layers.share[rung], rung);
+        controller.compressed(rung, chunk, packed, cost);
+        if (cost > onLine)
+            controller.starved(rung, chunk, cost);
+        controller.acknowledged(rung, chunk, packed, onLine);
+    }
+    QVERIFY2(countOf(rungs.mid(settlingTime), 0) > 26, qPrintable(listed(rungs)));
 }
 
 void LevelControllerTest::takesNothingFromTinyMessages()
