@@ -3,7 +3,7 @@
 # Looks for libdeflate as ZYWEBSOCKET_USE_LIBDEFLATE says: AUTO (if there), ON (or stop), OFF.
 # The target libdeflate is there when the library was found.
 
-set(ZYWEBSOCKET_USE_LIBDEFLATE AUTO CACHE STRING "Inflate with libdeflate: AUTO, ON or OFF")
+set(ZYWEBSOCKET_USE_LIBDEFLATE AUTO CACHE STRING "Use libdeflate: AUTO, ON or OFF")
 set_property(CACHE ZYWEBSOCKET_USE_LIBDEFLATE PROPERTY STRINGS AUTO ON OFF)
 
 if(ZYWEBSOCKET_USE_LIBDEFLATE STREQUAL "AUTO" OR ZYWEBSOCKET_USE_LIBDEFLATE)
@@ -11,7 +11,7 @@ if(ZYWEBSOCKET_USE_LIBDEFLATE STREQUAL "AUTO" OR ZYWEBSOCKET_USE_LIBDEFLATE)
     find_library(LIBDEFLATE_LIBRARY deflate)
     mark_as_advanced(LIBDEFLATE_INCLUDE_DIR LIBDEFLATE_LIBRARY)
     if(LIBDEFLATE_INCLUDE_DIR AND LIBDEFLATE_LIBRARY)
-        message(STATUS "Inflating with libdeflate: ${LIBDEFLATE_LIBRARY}")
+        message(STATUS "Inflating and compressing with libdeflate: ${LIBDEFLATE_LIBRARY}")
         add_library(libdeflate INTERFACE)
         target_include_directories(libdeflate SYSTEM INTERFACE
             $<BUILD_INTERFACE:${LIBDEFLATE_INCLUDE_DIR}>)

@@ -159,9 +159,8 @@ bool ZySslEchoClient::pumpOut()
     QTimer limit;
     limit.setSingleShot(true);
     limit.start(longest);
-    return pumpUntil([&] {
-        return m_hasDataReply || m_webSocket.bytesToWrite() == 0 || !limit.isActive();
-    });
+    return pumpUntil(
+        [&] { return m_hasDataReply || m_webSocket.bytesToWrite() == 0 || !limit.isActive(); });
 }
 
 /// Processes events until what the send loop waits for @p hasCome; false when the transfer is to
