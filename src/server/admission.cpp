@@ -24,7 +24,7 @@ namespace
 {
 
 /// Far more than the header of a handshake.
-constexpr qint64 handshakeBuffer = 16 * 1024;
+constexpr qint64 handshakeBuffer = Q_INT64_C(16) * 1024;
 /// More than the header of a frame.
 constexpr qint64 frameHeader = 64;
 constexpr int acceptPause = 500; // ms
@@ -78,8 +78,11 @@ void Admission::incomingConnection(qintptr descriptor)
 void Admission::beginHandshake(QTcpSocket *socket)
 {
     // The oldest goes, not the newest: a slicer is done in a moment, whoever only blocks is not.
-    if (m_options.maxConnections() > 0 && m_shakingHands.size() >= m_options.maxConnections())
-        m_shakingHands.first()->abort();
+    if (m_options.maxConnections() > 0 && m_shakingHands.size() >= m_options.maxConnections()) {
+        QTcpSocket *oldest = m_shakingHands.takeFirst();
+        oldest->abort();
+        oldest->deleteLater();
+    }
     m_shakingHands.append(socket);
     connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
         if (endHandshake(socket))
@@ -126,9 +129,12 @@ QTcpSocket *Admission::admit(QWebSocket *socket, int standing)
 {
     QTcpSocket *tcp = tcpSocketOf(socket);
     endHandshake(tcp);
-    if (tcp)
-        lingerOnClose(socket, tcp);
-    if (!tcp || (m_options.maxConnections() > 0 && standing >= m_options.maxConnections())) {
+    if (!tcp) { // has just ended
+        socket->deleteLater();
+        return nullptr;
+    }
+    lingerOnClose(socket, tcp);
+    if (m_options.maxConnections() > 0 && standing >= m_options.maxConnections()) {
         report(m_options, ZyServerOptions::Failure::Refused,
                QStringLiteral("a connection: there are %1").arg(standing));
         socket->close(QWebSocketProtocol::CloseCodePolicyViolated);

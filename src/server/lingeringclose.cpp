@@ -24,6 +24,10 @@ namespace zyws
 namespace
 {
 
+const QString drainName = QStringLiteral("drain");
+/// More at a time would cost more descriptors than courtesy is worth.
+constexpr int mostDrains = 64;
+
 /// Reads and drops what the peer still sends, until it ends the connection or has had its time.
 class Drain : public QObject // clazy:exclude=missing-qobject-macro
 {
@@ -32,11 +36,16 @@ public:
         : QObject(parent), m_descriptor(descriptor), m_notifier(descriptor, QSocketNotifier::Read)
     {
         constexpr int patience = 2000; // ms
+        setObjectName(drainName);
         ::shutdown(m_descriptor, SHUT_WR);
         connect(&m_notifier, &QSocketNotifier::activated, this, [this] { read(); });
         QTimer::singleShot(patience, this, [this] { end(); });
     }
-    ~Drain() override { ::close(m_descriptor); }
+    ~Drain() override
+    {
+        m_notifier.setEnabled(false);
+        ::close(m_descriptor);
+    }
 
 private:
     void read()
@@ -63,6 +72,9 @@ void lingerOnClose(QWebSocket *socket, QTcpSocket *tcp)
         const auto code = socket->closeCode();
         if (code != QWebSocketProtocol::CloseCodeTooMuchData
             && code != QWebSocketProtocol::CloseCodePolicyViolated)
+            return;
+        if (tcp->parent()->findChildren<QObject *>(drainName, Qt::FindDirectChildrenOnly).size()
+            >= mostDrains)
             return;
         const int descriptor = ::dup(static_cast<int>(tcp->socketDescriptor()));
         if (descriptor >= 0)

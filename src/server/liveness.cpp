@@ -29,14 +29,20 @@ Liveness::Liveness(int silence, QObject *parent) : QObject(parent), m_silence(si
 /// not count against its peers.
 qint64 Liveness::now() const
 {
-    return m_checkedAt + qMin<qint64>(m_sinceCheck.elapsed(), 2 * m_timer.interval());
+    return m_checkedAt + qMin<qint64>(m_sinceCheck.elapsed(), Q_INT64_C(2) * m_timer.interval());
 }
 
 void Liveness::watch(QWebSocket *socket, QTcpSocket *tcp)
 {
     m_peers.insert(socket, {now(), now()});
-    const auto speaks = [this, socket] { m_peers[socket].spoke = now(); };
-    connect(tcp, &QTcpSocket::readyRead, socket, [this, socket] { m_peers[socket].heard = now(); });
+    // Looked up each time: the TCP connection may outlive the socket.
+    const auto note = [this, socket](qint64 Peer::*what) {
+        const auto peer = m_peers.find(socket);
+        if (peer != m_peers.end())
+            peer.value().*what = now();
+    };
+    const auto speaks = [note] { note(&Peer::spoke); };
+    connect(tcp, &QTcpSocket::readyRead, this, [note] { note(&Peer::heard); });
     connect(socket, &QWebSocket::textFrameReceived, this, speaks);
     connect(socket, &QWebSocket::binaryFrameReceived, this, speaks);
     connect(socket, &QObject::destroyed, this, [this, socket] { m_peers.remove(socket); });

@@ -143,6 +143,7 @@ private:
     QString commandWord(int command) const;
     QJsonObject printStartReply(int result, const QString &fileName) const;
     QJsonObject commandReply(int command, const QString &status) const;
+    void beginReception(const QJsonObject &request);
     bool resumeReception(const QString &key, const QString &name, QJsonObject &reply);
     bool createTemporaryFile(const QString &size);
     bool writeChunk(const QByteArray &message);

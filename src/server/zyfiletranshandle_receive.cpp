@@ -19,7 +19,6 @@ namespace keys = zyws::keys;
 void ZyFileTransHandle::startFile(QJsonObject request)
 {
     const QString size = request.value(keys::size).toString();
-    const QString key = request.value(keys::key).toString();
 
     const HandleGuard guard(this);
     int answer = m_server->getFileTransStatus(request.value(keys::token).toString(),
@@ -42,13 +41,22 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     if (!guard.isServing())
         return;
     m_isStarting = false;
+    beginReception(request);
+}
+
+/// Resumes, or makes the temporary file anew, and answers.
+void ZyFileTransHandle::beginReception(const QJsonObject &request)
+{
+    const QString size = request.value(keys::size).toString();
+    const QString key = request.value(keys::key).toString();
     QJsonObject reply{
         {keys::cmd, commandWord(START_FILE)},
         {keys::errorcode, NO_ERROR},
         {keys::compress, m_isCompress},
     };
     QDir::setCurrent(m_fileDir);
-    m_digest->expect(request.value(keys::sha256).toString().toLatin1());
+    if (m_server->options().checksDigest())
+        m_digest->expect(request.value(keys::sha256).toString().toLatin1());
     // Deliberate spelling: a resume looks for this name on disk.
     m_tmpFileName = zyws::temporaryFileName;
     m_file.setFileName(m_tmpFileName);

@@ -73,7 +73,7 @@ ZyServerOptions ZyServerOptions::hardened()
 QString ZyServerOptions::useTls(const QString &certFile, const QString &keyFile)
 {
     QSslConfiguration configuration;
-    const QString fault = zyws::readTlsIdentity(certFile, keyFile, configuration);
+    QString fault = zyws::readTlsIdentity(certFile, keyFile, configuration);
     if (fault.isEmpty())
         d->tls = configuration;
     return fault;

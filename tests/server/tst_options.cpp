@@ -123,7 +123,9 @@ void tst_Options::changesNothingWhenItAsksForNothing()
     RawPeer peer(printer.port());
     const QString name = QStringLiteral("../") + QFileInfo(printer.dir()).fileName()
         + QStringLiteral("/roundabout.bin");
-    peer.send(startFile(name, 5));
+    QJsonObject request = startFile(name, 5);
+    request.insert(QStringLiteral("sha256"), QStringLiteral("of another file"));
+    peer.send(request);
     QCOMPARE(peer.take(), accepted(name, QStringLiteral("5")));
     RawPeer other(printer.port());
     other.sendChunk("abcde");
