@@ -120,6 +120,9 @@ public:
      * and sendFile() again to resume.
      */
     void sendFile(QString filePath, QString fileName);
+    /// Sent as "token" with each START_FILE to come; an empty one, the default, is left out. A
+    /// printer asks its host to check the token only when there is one.
+    void setFileToken(const QString &token);
     /// A compression level that is chosen for each chunk, so that neither the network nor the
     /// processor waits for the other: hard for a slow network, little for a fast one, not at all
     /// for what does not shrink.
@@ -237,6 +240,7 @@ private:
     int m_pingCount = 0;
     int m_compressionLevel = -1;
     int m_compressionThreads = 0;
+    QString m_fileToken;
     qint64 m_transferOffset = -1;
 
     std::unique_ptr<zyws::DeliveryQueue> m_deliveries;

@@ -44,14 +44,22 @@ bool ZySslEchoClient::sendFileStart(QFile &file, QString fileName)
     if (key.isEmpty())
         return false;
     m_keyFileMap.insert(key, file.fileName());
-    sendJsonMessage({
+    QJsonObject request{
         {keys::cmd, commands::startFile},
         {keys::filename, fileName},
         {keys::size, zyws::decimal(QFileInfo(file.fileName()).size())},
         {keys::offset, zyws::decimal(0)},
         {keys::key, key},
-    });
+    };
+    if (!m_fileToken.isEmpty())
+        request.insert(keys::token, m_fileToken);
+    sendJsonMessage(request);
     return true;
+}
+
+void ZySslEchoClient::setFileToken(const QString &token)
+{
+    m_fileToken = token;
 }
 
 QString ZySslEchoClient::getFileKey(QFile &file)

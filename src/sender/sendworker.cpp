@@ -134,6 +134,7 @@ void SendWorker::connectToPrinter()
     m_client = openClient(m_job.printer);
     m_client->setCompressionLevel(m_job.options.compressionLevel());
     m_client->setCompressionThreads(-1);
+    m_client->setFileToken(m_job.options.token());
     const ZySslEchoClient *client = m_client.get();
     connect(client, &ZySslEchoClient::connected, this, &SendWorker::onConnected);
     connect(client, &ZySslEchoClient::disconnected, this, [this] {

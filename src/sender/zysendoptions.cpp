@@ -16,6 +16,7 @@ struct ZySendOptions::Data : QSharedData {
     int retries = 5;
     int firstPause = 1000;
     int longestPause = 30000;
+    QString token;
     int compressionLevel = ZySslEchoClient::Adaptive;
 };
 
@@ -92,6 +93,16 @@ int ZySendOptions::longestPause() const
 void ZySendOptions::setLongestPause(int milliseconds)
 {
     d->longestPause = qMax(0, milliseconds);
+}
+
+QString ZySendOptions::token() const
+{
+    return d->token;
+}
+
+void ZySendOptions::setToken(const QString &token)
+{
+    d->token = token;
 }
 
 int ZySendOptions::compressionLevel() const

@@ -6,6 +6,7 @@
 #define ZYSENDOPTIONS_H
 
 #include <QSharedDataPointer>
+#include <QString>
 
 #include "zywebsocket_export.h"
 
@@ -52,6 +53,10 @@ public:
     /// The pause never becomes longer than this. 30000.
     int longestPause() const;
     void setLongestPause(int milliseconds);
+
+    /// The printer's access token, sent with the offer; empty for a printer that wants none. Empty.
+    QString token() const;
+    void setToken(const QString &token);
 
     /// As ZySslEchoClient::setCompressionLevel(). ZySslEchoClient::Adaptive, which is -2.
     int compressionLevel() const;

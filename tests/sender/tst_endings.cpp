@@ -28,6 +28,7 @@ class TestSenderEndings : public QObject
 private Q_SLOTS:
     void tellsRefusalsApart_data();
     void tellsRefusalsApart();
+    void offersWithTheTokenThatItIsGiven();
     void tellsAFailedCheck();
     void takesNoOpinionForGood();
     void blamesThePrinterThatBreaksTheProtocol_data();
@@ -98,6 +99,21 @@ void TestSenderEndings::tellsRefusalsApart()
     QVERIFY(sending.result().sentence().contains(QStringLiteral("part.bin")));
     QVERIFY(sending.result().sentence().contains(printer.url().toString()));
     QCOMPARE(sending.retrying.count(), 0);
+}
+
+void TestSenderEndings::offersWithTheTokenThatItIsGiven()
+{
+    ScriptedPrinter printer;
+    printer.answerTransfers();
+    ZySendOptions options = impatient();
+    options.setToken(QStringLiteral("secret"));
+    Sending withToken(printer.url(), "abc", options);
+    QVERIFY(withToken.run());
+    Sending without(printer.url(), "abc");
+    QVERIFY(without.run());
+    const auto offers = printer.messages(QStringLiteral("START_FILE"));
+    QCOMPARE(offers.at(0).value(QStringLiteral("token")).toString(), QStringLiteral("secret"));
+    QVERIFY(!offers.at(1).contains(QStringLiteral("token")));
 }
 
 void TestSenderEndings::tellsAFailedCheck()

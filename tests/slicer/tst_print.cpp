@@ -198,6 +198,8 @@ void TestPrint::tellsAWrongToken()
     const SlicerResult wrong = runSlicer({"status"_s, "--to"_s, url, "--token"_s, "wrong"_s});
     QCOMPARE(wrong.exitCode, 6);
     VERIFY_TEXT(isOneErrorLine(wrong.errors, "token rejected: " + url.toUtf8()), wrong.errors);
+    QCOMPARE(runSlicer({"send"_s, m_model, "--to"_s, url}).exitCode, 6);
+    QCOMPARE(runSlicer({"send"_s, m_model, "--to"_s, url, "--token"_s, "secret"_s}).exitCode, 0);
 }
 
 void TestPrint::savesListsAndForgetsPrinters()

@@ -50,6 +50,7 @@ void PrinterControl::connectTo(const zysession::Printer &printer, const QString 
 
 void PrinterControl::setToken(const QString &token)
 {
+    m_printer.token = token;
     if (m_conversation)
         m_conversation->setToken(token);
 }

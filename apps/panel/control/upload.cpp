@@ -80,6 +80,7 @@ void Upload::start()
     m_sender = std::make_unique<ZyFileSender>(m_job.printer.url, m_job.path, m_job.name);
     ZySendOptions options = m_options;
     options.setRetries(0);
+    options.setToken(m_job.printer.token);
     m_sender->setOptions(options);
     const ZyFileSender *sender = m_sender.get();
     connect(sender, &ZyFileSender::resumed, this, [this](qint64 from) {

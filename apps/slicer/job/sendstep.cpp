@@ -66,7 +66,9 @@ SendStep::SendStep(JobContext &context, const ModelFile &file)
     : Step(context), m_file(file), m_sender(context.printer.url, file.path, file.name),
       m_size(QFileInfo(file.path).size())
 {
-    m_sender.setOptions(context.request.sending);
+    ZySendOptions options = context.request.sending;
+    options.setToken(token());
+    m_sender.setOptions(options);
     connect(&m_sender, &ZyFileSender::offered, this, &SendStep::onOffered);
     connect(&m_sender, &ZyFileSender::resumed, this,
             [this](qint64 from) { report(Event::Kind::Resumed, from); });
