@@ -84,7 +84,7 @@ def draw(rows):
             parts.append(panel.line(sorted(points), f'stroke="{colour}"'))
     width, height = MARGIN + len(cases) * (WIDTH + MARGIN), LEGEND + HEIGHT + 1.5 * MARGIN
     return "\n".join([f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{height:g}">',
-                      f"<style>{STYLE}</style>", '<rect width="100%" height="100%" fill="white"/>',
+                      "<!-- Made by benchmarks/figure.py. -->", f"<style>{STYLE}</style>", '<rect width="100%" height="100%" fill="white"/>',
                       *parts, "</svg>"])
 
 

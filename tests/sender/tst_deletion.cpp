@@ -130,7 +130,7 @@ void TestSenderDeletion::leavesThePartOnThePrinter()
 {
     TestPrinter printer;
     const QUrl url(QStringLiteral("ws://127.0.0.1:%1").arg(printer.port()));
-    const QByteArray contents = randomBytes(6 * chunkBytes);
+    const QByteArray contents = randomBytes(16 * chunkBytes);
     Sending first(url, contents);
     connect(first.sender.get(), &ZyFileSender::progress, this, [&] { first.sender.reset(); });
     first.sender->start();

@@ -118,13 +118,13 @@ void TestSending::beginsAgainWhenThePrinterHasLostItsPart()
 void TestSending::reportsTheNameOfTheFirstOffer()
 {
     TestPrinter printer;
-    const QByteArray contents = randomBytes(3 * chunkBytes);
+    // More than is sent before the sender's thread hears of leave().
+    const QByteArray contents = randomBytes(16 * chunkBytes);
     {
         Sending first(urlOf(printer), contents, impatient(), QStringLiteral("first.bin"));
-        first.sender->start();
-        QVERIFY(waitUntil([&] { return first.progress.count() > 0; }));
-        first.sender->leave();
-        QVERIFY(first.waitForEnd());
+        connect(first.sender.get(), &ZyFileSender::progress, first.sender.get(),
+                &ZyFileSender::leave);
+        QVERIFY(first.run());
         QVERIFY(printer.waitForConnections(0));
     }
     Sending second(urlOf(printer), contents, impatient(), QStringLiteral("second.bin"));
