@@ -15,6 +15,8 @@ namespace keys = zyws::keys;
 /// False when the request has been refused and answered.
 bool ZyFileTransHandle::passes(const QJsonObject &request)
 {
+    if (!m_server) // a handle that stands alone
+        return true;
     const ZyServerOptions &options = m_server->options();
     const auto fault = zyws::requestFault(request, options, m_fileDir);
     if (!fault || !fault->isToken)

@@ -129,7 +129,9 @@ void LayerPlot::paintTicks(QPainter &painter) const
     }
     const Unit unit = unitFor(span());
     const double interval = roundInterval(span() / unit.seconds) * unit.seconds;
-    for (double seconds = 0; seconds <= span(); seconds += interval) {
+    const auto marks = static_cast<int>(span() / interval);
+    for (int mark = 0; mark <= marks; ++mark) {
+        const double seconds = mark * interval;
         const double x = position(seconds, 0).x();
         tick({x, area.top()}, {x, area.bottom()},
              {x - 4 * line, area.bottom() + line / 4, 8 * line, line}, Qt::AlignCenter,
