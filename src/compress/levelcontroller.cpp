@@ -29,11 +29,14 @@ void RecentMedian::add(double value)
 
 double RecentMedian::value() const
 {
-    auto values = m_values;
-    const int count = std::min(m_count, static_cast<int>(values.size()));
-    std::sort(values.begin(), values.begin() + count);
+    const auto &[first, second, third] = m_values;
+    if (m_count == 0)
+        return 0;
+    if (m_count == 1)
+        return first;
     // Of two, the lower: what disturbs a measurement makes it longer.
-    return count > 0 ? values[static_cast<std::size_t>((count - 1) / 2)] : 0;
+    const double lower = std::min(first, second);
+    return m_count == 2 ? lower : std::max(lower, std::min(std::max(first, second), third));
 }
 
 int LevelController::choose()
