@@ -51,7 +51,8 @@ HeldSocket::Emission::~Emission()
 {
     if (--m_state->emissions > 0)
         return;
-    for (const QPointer<QTcpSocket> &tcp : std::exchange(m_state->replaced, {})) {
+    const auto replaced = std::exchange(m_state->replaced, {});
+    for (const QPointer<QTcpSocket> &tcp : replaced) {
         if (tcp)
             tcp->deleteLater();
     }
