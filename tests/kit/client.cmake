@@ -3,6 +3,6 @@
 #
 # What tests of the client need: a printer under control, and a proxy that cuts connections.
 
-target_sources(zy_testsupport PRIVATE
+target_sources(zy_testkit PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/cuttingproxy.cpp ${CMAKE_CURRENT_LIST_DIR}/cuttingproxy.h
     ${CMAKE_CURRENT_LIST_DIR}/scriptedprinter.cpp ${CMAKE_CURRENT_LIST_DIR}/scriptedprinter.h)
