@@ -49,6 +49,7 @@ ZyServerOptions serverOptions(const PrinterOptions &options, ModelStore &store, 
         server.setAllowedOrigins(options.origins);
         server.setSilence(int(options.silence * msPerSecond));
         server.setToken(options.token);
+        server.setWindow(2);
         server.setNameFilter([&store](const QString &name) { return store.isFileName(name); });
     }
     server.setFailureHandler([&store, &log](ZyServerOptions::Failure what, const QString &why) {

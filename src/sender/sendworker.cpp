@@ -63,6 +63,7 @@ void SendWorker::cancel()
 {
     SendEvent event{SendEvent::CancelRequested};
     event.offset = transferOffset();
+    event.window = transferWindow();
     feed(event);
 }
 
@@ -134,6 +135,7 @@ void SendWorker::connectToPrinter()
     m_client = openClient(m_job.printer);
     m_client->setCompressionLevel(m_job.options.compressionLevel());
     m_client->setCompressionThreads(-1);
+    m_client->setWindow(2);
     m_client->setFileToken(m_job.options.token());
     const ZySslEchoClient *client = m_client.get();
     connect(client, &ZySslEchoClient::connected, this, &SendWorker::onConnected);
@@ -203,6 +205,7 @@ void SendWorker::onReply(const QJsonObject &reply)
             return;
         event.kind = SendEvent::Acknowledged;
         event.offset = transferOffset();
+        event.window = transferWindow();
         event.bytes = decimalValue(reply.value(keys::received));
         event.code = reply.value(keys::errorcode).toInt();
         feed(event);
@@ -264,6 +267,11 @@ bool SendWorker::feedSizeChange()
 qint64 SendWorker::transferOffset() const
 {
     return m_client ? m_client->transferOffset() : -1;
+}
+
+int SendWorker::transferWindow() const
+{
+    return m_client ? m_client->transferWindow() : 1;
 }
 
 } // namespace zyws

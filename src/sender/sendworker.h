@@ -71,6 +71,7 @@ private:
     bool feedFileFault();
     bool feedSizeChange();
     qint64 transferOffset() const;
+    int transferWindow() const;
 
     const SendJob m_job;
     std::optional<SendMachine> m_machine; ///< once the file's size is known

@@ -38,6 +38,7 @@ struct ZyServerOptions::Data : QSharedData {
     qint64 recordInterval = 0;
     bool syncsToDisk = false;
     bool checksDigest = false;
+    int window = 0;
     FailureHandler failureHandler;
 };
 
@@ -282,6 +283,16 @@ bool ZyServerOptions::checksDigest() const
 void ZyServerOptions::setChecksDigest(bool check)
 {
     d->checksDigest = check;
+}
+
+int ZyServerOptions::window() const
+{
+    return d->window;
+}
+
+void ZyServerOptions::setWindow(int chunks)
+{
+    d->window = qMax(0, chunks);
 }
 
 ZyServerOptions::FailureHandler ZyServerOptions::failureHandler() const

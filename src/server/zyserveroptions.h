@@ -149,6 +149,12 @@ public:
     bool checksDigest() const;
     void setChecksDigest(bool check);
 
+    /// Chunks that a sender may have under way before they are acknowledged, each 1 MiB of memory.
+    /// Announced as "window" in the reply that accepts a START_FILE with that key; below 2 nothing
+    /// is announced. Not set, since it protects nothing.
+    int window() const;
+    void setWindow(int chunks);
+
     // Reports.
 
     enum class Failure {

@@ -36,6 +36,8 @@ QJsonObject startFileReply(const QJsonObject &request, const TransferRules &rule
         reply.insert(key, request.value(key));
     if (rules.offset == 0)
         reply.insert(QStringLiteral("errorcode"), 0);
+    if (rules.window != 0)
+        reply.insert(QStringLiteral("window"), rules.window);
     return reply;
 }
 

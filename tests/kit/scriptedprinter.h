@@ -28,6 +28,7 @@ struct TransferRules {
     qint64 offset = 0; ///< bytes it claims to hold already; not 0 gives the resumed form
     int checkState = 1;
     bool acknowledges = true; ///< false: no answer to chunks
+    int window = 0; ///< announced, unless 0
 };
 
 // A printer's replies, spelled as they travel.

@@ -266,6 +266,8 @@ void TestSendMachine::ends_data()
     const Events sending{start, connected, acknowledged(chunk)};
     row("good", throughLastChunk + verdict(1) + accepted(), Ending::Sent);
     row("good, acceptance first", throughLastChunk + accepted() + verdict(1), Ending::Sent);
+    row("good, with the last bytes of a connection",
+        throughLastChunk + verdict(1) + dropped() + accepted(), Ending::Sent);
     row("no opinion", throughLastChunk + accepted() + verdict(0), Ending::Sent);
     row("bad", throughLastChunk + accepted() + verdict(2), Ending::CheckFailed);
     row("negative verdict", throughLastChunk + accepted() + verdict(-1), Ending::CheckFailed);
@@ -354,6 +356,9 @@ void TestSendMachine::offersACancelOnlyWhileItHelps_data()
     QTest::newRow("last chunk") << Events{start, connected, acknowledged(chunk),
                                           acknowledged(2 * chunk)}
                                 << false;
+    SendEvent inWindow = acknowledged(chunk);
+    inWindow.window = 2;
+    QTest::newRow("last chunk of a window") << Events{start, connected, inWindow} << false;
     QTest::newRow("checking") << throughLastChunk << false;
     QTest::newRow("pausing") << Events{start, connected, dropped()} << true;
     QTest::newRow("cancelling") << Events{start, connected, cancelRequested()} << false;
