@@ -4,6 +4,7 @@
 
 #include "models.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "slicer.h"
 #include "testprogram.h"
 
@@ -68,7 +69,7 @@ private:
 
 void TestPrinterDirectory::init()
 {
-    m_printer = std::make_unique<PrinterProcess>();
+    m_printer = std::make_unique<PrinterProcess>(PrinterProcess::NotStarted);
     m_local = std::make_unique<QTemporaryDir>();
 }
 
@@ -102,11 +103,11 @@ void TestPrinterDirectory::isFreeAgainWhenThePrinterEnds()
 /// As after a power failure, with another process under the number that the lock file holds.
 void TestPrinterDirectory::takesOverALockThatNobodyHolds()
 {
-    PrinterProcess elsewhere;
+    PrinterProcess elsewhere(PrinterProcess::NotStarted);
     QVERIFY(elsewhere.start());
     writeFile(m_printer->path(lockName), readFile(elsewhere.path(lockName)));
     QVERIFY(m_printer->start());
-    QCOMPARE(m_printer->error(), QByteArray());
+    QCOMPARE(m_printer->errors(), QByteArray());
     QCOMPARE(runInTheSame(m_printer->path({})).exitCode, 3);
 }
 

@@ -4,6 +4,7 @@
 
 #include "models.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "slicer.h"
 #include "testprogram.h"
 
@@ -65,7 +66,7 @@ private:
 
 void TestPrinter::init()
 {
-    m_printer = std::make_unique<PrinterProcess>();
+    m_printer = std::make_unique<PrinterProcess>(PrinterProcess::NotStarted);
     m_local = std::make_unique<QTemporaryDir>();
 }
 
@@ -330,7 +331,7 @@ void TestPrinter::endsWithSuccessOn()
         QCOMPARE(m_slicer.print(model), checkedAndStarted);
     QCOMPARE(m_printer->stop(signalNumber), 0);
     QVERIFY(m_printer->output().endsWith("stopping\n"));
-    QCOMPARE(m_printer->error(), QByteArray());
+    QCOMPARE(m_printer->errors(), QByteArray());
 }
 
 void TestPrinter::saysItsVersionAndItsHelp()

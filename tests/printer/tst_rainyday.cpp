@@ -4,6 +4,7 @@
 
 #include "models.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "slicer.h"
 #include "testprogram.h"
 
@@ -82,7 +83,7 @@ private:
 
 void TestPrinterRainyDay::init()
 {
-    m_printer = std::make_unique<PrinterProcess>();
+    m_printer = std::make_unique<PrinterProcess>(PrinterProcess::NotStarted);
     m_local = std::make_unique<QTemporaryDir>();
 }
 

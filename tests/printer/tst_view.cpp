@@ -4,6 +4,7 @@
 
 #include "models.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "slicer.h"
 #include "terminalprocess.h"
 #include "testprogram.h"
@@ -184,7 +185,7 @@ void TestPrinterView::holdsUpNobodyWhenTheTerminalStandsStill()
 
 void TestPrinterView::keepsToLinesWithoutATerminal()
 {
-    PrinterProcess printer;
+    PrinterProcess printer(PrinterProcess::NotStarted);
     QVERIFY(printer.start(words("--view --speed 1000")));
     QVERIFY(send(printer.url(), 20));
     m_slicer.print(model);
@@ -203,7 +204,7 @@ void TestPrinterView::keepsToLinesOnADumbTerminal()
 
 void TestPrinterView::showsTheLayerAsAPicture()
 {
-    PrinterProcess printer;
+    PrinterProcess printer(PrinterProcess::NotStarted);
     QVERIFY(printer.start(words("--speed 0.001 --preview") << m_local->path()));
     QVERIFY(send(printer.url(), 20));
     m_slicer.print(model);
@@ -217,7 +218,7 @@ void TestPrinterView::showsTheLayerAsAPicture()
 
 void TestPrinterView::showsTheLastLayerOfAFastPrint()
 {
-    PrinterProcess printer;
+    PrinterProcess printer(PrinterProcess::NotStarted);
     QVERIFY(printer.start(words("--speed 10000 --preview") << m_local->path()));
     QVERIFY(send(printer.url(), 20));
     m_slicer.print(model);

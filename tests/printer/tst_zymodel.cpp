@@ -5,6 +5,7 @@
 #include "modelreader.h"
 #include "models.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "testprogram.h"
 
 #include <QDir>
