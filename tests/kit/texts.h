@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A short way to write the many argument texts of these tests.
+// A short way to write texts.
 
 #ifndef TEXTS_H
 #define TEXTS_H
