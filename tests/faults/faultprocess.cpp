@@ -36,10 +36,12 @@ bool FaultProcess::quit()
 const QVector<QJsonObject> &FaultProcess::events() const
 {
     // The last line may not be whole yet.
-    for (int end; (end = output().indexOf('\n', m_parsedBytes)) >= 0; m_parsedBytes = end + 1) {
-        const QByteArray line = output().mid(m_parsedBytes, end - m_parsedBytes);
-        m_events.append(QJsonDocument::fromJson(line).object());
+    const int whole = static_cast<int>(output().lastIndexOf('\n')) + 1;
+    for (const QByteArray &line : output().mid(m_parsedBytes, whole - m_parsedBytes).split('\n')) {
+        if (!line.isEmpty())
+            m_events.append(QJsonDocument::fromJson(line).object());
     }
+    m_parsedBytes = whole;
     return m_events;
 }
 

@@ -7,6 +7,7 @@
 #include "programs.h"
 #include "slicer.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -19,11 +20,6 @@ namespace
 
 const QString model = QStringLiteral("part.zydlp");
 const QVector<int> checkedAndStarted{2, 0};
-
-QStringList words(const char *text)
-{
-    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
 
 QString text(const QJsonObject &reply, const char *key)
 {

@@ -8,6 +8,7 @@
 #include "slicer.h"
 #include "terminalprocess.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QImage>
 #include <QtTest>
@@ -19,11 +20,6 @@ namespace
 
 const QString model = QStringLiteral("part.zydlp");
 const QSize usual(80, 24);
-
-QStringList words(const char *text)
-{
-    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
 
 } // namespace
 

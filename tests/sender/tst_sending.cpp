@@ -47,13 +47,6 @@ QUrl urlOf(const TestPrinter &printer)
     return QUrl(QStringLiteral("ws://127.0.0.1:%1").arg(printer.port()));
 }
 
-/// Of the file that was offered last.
-QString offeredKey(const ScriptedPrinter &printer)
-{
-    const QJsonObject offer = printer.messages(QStringLiteral("START_FILE")).last();
-    return offer.value(QStringLiteral("key")).toString();
-}
-
 } // namespace
 
 void TestSending::bringsAFileToThePrinter_data()
