@@ -19,7 +19,7 @@ namespace zytest
 struct RunResult {
     int exitCode = -1; ///< -1 when it crashed or did not end
     QByteArray output;
-    QByteArray error;
+    QByteArray errors;
 };
 
 /**

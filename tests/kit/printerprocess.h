@@ -28,8 +28,6 @@ public:
     /// directory. False when it does not listen.
     bool start(const QStringList &options = {});
 
-    /// Waits for @p text in its log.
-    bool says(const QByteArray &text) { return waitForOutput(text); }
     /// Where it listens; empty when it did not start.
     QUrl url() const { return m_url; }
 

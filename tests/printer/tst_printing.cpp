@@ -254,7 +254,7 @@ void TestPrinter::keepsItsModelsOverARestart()
     QVERIFY(begin("--speed 1000", 10));
     QCOMPARE(m_printer->stop(SIGTERM), 0);
     QVERIFY(m_printer->start(words("--speed 1000")));
-    QVERIFY(m_printer->says(": 1 there"));
+    QVERIFY(m_printer->waitForOutput(": 1 there"));
     QVERIFY(m_slicer.connectTo(m_printer->url()));
     QCOMPARE(m_slicer.print(model), checkedAndStarted);
     QVERIFY(m_slicer.reaches(QStringLiteral("PRINT_COMPLETE")));
@@ -302,7 +302,7 @@ void TestPrinter::takesOverWhatACrashLeft()
     const QString incoming = QStringLiteral(".incoming/left.zydlp");
     writeFile(m_printer->path(incoming), smallModel(6));
     QVERIFY(m_printer->start());
-    QVERIFY(m_printer->says(": 2 there"));
+    QVERIFY(m_printer->waitForOutput(": 2 there"));
     QCOMPARE(readFile(m_printer->path(QStringLiteral("left.zydlp"))), smallModel(6));
     QVERIFY(!QFile::exists(m_printer->path(incoming)));
 }

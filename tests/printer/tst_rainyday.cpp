@@ -106,11 +106,12 @@ void TestPrinterRainyDay::keepsButDoesNotPrintWhatIsNoModel()
     QVERIFY(m_slicer.connectTo(m_printer->url()));
     QCOMPARE(m_slicer.send(m_local->filePath(model), model), 2);
     QVERIFY(readFile(m_printer->path(model)) == bytes);
-    QVERIFY2(m_printer->says("received \"part.zydlp\": no valid model: "),
+    QVERIFY2(m_printer->waitForOutput("received \"part.zydlp\": no valid model: "),
              m_printer->output().constData());
     QCOMPARE(m_slicer.print(model), checkFailed);
     QCOMPARE(m_slicer.printStatus(), QStringLiteral("PRINT_GENERAL"));
-    QVERIFY2(m_printer->says("check of \"part.zydlp\" failed: "), m_printer->output().constData());
+    QVERIFY2(m_printer->waitForOutput("check of \"part.zydlp\" failed: "),
+             m_printer->output().constData());
     QVERIFY2(m_printer->output().count(fault) == 2, m_printer->output().constData());
 }
 
@@ -172,7 +173,7 @@ void TestPrinterRainyDay::writesOnlyIntoItsOwnDirectory()
         m_printer->start({QStringLiteral("--dir"), directory, QStringLiteral("--unprotected")}));
     QVERIFY(m_slicer.connectTo(m_printer->url()));
     QCOMPARE(m_slicer.send(file, name), 2);
-    QVERIFY2(m_printer->says("\": not kept: " + reason), m_printer->output().constData());
+    QVERIFY2(m_printer->waitForOutput("\": not kept: " + reason), m_printer->output().constData());
     QDir everything(m_local->path());
     everything.setFilter(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     QCOMPARE(everything.entryList(), QStringList{QStringLiteral("a")});
@@ -198,7 +199,8 @@ void TestPrinterRainyDay::failsWhenTheModelIsDamagedDuringThePrint()
     file.close();
     QVERIFY(m_slicer.reaches(QStringLiteral("PRINT_FAIL")));
     const QString layer = text(m_slicer.status(), "curSliceLayer");
-    QVERIFY(m_printer->says("failed: \"part.zydlp\": layer " + layer.toUtf8() + ": CRC mismatch"));
+    QVERIFY(m_printer->waitForOutput("failed: \"part.zydlp\": layer " + layer.toUtf8()
+                                     + ": CRC mismatch"));
 }
 
 void TestPrinterRainyDay::asksForTheToken()
@@ -253,10 +255,10 @@ void TestPrinterRainyDay::refusesATransferWithAWrongToken()
     const QJsonObject refusal = m_slicer.ask(request);
     QCOMPARE(number(refusal, "errorcode"), 4);
     QCOMPARE(number(refusal, "wifistate"), 6);
-    QVERIFY(m_printer->says("refused a transfer: wrong token"));
+    QVERIFY(m_printer->waitForOutput("refused a transfer: wrong token"));
     request.insert(QStringLiteral("token"), QStringLiteral("s3cret"));
     QCOMPARE(number(m_slicer.ask(request), "errorcode"), 0);
-    QVERIFY(m_printer->says("transfer accepted"));
+    QVERIFY(m_printer->waitForOutput("transfer accepted"));
 }
 
 void TestPrinterRainyDay::failsAtTheLayerAskedFor()
@@ -265,7 +267,8 @@ void TestPrinterRainyDay::failsAtTheLayerAskedFor()
     QCOMPARE(m_slicer.print(model), checkedAndStarted);
     QVERIFY(m_slicer.reaches(QStringLiteral("PRINT_FAIL")));
     QCOMPARE(text(m_slicer.status(), "curSliceLayer"), QStringLiteral("7"));
-    QVERIFY(m_printer->says("failed: \"part.zydlp\": layer 7: failure asked for by --fail-at"));
+    QVERIFY(m_printer->waitForOutput(
+        "failed: \"part.zydlp\": layer 7: failure asked for by --fail-at"));
     QCOMPARE(m_slicer.print(model), checkedAndStarted);
 }
 
@@ -326,7 +329,8 @@ void TestPrinterRainyDay::makesNamesFromTheWireHarmlessInItsLog()
 {
     QVERIFY(begin("--unprotected", 5));
     QCOMPARE(m_slicer.print(QStringLiteral("x\n00:00:00 complete\x1b[2J")), checkFailed);
-    QVERIFY2(m_printer->says("\"x?00:00:00 complete?[2J\""), m_printer->output().constData());
+    QVERIFY2(m_printer->waitForOutput("\"x?00:00:00 complete?[2J\""),
+             m_printer->output().constData());
 }
 
 ZY_TEST(TestPrinterRainyDay)

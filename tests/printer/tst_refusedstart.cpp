@@ -64,10 +64,10 @@ void TestPrinterRefusedStart::rejectsItsCommandLine()
     QFETCH(const QByteArray, error);
     const RunResult result = runPrinter(arguments);
     QCOMPARE(result.exitCode, 2);
-    QVERIFY2(result.error.startsWith("zyprinter: "), result.error.constData());
-    QVERIFY2(result.error.contains(error), result.error.constData());
-    QVERIFY2(result.error.endsWith("; see zyprinter --help\n"), result.error.constData());
-    QCOMPARE(result.error.count('\n'), 1);
+    QVERIFY2(result.errors.startsWith("zyprinter: "), result.errors.constData());
+    QVERIFY2(result.errors.contains(error), result.errors.constData());
+    QVERIFY2(result.errors.endsWith("; see zyprinter --help\n"), result.errors.constData());
+    QCOMPARE(result.errors.count('\n'), 1);
     QCOMPARE(result.output, QByteArray());
 }
 
@@ -79,7 +79,7 @@ void TestPrinterRefusedStart::saysThatItsPortIsInUse()
     const RunResult result
         = runPrinter({QStringLiteral("--dir"), m_local.path(), QStringLiteral("--port"), port});
     QCOMPARE(result.exitCode, 4);
-    QCOMPARE(result.error,
+    QCOMPARE(result.errors,
              "zyprinter: port is in use or not permitted: " + port.toUtf8()
                  + "; choose another --port, or 0 for a free one\n");
     QCOMPARE(result.output, QByteArray());
@@ -114,8 +114,8 @@ void TestPrinterRefusedStart::doesNotStartWithoutAUsableCertificate()
         = runPrinter({QStringLiteral("--dir"), m_local.path(), QStringLiteral("--cert"),
                       certificate, QStringLiteral("--key"), key});
     QCOMPARE(result.exitCode, 5);
-    QVERIFY2(result.error.startsWith("zyprinter: " + error), result.error.constData());
-    QCOMPARE(result.error.count('\n'), 1);
+    QVERIFY2(result.errors.startsWith("zyprinter: " + error), result.errors.constData());
+    QCOMPARE(result.errors.count('\n'), 1);
     QCOMPARE(result.output, QByteArray());
 }
 

@@ -185,8 +185,8 @@ void TestPrinterView::keepsToLinesWithoutATerminal()
     QVERIFY(printer.start(words("--view --speed 1000")));
     QVERIFY(send(printer.url(), 20));
     m_slicer.print(model);
-    QVERIFY(printer.says("complete: \"part.zydlp\"\n"));
-    QVERIFY(printer.says("layer 10 of 20, 0:01:30 left\n"));
+    QVERIFY(printer.waitForOutput("complete: \"part.zydlp\"\n"));
+    QVERIFY(printer.waitForOutput("layer 10 of 20, 0:01:30 left\n"));
     QVERIFY(!printer.output().contains('\x1b'));
 }
 
@@ -243,7 +243,7 @@ void TestPrinterView::rejectsItsPreviewDirectory()
     const RunResult result = runPrinter(
         {QStringLiteral("--dir"), m_local->path(), QStringLiteral("--preview"), directory});
     QCOMPARE(result.exitCode, 3);
-    QCOMPARE(result.error,
+    QCOMPARE(result.errors,
              "zyprinter: preview directory " + fault + ": " + directory.toUtf8()
                  + "; give --preview a directory that can be written\n");
 }

@@ -34,11 +34,7 @@ private:
     QTemporaryDir m_directory;
 };
 
-struct SlicerResult {
-    int exitCode = -1; ///< -1 when it crashed or did not end
-    QByteArray output;
-    QByteArray errors;
-};
+using SlicerResult = zytest::RunResult;
 
 SlicerResult runSlicer(const QStringList &arguments, const QString &settings = {});
 
