@@ -135,7 +135,7 @@ public:
      * one before it is under way; more with setCompressionThreads().
      */
     void setCompressionLevel(int level);
-    int compressionLevel() const;
+    int compressionLevel() const; ///< The level as it was set.
     /**
      * In how many threads of the library's own chunks are compressed: 0, the default, starts none
      * and compresses in the client's own thread, which meanwhile handles no events; up to 16; -1 is
@@ -148,7 +148,7 @@ public:
      * Takes effect with the next chunk.
      */
     void setCompressionThreads(int count);
-    int compressionThreads() const;
+    int compressionThreads() const; ///< The number as it was set.
     /**
      * How many chunks may be under way before the printer acknowledges them: 1, the default, to 16.
      *
@@ -157,7 +157,7 @@ public:
      * system has taken the one before, so that commands wait for little more than one.
      */
     void setWindow(int chunks);
-    int window() const;
+    int window() const; ///< The number as it was set.
     /// Computes the key of @p file and sends START_FILE; false when there is no key.
     bool sendFileStart(QFile &file, QString fileName);
     /// The file key from the last four bytes of @p file; empty when it cannot be read.

@@ -87,7 +87,7 @@ public:
     /// Asked for each plain name; false refuses it as well. Runs in the server's thread and must
     /// not spin the event loop. Not set.
     using NameFilter = std::function<bool(const QString &name)>;
-    NameFilter nameFilter() const;
+    NameFilter nameFilter() const; ///< The function; empty when none is set.
     void setNameFilter(const NameFilter &filter);
 
     /// START_FILE is refused unless its "size" is a decimal number from 1 to so many bytes; 0: any.
@@ -157,6 +157,7 @@ public:
 
     // Reports.
 
+    /// What went wrong.
     enum class Failure {
         Refused, ///< a request did not pass these options
         Dropped, ///< a connection was ended because of them
@@ -168,7 +169,7 @@ public:
     /// Called in the server's thread when the server itself turns something down or loses it, with
     /// a reason for people. Must not spin the event loop nor delete the server. Not set.
     using FailureHandler = std::function<void(Failure what, const QString &why)>;
-    FailureHandler failureHandler() const;
+    FailureHandler failureHandler() const; ///< The function; empty when none is set.
     void setFailureHandler(const FailureHandler &handler);
 
 private:

@@ -9,6 +9,7 @@
 
 #include <QHostAddress>
 #include <QJsonDocument>
+#include <QTcpServer>
 #include <QWebSocketServer>
 
 namespace zytest
@@ -67,6 +68,13 @@ QJsonObject cancelFileReply()
         {QStringLiteral("cmd"), QStringLiteral("CANCEL_FILE")},
         {QStringLiteral("errorcode"), 0},
     };
+}
+
+QString deadUrl()
+{
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost);
+    return QStringLiteral("ws://127.0.0.1:%1").arg(server.serverPort());
 }
 
 QString compactText(const QJsonObject &message)

@@ -37,6 +37,9 @@ QJsonObject startDataReply(const QString &key, qint64 size, qint64 received);
 QJsonObject checkDataReply(const QString &key, int checkState);
 QJsonObject cancelFileReply();
 
+/// A URL at which nobody listens.
+QString deadUrl();
+
 QString compactText(const QJsonObject &message);
 QJsonObject objectIn(const QString &text);
 

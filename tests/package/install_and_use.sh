@@ -35,7 +35,7 @@ echo "== through CMake"
 cmake -S "$source/tests/package/consumer" -B "$work/consumer" -G Ninja \
     -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_PREFIX_PATH="$prefix"
 cmake --build "$work/consumer"
-"$work/consumer/consumer"
+"$work/consumer/application"
 
 echo "== through pkg-config"
 export PKG_CONFIG_PATH="$prefix/lib/pkgconfig"

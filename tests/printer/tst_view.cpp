@@ -4,9 +4,11 @@
 
 #include "models.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "slicer.h"
 #include "terminalprocess.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QImage>
 #include <QtTest>
@@ -18,11 +20,6 @@ namespace
 
 const QString model = QStringLiteral("part.zydlp");
 const QSize usual(80, 24);
-
-QStringList words(const char *text)
-{
-    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
 
 } // namespace
 
@@ -184,12 +181,12 @@ void TestPrinterView::holdsUpNobodyWhenTheTerminalStandsStill()
 
 void TestPrinterView::keepsToLinesWithoutATerminal()
 {
-    PrinterProcess printer;
+    PrinterProcess printer(PrinterProcess::NotStarted);
     QVERIFY(printer.start(words("--view --speed 1000")));
     QVERIFY(send(printer.url(), 20));
     m_slicer.print(model);
-    QVERIFY(printer.says("complete: \"part.zydlp\"\n"));
-    QVERIFY(printer.says("layer 10 of 20, 0:01:30 left\n"));
+    QVERIFY(printer.waitForOutput("complete: \"part.zydlp\"\n"));
+    QVERIFY(printer.waitForOutput("layer 10 of 20, 0:01:30 left\n"));
     QVERIFY(!printer.output().contains('\x1b'));
 }
 
@@ -203,7 +200,7 @@ void TestPrinterView::keepsToLinesOnADumbTerminal()
 
 void TestPrinterView::showsTheLayerAsAPicture()
 {
-    PrinterProcess printer;
+    PrinterProcess printer(PrinterProcess::NotStarted);
     QVERIFY(printer.start(words("--speed 0.001 --preview") << m_local->path()));
     QVERIFY(send(printer.url(), 20));
     m_slicer.print(model);
@@ -217,7 +214,7 @@ void TestPrinterView::showsTheLayerAsAPicture()
 
 void TestPrinterView::showsTheLastLayerOfAFastPrint()
 {
-    PrinterProcess printer;
+    PrinterProcess printer(PrinterProcess::NotStarted);
     QVERIFY(printer.start(words("--speed 10000 --preview") << m_local->path()));
     QVERIFY(send(printer.url(), 20));
     m_slicer.print(model);
@@ -246,7 +243,7 @@ void TestPrinterView::rejectsItsPreviewDirectory()
     const RunResult result = runPrinter(
         {QStringLiteral("--dir"), m_local->path(), QStringLiteral("--preview"), directory});
     QCOMPARE(result.exitCode, 3);
-    QCOMPARE(result.error,
+    QCOMPARE(result.errors,
              "zyprinter: preview directory " + fault + ": " + directory.toUtf8()
                  + "; give --preview a directory that can be written\n");
 }

@@ -5,17 +5,12 @@
 #include "modelfiles.h"
 #include "printerprocess.h"
 #include "slicerprocess.h"
+#include "terminal.h"
 #include "testprogram.h"
 #include "texts.h"
 
 #include <QRegularExpression>
 #include <QtTest>
-
-#include <fcntl.h>
-#include <pty.h>
-#include <sys/ioctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace
 {
@@ -30,39 +25,14 @@ struct TerminalResult {
 TerminalResult runOnTerminal(const QStringList &arguments, unsigned short columns,
                              unsigned short rows, const QByteArray &interruptAt = {})
 {
-    QList<QByteArray> bytes{QByteArrayLiteral(ZYSLICER)};
-    for (const QString &argument : arguments)
-        bytes.append(argument.toUtf8());
-    std::vector<char *> argv;
-    for (QByteArray &argument : bytes)
-        argv.push_back(argument.data());
-    argv.push_back(nullptr);
-
-    const winsize size{rows, columns, 0, 0};
-    int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, &size);
-    if (child == 0) {
-        setenv("TERM", "xterm", 1);
-        execv(argv[0], argv.data());
-        _exit(127);
-    }
-    TerminalResult result;
-    bool isInterrupted = interruptAt.isEmpty();
-    char buffer[4096];
-    // Reading fails once the child has closed its end.
-    for (ssize_t count; (count = read(terminal, buffer, sizeof buffer)) > 0;) {
-        result.screen.append(buffer, static_cast<int>(count));
-        if (!isInterrupted && result.screen.contains(interruptAt)) {
-            isInterrupted = true;
-            if (write(terminal, "\003", 1) != 1)
-                break;
-        }
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    close(terminal);
-    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return result;
+    zytest::Terminal terminal;
+    if (!terminal.start(QStringLiteral(ZYSLICER), arguments, QSize(columns, rows)))
+        return {};
+    if (!interruptAt.isEmpty()
+        && zytest::waitUntil([&] { return terminal.output().contains(interruptAt); }))
+        terminal.type('\003');
+    const int exitCode = terminal.waitForEnd();
+    return {exitCode, terminal.output()};
 }
 
 /// The lines drawn, without control sequences.

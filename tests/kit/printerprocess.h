@@ -5,37 +5,46 @@
 #ifndef PRINTERPROCESS_H
 #define PRINTERPROCESS_H
 
-#include <QByteArray>
-#include <QProcess>
-#include <QString>
-#include <QStringList>
-#include <QTemporaryDir>
+#include "childprocess.h"
+
 #include <QUrl>
 
-class PrinterProcess
+namespace zytest
+{
+
+class PrinterProcess : public ChildProcess
 {
 public:
+    enum Readiness { NotStarted };
+
     /// Starts zyprinter on a free port and waits until it says where it listens.
     explicit PrinterProcess(const QStringList &options = {});
+    /// For a test that calls start() itself, its directory being there already.
+    explicit PrinterProcess(Readiness) { }
     /// Ends it with SIGTERM.
-    ~PrinterProcess();
+    ~PrinterProcess() override;
+
+    /// Starts it, "--dir" being given unless @p options hold it; also after its end, in the same
+    /// directory. False when it does not listen.
+    bool start(const QStringList &options = {});
 
     /// Where it listens; empty when it did not start.
     QUrl url() const { return m_url; }
 
     /// Its receive directory and everything below.
     QString directory() const { return m_directory.path(); }
-
+    /// Where @p name is or would be, directly in that directory.
+    QString path(const QString &name) const { return m_directory.filePath(name); }
     /// Path of the received file @p name, wherever the printer keeps it; empty when there is none.
     QString pathOf(const QString &name) const;
 
-    /// Ends it with SIGKILL.
-    void kill();
-
 private:
     QTemporaryDir m_directory;
-    QProcess m_process;
     QUrl m_url;
 };
+
+} // namespace zytest
+
+using zytest::PrinterProcess;
 
 #endif // PRINTERPROCESS_H
