@@ -5,6 +5,8 @@
 #ifndef EVENT_H
 #define EVENT_H
 
+#include "outcome.h"
+
 #include <QJsonObject>
 #include <QString>
 
@@ -19,6 +21,7 @@ struct Event {
         Restarted, ///< file, total: a retry that begins anew, the printer having lost its part
         Retrying, ///< text (why), retry, delay
         Stored, ///< file, text (the name on the printer), total, checkState
+        FileEnded, ///< file, outcome: of one of several files
         PrintChecking, ///< file
         PrintStarted, ///< file
         Status, ///< file, answer: one of many while a print is followed
@@ -35,6 +38,7 @@ struct Event {
     int delay = 0; ///< ms
     int checkState = 0; ///< the printer's verdict
     QJsonObject answer;
+    Outcome outcome = {};
 };
 
 } // namespace zyslicer

@@ -44,22 +44,24 @@ Outcome fileOutcome(FileFault fault, const ModelFile &file)
 
 } // namespace
 
-Outcome checkModelFiles(const QVector<ModelFile> &files)
+Outcomes checkModelFiles(const QVector<ModelFile> &files)
 {
     QHash<QString, QString> paths; // by name
     for (const ModelFile &file : files) {
         if (paths.contains(file.name))
-            return {ExitCode::Usage, QStringLiteral("two files of one name"),
-                    QStringLiteral("%1 and %2").arg(paths.value(file.name), file.path),
-                    QStringLiteral("send one of them by itself, under another name, with --as")};
+            return {{ExitCode::Usage, QStringLiteral("two files of one name"),
+                     QStringLiteral("%1 and %2").arg(paths.value(file.name), file.path),
+                     QStringLiteral("send one of them by itself, under another name, with --as")}};
         paths.insert(file.name, file.path);
     }
+    Outcomes outcomes;
     for (const ModelFile &file : files) {
         const FileFault fault = ZyFileSender::checkFile(file.path, file.name).fileFault();
-        if (fault != FileFault::None)
-            return fileOutcome(fault, file);
+        if (fault == FileFault::None)
+            return {};
+        outcomes.append(fileOutcome(fault, file));
     }
-    return {};
+    return outcomes;
 }
 
 SendStep::SendStep(JobContext &context, const ModelFile &file)

@@ -12,9 +12,9 @@
 namespace zyslicer
 {
 
-/// Ok, or why one of the files cannot be sent. Two must not have one name: the second would replace
-/// the first.
-Outcome checkModelFiles(const QVector<ModelFile> &files);
+/// Empty unless the files cannot be sent at all: two of them have one name, so the second would
+/// replace the first, or each of them has a fault. One that has a fault does not stop the others.
+Outcomes checkModelFiles(const QVector<ModelFile> &files);
 
 class SendStep : public Step
 {

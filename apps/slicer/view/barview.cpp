@@ -7,6 +7,8 @@
 #include "standardoutput.h"
 #include "wording.h"
 
+#include <algorithm>
+
 namespace zyslicer
 {
 
@@ -54,11 +56,13 @@ void BarView::report(int printer, const Event &event)
         scroll(marked(printer, news));
 }
 
-void BarView::endPrinter(int printer, const Outcome &outcome)
+void BarView::endPrinter(int printer, const Outcomes &outcomes)
 {
-    TextView::endPrinter(printer, outcome);
-    if (!outcome.isOk() && isSeveral())
-        m_rows[printer] = {printers()[printer].label(), -1, {outcome.what}};
+    TextView::endPrinter(printer, outcomes);
+    const auto failure = std::find_if(outcomes.begin(), outcomes.end(),
+                                      [](const Outcome &outcome) { return !outcome.isOk(); });
+    if (failure != outcomes.end() && isSeveral())
+        m_rows[printer] = {printers()[printer].label(), -1, {failure->what}};
     drawSoon();
 }
 
@@ -66,12 +70,11 @@ void BarView::finish()
 {
     m_drawing.stop();
     draw();
-    TextView::finish();
 }
 
 ProgressRow BarView::progressRow(int printer, const Event &event) const
 {
-    const TransferLog::Entry &entry = transfers().entry(printer);
+    const TransferLog::Entry entry = transfers().entry(printer, event.file);
     const qint64 left = entry.rate.secondsLeft(event.total);
     const double fraction = event.total > 0
         ? static_cast<double>(event.received) / static_cast<double>(event.total)
@@ -87,7 +90,7 @@ ProgressRow BarView::progressRow(int printer, const Event &event) const
 
 ProgressRow BarView::storedRow(int printer, const Event &event) const
 {
-    const TransferLog::Entry &entry = transfers().entry(printer);
+    const TransferLog::Entry entry = transfers().entry(printer, event.file);
     return {label(printer, event),
             1.0,
             {byteText(event.total), rateText(meanRate(entry)), durationText(duration(entry))}};

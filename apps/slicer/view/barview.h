@@ -19,7 +19,7 @@ public:
     explicit BarView(const QVector<zysession::Printer> &printers);
 
     void report(int printer, const Event &event) override;
-    void endPrinter(int printer, const Outcome &outcome) override;
+    void endPrinter(int printer, const Outcomes &outcomes) override;
     void finish() override;
 
 private:

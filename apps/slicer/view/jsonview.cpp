@@ -31,6 +31,8 @@ QString kindName(Event::Kind kind)
         return QStringLiteral("retrying");
     case Event::Kind::Stored:
         return QStringLiteral("stored");
+    case Event::Kind::FileEnded:
+        return QStringLiteral("file-result");
     case Event::Kind::PrintChecking:
         return QStringLiteral("print-checking");
     case Event::Kind::PrintStarted:
@@ -42,6 +44,12 @@ QString kindName(Event::Kind kind)
         return QStringLiteral("answer");
     }
     return {};
+}
+
+QJsonObject outcomeFields(const Outcome &outcome)
+{
+    return {{QStringLiteral("code"), static_cast<int>(outcome.code)},
+            {QStringLiteral("message"), outcome.isOk() ? QString() : outcome.text()}};
 }
 
 QJsonObject fields(const Event &event)
@@ -66,6 +74,11 @@ QJsonObject fields(const Event &event)
                 {QStringLiteral("storedAs"), event.text},
                 {QStringLiteral("total"), event.total},
                 {QStringLiteral("checkState"), event.checkState}};
+    case Event::Kind::FileEnded: {
+        QJsonObject object = outcomeFields(event.outcome);
+        object.insert(QStringLiteral("file"), event.file);
+        return object;
+    }
     case Event::Kind::Offered:
     case Event::Kind::PrintChecking:
     case Event::Kind::PrintStarted:
@@ -78,12 +91,6 @@ QJsonObject fields(const Event &event)
     QJsonObject answer = event.answer;
     answer.remove(zyws::keys::cmd);
     return answer;
-}
-
-QJsonObject outcomeFields(const Outcome &outcome)
-{
-    return {{QStringLiteral("code"), static_cast<int>(outcome.code)},
-            {QStringLiteral("message"), outcome.isOk() ? QString() : outcome.text()}};
 }
 
 } // namespace
@@ -106,9 +113,16 @@ void JsonView::report(int printer, const Event &event)
     write(printer, kindName(event.kind), fields(event));
 }
 
-void JsonView::endPrinter(int printer, const Outcome &outcome)
+void JsonView::endPrinter(int printer, const Outcomes &outcomes)
 {
-    write(printer, QStringLiteral("result"), outcomeFields(outcome));
+    QStringList failures;
+    for (const Outcome &outcome : outcomes) {
+        if (!outcome.isOk() && !failures.contains(outcome.text()))
+            failures += outcome.text();
+    }
+    write(printer, QStringLiteral("result"),
+          {{QStringLiteral("code"), static_cast<int>(combinedExitCode(outcomes))},
+           {QStringLiteral("message"), failures.join(QLatin1Char('\n'))}});
 }
 
 void JsonView::write(int printer, const QString &event, QJsonObject object) const

@@ -23,7 +23,7 @@ public:
     using View::View;
 
     void report(int printer, const Event &event) override;
-    void endPrinter(int printer, const Outcome &outcome) override;
+    void endPrinter(int printer, const Outcomes &outcomes) override;
 
 private:
     void write(int printer, const QString &event, QJsonObject object) const;

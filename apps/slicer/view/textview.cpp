@@ -56,15 +56,43 @@ TextView::TextView(const QVector<zysession::Printer> &printers)
 {
 }
 
-void TextView::endPrinter(int printer, const Outcome &outcome)
+void TextView::endPrinter(int printer, const Outcomes &outcomes)
 {
-    m_outcomes[printer] = outcome;
+    m_outcomes[printer] = outcomes;
 }
 
-void TextView::finish()
+/// A row for each printer, or for each of its files where there are several.
+void TextView::sumUp()
 {
+    if (!isSeveral() && !hasSeveralFiles())
+        return;
+    const bool isTransfer = m_transfers.hasSent();
+    Table table{(isSeveral() ? QStringList(QStringLiteral("PRINTER")) : QStringList())
+                + (hasSeveralFiles() ? QStringList(QStringLiteral("FILE")) : QStringList())
+                + (isTransfer ? transferTitles() : QStringList())
+                + QStringList(QStringLiteral("RESULT"))};
+    for (int printer = 0; printer < printers().size(); ++printer) {
+        for (const Outcome &outcome : m_outcomes[printer])
+            table.append(summaryRow(printer, outcome, isTransfer));
+    }
+    writeOut(tableText(table));
+}
+
+QStringList TextView::summaryRow(int printer, const Outcome &outcome, bool isTransfer) const
+{
+    QStringList cells;
     if (isSeveral())
-        writeOut(summary());
+        cells += printers()[printer].label();
+    if (hasSeveralFiles())
+        cells += outcome.file;
+    if (isTransfer)
+        cells += transferCells(m_transfers.entry(printer, outcome.file));
+    return cells + QStringList(outcome.isOk() ? QStringLiteral("ok") : outcome.what);
+}
+
+bool TextView::hasSeveralFiles() const
+{
+    return m_outcomes.first().size() > 1;
 }
 
 QString TextView::marked(int printer, const QString &text) const
@@ -76,22 +104,6 @@ QString TextView::marked(int printer, const QString &text) const
     for (const QString &line : plain)
         lines += QStringLiteral("%1: %2\n").arg(printers()[printer].label(), line);
     return lines;
-}
-
-QString TextView::summary() const
-{
-    const bool isTransfer = m_transfers.hasSent();
-    Table table{QStringList(QStringLiteral("PRINTER"))
-                + (isTransfer ? transferTitles() : QStringList())
-                + QStringList(QStringLiteral("RESULT"))};
-    for (int i = 0; i < printers().size(); ++i) {
-        QStringList cells(printers()[i].label());
-        if (isTransfer)
-            cells += transferCells(m_transfers.entry(i));
-        cells += m_outcomes[i].isOk() ? QStringLiteral("ok") : m_outcomes[i].what;
-        table.append(cells);
-    }
-    return tableText(table);
 }
 
 PlainView::PlainView(const QVector<zysession::Printer> &printers)
@@ -124,7 +136,7 @@ QString PlainView::progressText(int printer, const Event &event)
         .arg(event.file)
         .arg(percent, 3)
         .arg(byteText(event.received, event.total),
-             rateText(transfers().entry(printer).rate.bytesPerSecond()));
+             rateText(transfers().entry(printer, event.file).rate.bytesPerSecond()));
 }
 
 QString PlainView::statusText(int printer, const Event &event)

@@ -17,8 +17,8 @@ class TextView : public View
 public:
     explicit TextView(const QVector<zysession::Printer> &printers);
 
-    void endPrinter(int printer, const Outcome &outcome) override;
-    void finish() override;
+    void endPrinter(int printer, const Outcomes &outcomes) override;
+    void sumUp() override;
 
 protected:
     /// Lines of @p text, marked with the printer's name when there are several.
@@ -27,10 +27,11 @@ protected:
     const TransferLog &transfers() const { return m_transfers; }
 
 private:
-    QString summary() const;
+    QStringList summaryRow(int printer, const Outcome &outcome, bool isTransfer) const;
+    bool hasSeveralFiles() const;
 
     TransferLog m_transfers;
-    QVector<Outcome> m_outcomes;
+    QVector<Outcomes> m_outcomes;
 };
 
 /// For where nothing can be drawn over.

@@ -195,6 +195,9 @@ QString eventText(const Event &event, const zysession::Printer &printer)
         return retryingText(event);
     case Event::Kind::Stored:
         return storedText(event);
+    case Event::Kind::FileEnded:
+        return event.outcome.isOk() ? QString()
+                                    : event.file + QStringLiteral(": ") + event.outcome.what;
     case Event::Kind::PrintChecking:
         return event.file + QStringLiteral(": checking before the print");
     case Event::Kind::PrintStarted:
