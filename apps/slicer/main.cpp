@@ -94,6 +94,7 @@ int run(const Request &request)
     case Request::Command::PrintersList:
     case Request::Command::PrintersAdd:
     case Request::Command::PrintersRemove:
+    case Request::Command::PrintersGroup:
         return endWith(request, {runPrintersCommand(request)});
     default:
         break;

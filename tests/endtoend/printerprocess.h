@@ -15,7 +15,8 @@
 class PrinterProcess
 {
 public:
-    /// Starts zyprinter on a free port and waits until it says where it listens.
+    /// Starts zyprinter, on a free port unless @p options name one, and waits until it says where
+    /// it listens.
     explicit PrinterProcess(const QStringList &options = {});
     /// Ends it with SIGTERM.
     ~PrinterProcess();

@@ -187,7 +187,9 @@ void TestPrint::getsACancelAcknowledged()
     PrinterProcess printer;
     const SlicerResult result = runSlicer({"cancel"_s, "--to"_s, printer.url().toString()});
     QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.output, QByteArray("cancel acknowledged\n"));
+    VERIFY_TEXT(result.output.startsWith("cancel acknowledged; it reaches no transfer of another "
+                                         "connection: stop one with Ctrl-C"),
+                result.output);
 }
 
 void TestPrint::tellsAWrongToken()

@@ -8,6 +8,8 @@
 #include "followstep.h"
 #include "sendstep.h"
 
+#include <QTimer>
+
 namespace zyslicer
 {
 
@@ -19,6 +21,11 @@ bool isAboutThePrinter(const Outcome &outcome)
 {
     return outcome.code == ExitCode::NoConnection || outcome.code == ExitCode::TokenRejected
         || outcome.code == ExitCode::Interrupted;
+}
+
+bool maySoonBeOtherwise(const Outcome &outcome)
+{
+    return outcome.code == ExitCode::Busy || outcome.code == ExitCode::NoConnection;
 }
 
 } // namespace
@@ -78,11 +85,27 @@ void Job::onStepEnded(const Outcome &outcome)
 {
     // It is still on the stack; its part of the job's connection is over.
     m_step.release()->deleteLater();
+    if (m_context.request.isWaiting && maySoonBeOtherwise(outcome)) {
+        waitFor(outcome);
+        return;
+    }
     if (hasSeveralFiles())
         endFile(outcome);
     else if (!outcome.isOk())
         end(outcome);
     QMetaObject::invokeMethod(this, &Job::startNextStep, Qt::QueuedConnection);
+}
+
+/// The step is made anew after a while.
+void Job::waitFor(const Outcome &outcome)
+{
+    --m_nextStep;
+    Event event;
+    event.kind = Event::Kind::Waiting;
+    event.text = outcome.what;
+    event.delay = m_context.request.pollInterval;
+    Q_EMIT reported(event);
+    QTimer::singleShot(event.delay, this, &Job::startNextStep);
 }
 
 /// One of several; those that are not tried any more share its end.
@@ -107,10 +130,12 @@ void Job::interrupt()
                           m_context.printer.description(), QStringLiteral("nothing was under way")};
     if (m_step)
         m_step->interrupt();
-    else if (hasSeveralFiles() && m_outcomes.size() < m_context.request.files.size())
+    else if (!m_hasEnded && hasSeveralFiles()) {
         endFile(outcome);
-    else if (!m_hasEnded)
+        end({});
+    } else if (!m_hasEnded) {
         end(outcome);
+    }
 }
 
 void Job::end(const Outcome &outcome)

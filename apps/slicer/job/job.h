@@ -38,6 +38,7 @@ private:
     static std::vector<StepMaker> stepsOf(const Request &request);
     void startNextStep();
     void onStepEnded(const Outcome &outcome);
+    void waitFor(const Outcome &outcome);
     void endFile(const Outcome &outcome);
     void end(const Outcome &outcome);
     bool hasSeveralFiles() const { return m_context.request.files.size() > 1; }

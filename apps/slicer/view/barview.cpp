@@ -17,6 +17,12 @@ namespace
 
 constexpr int drawInterval = 100; // ms
 
+double fractionOf(const Event &event)
+{
+    return event.total > 0 ? static_cast<double>(event.received) / static_cast<double>(event.total)
+                           : 0;
+}
+
 } // namespace
 
 BarView::BarView(const QVector<zysession::Printer> &printers)
@@ -29,7 +35,7 @@ BarView::BarView(const QVector<zysession::Printer> &printers)
 
 void BarView::report(int printer, const Event &event)
 {
-    transfers().note(printer, event);
+    QString text = news(printer, event);
     switch (event.kind) {
     case Event::Kind::Offered:
         setNote(printer, event, QStringLiteral("waiting for the printer"));
@@ -40,6 +46,17 @@ void BarView::report(int printer, const Event &event)
     case Event::Kind::Status:
         m_rows[printer] = statusRow(printer, event);
         break;
+    case Event::Kind::Stalled:
+        m_rows[printer] = stalledRow(printer, event);
+        text.clear(); // the row shows it
+        break;
+    case Event::Kind::Waiting:
+        setNote(printer, event, text);
+        text.clear();
+        break;
+    case Event::Kind::Cancelling:
+        setNote(printer, event, QStringLiteral("cancelling"));
+        break;
     case Event::Kind::Stored:
         m_rows[printer] = storedRow(printer, event);
         break;
@@ -49,11 +66,10 @@ void BarView::report(int printer, const Event &event)
     default:
         break;
     }
-    const QString news = eventText(event, printers()[printer]);
-    if (news.isEmpty())
+    if (text.isEmpty())
         drawSoon();
     else
-        scroll(marked(printer, news));
+        scroll(marked(printer, text));
 }
 
 void BarView::endPrinter(int printer, const Outcomes &outcomes)
@@ -76,11 +92,10 @@ ProgressRow BarView::progressRow(int printer, const Event &event) const
 {
     const TransferLog::Entry entry = transfers().entry(printer, event.file);
     const qint64 left = entry.rate.secondsLeft(event.total);
-    const double fraction = event.total > 0
-        ? static_cast<double>(event.received) / static_cast<double>(event.total)
-        : 0;
-    ProgressRow row{label(printer, event), fraction, {byteText(event.received, event.total)}};
-    row.columns += rateText(entry.rate.bytesPerSecond());
+    ProgressRow row{
+        label(printer, event), fractionOf(event), {byteText(event.received, event.total)}};
+    if (entry.rate.bytesPerSecond() > 0)
+        row.columns += rateText(entry.rate.bytesPerSecond());
     if (event.received >= event.total)
         row.columns += QStringLiteral("checking");
     else if (left >= 0)
@@ -88,12 +103,20 @@ ProgressRow BarView::progressRow(int printer, const Event &event) const
     return row;
 }
 
+ProgressRow BarView::stalledRow(int printer, const Event &event) const
+{
+    return {label(printer, event),
+            fractionOf(event),
+            {byteText(event.received, event.total), silenceText(event)}};
+}
+
 ProgressRow BarView::storedRow(int printer, const Event &event) const
 {
     const TransferLog::Entry entry = transfers().entry(printer, event.file);
-    return {label(printer, event),
-            1.0,
-            {byteText(event.total), rateText(meanRate(entry)), durationText(duration(entry))}};
+    ProgressRow row{label(printer, event), 1.0, {byteText(event.total)}};
+    if (meanRate(entry) > 0)
+        row.columns += {rateText(meanRate(entry)), durationText(duration(entry))};
+    return row;
 }
 
 ProgressRow BarView::statusRow(int printer, const Event &event) const

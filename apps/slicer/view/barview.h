@@ -24,6 +24,7 @@ public:
 
 private:
     ProgressRow progressRow(int printer, const Event &event) const;
+    ProgressRow stalledRow(int printer, const Event &event) const;
     ProgressRow storedRow(int printer, const Event &event) const;
     ProgressRow statusRow(int printer, const Event &event) const;
     QString label(int printer, const Event &event) const;

@@ -29,6 +29,12 @@ QString kindName(Event::Kind kind)
         return QStringLiteral("restarted");
     case Event::Kind::Retrying:
         return QStringLiteral("retrying");
+    case Event::Kind::Stalled:
+        return QStringLiteral("stalled");
+    case Event::Kind::Waiting:
+        return QStringLiteral("waiting");
+    case Event::Kind::Cancelling:
+        return QStringLiteral("cancelling");
     case Event::Kind::Stored:
         return QStringLiteral("stored");
     case Event::Kind::FileEnded:
@@ -69,6 +75,13 @@ QJsonObject fields(const Event &event)
         return {{QStringLiteral("reason"), event.text},
                 {QStringLiteral("retry"), event.retry},
                 {QStringLiteral("delayMs"), event.delay}};
+    case Event::Kind::Stalled:
+        return {{QStringLiteral("file"), event.file},
+                {QStringLiteral("received"), event.received},
+                {QStringLiteral("total"), event.total},
+                {QStringLiteral("silentMs"), event.delay}};
+    case Event::Kind::Waiting:
+        return {{QStringLiteral("reason"), event.text}, {QStringLiteral("delayMs"), event.delay}};
     case Event::Kind::Stored:
         return {{QStringLiteral("file"), event.file},
                 {QStringLiteral("storedAs"), event.text},
@@ -79,9 +92,11 @@ QJsonObject fields(const Event &event)
         object.insert(QStringLiteral("file"), event.file);
         return object;
     }
-    case Event::Kind::Offered:
-    case Event::Kind::PrintChecking:
     case Event::Kind::PrintStarted:
+        return {{QStringLiteral("file"), event.file}, {QStringLiteral("resumed"), event.isResumed}};
+    case Event::Kind::Offered:
+    case Event::Kind::Cancelling:
+    case Event::Kind::PrintChecking:
         return {{QStringLiteral("file"), event.file}};
     case Event::Kind::Status:
     case Event::Kind::Snapshot:

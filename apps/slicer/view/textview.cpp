@@ -16,11 +16,10 @@ namespace
 {
 
 using zysession::PrinterStatus;
-using Table = QVector<QStringList>;
 
 constexpr int newsEvery = 10; // percent
 
-QString tableText(const Table &table)
+QString tableText(const QVector<QStringList> &table)
 {
     QString text;
     for (const QStringList &cells : table) {
@@ -36,6 +35,13 @@ QString tableText(const Table &table)
     return text;
 }
 
+/// The same while nothing changes but the time.
+QString stepOf(const Event &event)
+{
+    return event.kind == Event::Kind::Waiting ? event.text
+                                              : QStringLiteral("stalled %1").arg(event.received);
+}
+
 QStringList transferTitles()
 {
     return {QStringLiteral("SENT"), QStringLiteral("TIME"), QStringLiteral("RATE")};
@@ -46,13 +52,15 @@ QStringList transferCells(const TransferLog::Entry &entry)
     const QString none = QStringLiteral("-");
     if (entry.sent <= 0)
         return {none, none, none};
-    return {byteText(entry.sent), durationText(duration(entry)), rateText(meanRate(entry))};
+    const double rate = meanRate(entry);
+    return {byteText(entry.sent), durationText(duration(entry)), rate > 0 ? rateText(rate) : none};
 }
 
 } // namespace
 
 TextView::TextView(const QVector<zysession::Printer> &printers)
-    : View(printers), m_transfers(printers.size()), m_outcomes(printers.size())
+    : View(printers), m_transfers(printers.size()), m_outcomes(printers.size()),
+      m_snapshots(printers.size())
 {
 }
 
@@ -66,6 +74,11 @@ void TextView::sumUp()
 {
     if (!isSeveral() && !hasSeveralFiles())
         return;
+    if (std::any_of(m_snapshots.begin(), m_snapshots.end(),
+                    [](const auto &status) { return status.has_value(); })) {
+        writeOut(tableText(statusTable()));
+        return;
+    }
     const bool isTransfer = m_transfers.hasSent();
     Table table{(isSeveral() ? QStringList(QStringLiteral("PRINTER")) : QStringList())
                 + (hasSeveralFiles() ? QStringList(QStringLiteral("FILE")) : QStringList())
@@ -76,6 +89,23 @@ void TextView::sumUp()
             table.append(summaryRow(printer, outcome, isTransfer));
     }
     writeOut(tableText(table));
+}
+
+TextView::Table TextView::statusTable() const
+{
+    Table table{{QStringLiteral("PRINTER"), QStringLiteral("STATE"), QStringLiteral("FILE"),
+                 QStringLiteral("LAYER"), QStringLiteral("REMAINING")}};
+    const QString none = QStringLiteral("-");
+    const auto orNone = [&](const QString &text) { return text.isEmpty() ? none : text; };
+    for (int i = 0; i < printers().size(); ++i) {
+        const QString label = printers()[i].label();
+        if (const auto &status = m_snapshots[i])
+            table.append({label, stateText(status->state), orNone(status->filename),
+                          orNone(layerText(*status)), orNone(remainingText(*status))});
+        else
+            table.append({label, m_outcomes[i].first().what, none, none, none});
+    }
+    return table;
 }
 
 QStringList TextView::summaryRow(int printer, const Outcome &outcome, bool isTransfer) const
@@ -93,6 +123,16 @@ QStringList TextView::summaryRow(int printer, const Outcome &outcome, bool isTra
 bool TextView::hasSeveralFiles() const
 {
     return m_outcomes.first().size() > 1;
+}
+
+QString TextView::news(int printer, const Event &event)
+{
+    m_transfers.note(printer, event);
+    if (event.kind == Event::Kind::Snapshot && isSeveral()) {
+        m_snapshots[printer] = PrinterStatus::fromReply(event.answer);
+        return {};
+    }
+    return eventText(event, printers()[printer]);
 }
 
 QString TextView::marked(int printer, const QString &text) const
@@ -113,14 +153,13 @@ PlainView::PlainView(const QVector<zysession::Printer> &printers)
 
 void PlainView::report(int printer, const Event &event)
 {
-    transfers().note(printer, event);
-    QString text;
+    QString text = news(printer, event);
     if (event.kind == Event::Kind::Progress)
         text = progressText(printer, event);
     else if (event.kind == Event::Kind::Status)
         text = statusText(printer, event);
-    else
-        text = eventText(event, printers()[printer]);
+    else if (event.kind == Event::Kind::Stalled || event.kind == Event::Kind::Waiting)
+        text = isNews(printer, stepOf(event)) ? text : QString();
     if (!text.isEmpty())
         writeOut(marked(printer, text));
 }
@@ -132,11 +171,12 @@ QString PlainView::progressText(int printer, const Event &event)
     const qint64 percent = event.received * 100 / event.total;
     if (!isNews(printer, event.file + QString::number(percent / newsEvery)))
         return {};
-    return QStringLiteral("%1: %2 % %3 %4")
-        .arg(event.file)
-        .arg(percent, 3)
-        .arg(byteText(event.received, event.total),
-             rateText(transfers().entry(printer, event.file).rate.bytesPerSecond()));
+    const QString text = QStringLiteral("%1: %2 % %3")
+                             .arg(event.file)
+                             .arg(percent, 3)
+                             .arg(byteText(event.received, event.total));
+    const double rate = transfers().entry(printer, event.file).rate.bytesPerSecond();
+    return rate > 0 ? text + QLatin1Char(' ') + rateText(rate) : text;
 }
 
 QString PlainView::statusText(int printer, const Event &event)

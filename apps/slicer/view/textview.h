@@ -8,6 +8,8 @@
 #include "transferlog.h"
 #include "view.h"
 
+#include <optional>
+
 namespace zyslicer
 {
 
@@ -23,15 +25,21 @@ public:
 protected:
     /// Lines of @p text, marked with the printer's name when there are several.
     QString marked(int printer, const QString &text) const;
-    TransferLog &transfers() { return m_transfers; }
+    /// Notes the event; what it is to people, as eventText(). A status is kept for the table of
+    /// several printers.
+    QString news(int printer, const Event &event);
     const TransferLog &transfers() const { return m_transfers; }
 
 private:
+    using Table = QVector<QStringList>;
+
+    Table statusTable() const;
     QStringList summaryRow(int printer, const Outcome &outcome, bool isTransfer) const;
     bool hasSeveralFiles() const;
 
     TransferLog m_transfers;
     QVector<Outcomes> m_outcomes;
+    QVector<std::optional<zysession::PrinterStatus>> m_snapshots;
 };
 
 /// For where nothing can be drawn over.

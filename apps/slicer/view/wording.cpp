@@ -36,17 +36,6 @@ QString numberIn(const Unit &unit, double bytes)
     return QString::number(bytes / unit.size, 'f', unit.size > 1.0 ? 1 : 0);
 }
 
-QString layerText(const PrinterStatus &status)
-{
-    const double fraction = status.layerFraction();
-    if (fraction < 0)
-        return {};
-    return QStringLiteral("%1 of %2 (%3 %)")
-        .arg(status.layer)
-        .arg(status.layerCount)
-        .arg(static_cast<int>(fraction * 100));
-}
-
 QString row(const QString &name, const QString &value)
 {
     if (value.isEmpty())
@@ -160,6 +149,17 @@ QString stateText(PrinterStatus::State state)
     return QStringLiteral("unknown");
 }
 
+QString layerText(const PrinterStatus &status)
+{
+    const double fraction = status.layerFraction();
+    if (fraction < 0)
+        return {};
+    return QStringLiteral("%1 of %2 (%3 %)")
+        .arg(status.layer)
+        .arg(status.layerCount)
+        .arg(static_cast<int>(fraction * 100));
+}
+
 QString remainingText(const PrinterStatus &status)
 {
     const qint64 seconds = status.remainingSeconds();
@@ -180,6 +180,11 @@ QString statusLine(const PrinterStatus &status)
     return line;
 }
 
+QString silenceText(const Event &event)
+{
+    return QStringLiteral("no acknowledgement for %1 s").arg(event.delay / 1000);
+}
+
 QString eventText(const Event &event, const zysession::Printer &printer)
 {
     switch (event.kind) {
@@ -193,6 +198,12 @@ QString eventText(const Event &event, const zysession::Printer &printer)
         return event.file + QStringLiteral(": from the start: the printer holds nothing of it");
     case Event::Kind::Retrying:
         return retryingText(event);
+    case Event::Kind::Stalled:
+        return event.file + QStringLiteral(": ") + silenceText(event);
+    case Event::Kind::Waiting:
+        return event.text + QStringLiteral("; waiting for it");
+    case Event::Kind::Cancelling:
+        return event.file + QStringLiteral(": cancelling; again to leave at once");
     case Event::Kind::Stored:
         return storedText(event);
     case Event::Kind::FileEnded:
@@ -201,7 +212,9 @@ QString eventText(const Event &event, const zysession::Printer &printer)
     case Event::Kind::PrintChecking:
         return event.file + QStringLiteral(": checking before the print");
     case Event::Kind::PrintStarted:
-        return event.file + QStringLiteral(": print started");
+        return event.file
+            + (event.isResumed ? QStringLiteral(": the paused print goes on")
+                               : QStringLiteral(": print started"));
     case Event::Kind::Snapshot:
         return statusBlock(printer.description(), PrinterStatus::fromReply(event.answer));
     case Event::Kind::Answer:
