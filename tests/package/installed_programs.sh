@@ -22,4 +22,5 @@ for program in "$prefix"/bin/*; do
         exit 1
     fi
 done
+test -f "$prefix/share/zyWebsocket/zyslicer-json.schema.json"
 grep -F "ExecStart=$prefix/bin/zyprinter " "$prefix/lib/systemd/system/zyprinter.service"

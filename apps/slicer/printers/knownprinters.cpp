@@ -165,11 +165,13 @@ Outcome removePrinter(const QString &name, Saved &saved)
 void writeJson(const Saved &saved)
 {
     for (const Printer &printer : saved.printers.printers())
-        writeJsonLine({{QStringLiteral("name"), printer.name},
+        writeJsonLine(QStringLiteral("printer"),
+                      {{QStringLiteral("name"), printer.name},
                        {QStringLiteral("url"), printer.url.toString()}});
     const auto &groups = saved.groups.all();
     for (auto group = groups.cbegin(); group != groups.cend(); ++group)
-        writeJsonLine({{QStringLiteral("name"), group.key()},
+        writeJsonLine(QStringLiteral("group"),
+                      {{QStringLiteral("name"), group.key()},
                        {QStringLiteral("printers"), QJsonArray::fromStringList(group.value())}});
 }
 

@@ -6,7 +6,10 @@
 
 #include "standardoutput.h"
 
+#include <QDateTime>
 #include <QJsonDocument>
+
+#include <cmath>
 
 #include <vocabulary.h>
 
@@ -15,6 +18,8 @@ namespace zyslicer
 
 namespace
 {
+
+namespace keys = zyws::keys;
 
 QString kindName(Event::Kind kind)
 {
@@ -58,6 +63,36 @@ QJsonObject outcomeFields(const Outcome &outcome)
             {QStringLiteral("message"), outcome.isOk() ? QString() : outcome.text()}};
 }
 
+/// A print that is followed has none.
+QJsonObject withFile(const Event &event, QJsonObject object)
+{
+    if (!event.file.isEmpty())
+        object.insert(QStringLiteral("file"), event.file);
+    return object;
+}
+
+/// What the printer answers has numbers as texts. Where it names none, null stands; a text that is
+/// no number stays.
+QJsonObject withNumbers(QJsonObject answer)
+{
+    answer.remove(keys::cmd);
+    QStringList numeric{keys::curSliceLayer, keys::sliceLayerCount, keys::printRemainTime,
+                        keys::layerThickness};
+    numeric += zysession::parameterKeys();
+    for (const QString &key : qAsConst(numeric)) {
+        const auto field = answer.find(key);
+        if (field == answer.end() || !field->isString())
+            continue;
+        bool isNumber = false;
+        const double number = field->toString().toDouble(&isNumber);
+        if (isNumber && std::isfinite(number))
+            *field = number;
+        else if (field->toString().isEmpty())
+            *field = QJsonValue();
+    }
+    return answer;
+}
+
 QJsonObject fields(const Event &event)
 {
     switch (event.kind) {
@@ -72,9 +107,10 @@ QJsonObject fields(const Event &event)
     case Event::Kind::Restarted:
         return {{QStringLiteral("file"), event.file}, {QStringLiteral("total"), event.total}};
     case Event::Kind::Retrying:
-        return {{QStringLiteral("reason"), event.text},
-                {QStringLiteral("retry"), event.retry},
-                {QStringLiteral("delayMs"), event.delay}};
+        return withFile(event,
+                        {{QStringLiteral("reason"), event.text},
+                         {QStringLiteral("retry"), event.retry},
+                         {QStringLiteral("delayMs"), event.delay}});
     case Event::Kind::Stalled:
         return {{QStringLiteral("file"), event.file},
                 {QStringLiteral("received"), event.received},
@@ -103,24 +139,23 @@ QJsonObject fields(const Event &event)
     case Event::Kind::Answer:
         break;
     }
-    QJsonObject answer = event.answer;
-    answer.remove(zyws::keys::cmd);
-    return answer;
+    return withNumbers(event.answer);
 }
 
 } // namespace
 
-void writeJsonLine(const QJsonObject &object)
+void writeJsonLine(const QString &event, QJsonObject object)
 {
+    object.insert(QStringLiteral("event"), event);
+    object.insert(QStringLiteral("time"),
+                  QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
     writeOut(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))
              + QLatin1Char('\n'));
 }
 
 void writeJsonError(const Outcome &outcome)
 {
-    QJsonObject object = outcomeFields(outcome);
-    object.insert(QStringLiteral("event"), QStringLiteral("error"));
-    writeJsonLine(object);
+    writeJsonLine(QStringLiteral("error"), outcomeFields(outcome));
 }
 
 void JsonView::report(int printer, const Event &event)
@@ -142,9 +177,8 @@ void JsonView::endPrinter(int printer, const Outcomes &outcomes)
 
 void JsonView::write(int printer, const QString &event, QJsonObject object) const
 {
-    object.insert(QStringLiteral("event"), event);
     object.insert(QStringLiteral("printer"), printers()[printer].label());
-    writeJsonLine(object);
+    writeJsonLine(event, object);
 }
 
 } // namespace zyslicer

@@ -12,8 +12,8 @@
 namespace zyslicer
 {
 
-/// One object, one line.
-void writeJsonLine(const QJsonObject &object);
+/// One object, one line, with the time.
+void writeJsonLine(const QString &event, QJsonObject object);
 /// An "error" that belongs to no printer: none was asked yet.
 void writeJsonError(const Outcome &outcome);
 
