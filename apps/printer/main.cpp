@@ -48,7 +48,7 @@ int badDirectory(const char *what, const QString &fault, const QString &path, co
 
 void printLine(const QString &line)
 {
-    std::printf("%s\n", qPrintable(line));
+    std::printf("%s\n", line.toUtf8().constData());
     std::fflush(stdout);
 }
 

@@ -122,7 +122,7 @@ QStringList TerminalProcess::screen()
     if (first < 0)
         return {};
     const int start = first + home.size();
-    QString text = QString::fromLocal8Bit(m_output.mid(start, last - start));
+    QString text = QString::fromUtf8(m_output.mid(start, last - start));
     text.remove(QStringLiteral("\x1b[K")).remove(QLatin1Char('\r'));
     return text.split(QLatin1Char('\n'));
 }

@@ -122,7 +122,7 @@ ProgressRow BarView::storedRow(int printer, const Event &event) const
 ProgressRow BarView::statusRow(int printer, const Event &event) const
 {
     const auto status = zysession::PrinterStatus::fromReply(event.answer);
-    ProgressRow row{label(printer, event), status.layerFraction(), {stateText(status.state)}};
+    ProgressRow row{label(printer, event), printedFraction(status), {stateText(status.state)}};
     row.columns += QStringLiteral("layer %1/%2").arg(status.layer).arg(status.layerCount);
     const QString remaining = remainingText(status);
     if (!remaining.isEmpty())

@@ -4,6 +4,9 @@
 
 #include "textview.h"
 
+#include "displaywidth.h"
+#include "errorline.h"
+#include "progressline.h"
 #include "standardoutput.h"
 #include "wording.h"
 
@@ -27,10 +30,10 @@ QString tableText(const QVector<QStringList> &table)
         for (int column = 0; column < cells.size(); ++column) {
             int width = 0;
             for (const QStringList &other : table)
-                width = std::max(width, other[column].size());
-            line += cells[column].leftJustified(width + 2);
+                width = std::max(width, zyapp::displayWidth(other[column]));
+            line += zyapp::padded(cells[column], width + 2);
         }
-        text += line.trimmed() + QLatin1Char('\n');
+        text += zyapp::onOneLine(line.trimmed()) + QLatin1Char('\n');
     }
     return text;
 }
@@ -137,12 +140,12 @@ QString TextView::news(int printer, const Event &event)
 
 QString TextView::marked(int printer, const QString &text) const
 {
-    if (!isSeveral())
-        return text + QLatin1Char('\n');
+    const QString mark
+        = isSeveral() ? printers()[printer].label() + QStringLiteral(": ") : QString();
     const QStringList plain = text.split(QLatin1Char('\n'));
     QString lines;
-    for (const QString &line : plain)
-        lines += QStringLiteral("%1: %2\n").arg(printers()[printer].label(), line);
+    for (const QString &line : plain) // names and words come from the printer, too
+        lines += mark + zyapp::onOneLine(line) + QLatin1Char('\n');
     return lines;
 }
 
@@ -168,7 +171,8 @@ QString PlainView::progressText(int printer, const Event &event)
 {
     if (event.total <= 0)
         return {};
-    const qint64 percent = event.received * 100 / event.total;
+    const int percent
+        = percentOf(static_cast<double>(event.received) / static_cast<double>(event.total));
     if (!isNews(printer, event.file + QString::number(percent / newsEvery)))
         return {};
     const QString text = QStringLiteral("%1: %2 % %3")
@@ -182,7 +186,7 @@ QString PlainView::progressText(int printer, const Event &event)
 QString PlainView::statusText(int printer, const Event &event)
 {
     const PrinterStatus status = PrinterStatus::fromReply(event.answer);
-    const int percent = static_cast<int>(status.layerFraction() * 100);
+    const int percent = percentOf(printedFraction(status));
     const QString step = status.word + status.filename + QString::number(percent / newsEvery);
     return isNews(printer, step) ? statusLine(status) : QString();
 }

@@ -4,6 +4,10 @@
 
 #include "wording.h"
 
+#include "progressline.h"
+
+#include <algorithm>
+
 namespace zyslicer
 {
 
@@ -100,8 +104,12 @@ QString byteText(qint64 bytes)
 QString byteText(qint64 bytes, qint64 total)
 {
     const Unit unit = unitFor(static_cast<double>(total));
-    return numberIn(unit, static_cast<double>(bytes)) + QLatin1Char('/')
-        + numberIn(unit, static_cast<double>(total)) + QLatin1Char(' ') + QLatin1String(unit.name);
+    const QString whole = numberIn(unit, static_cast<double>(total));
+    QString part = numberIn(unit, static_cast<double>(bytes));
+    constexpr double step = 0.1;
+    if (bytes < total && part == whole && unit.size > 1.0) // rounded up, it would look complete
+        part = numberIn(unit, static_cast<double>(bytes) - step * unit.size);
+    return part + QLatin1Char('/') + whole + QLatin1Char(' ') + QLatin1String(unit.name);
 }
 
 QString rateText(double bytesPerSecond)
@@ -149,15 +157,22 @@ QString stateText(PrinterStatus::State state)
     return QStringLiteral("unknown");
 }
 
+double printedFraction(const PrinterStatus &status)
+{
+    constexpr double lastLayer = 0.999; // it is still being printed
+    const bool isUnderWay = status.hasJob() && status.state != PrinterStatus::State::Completing;
+    return isUnderWay ? std::min(status.layerFraction(), lastLayer) : status.layerFraction();
+}
+
 QString layerText(const PrinterStatus &status)
 {
-    const double fraction = status.layerFraction();
+    const double fraction = printedFraction(status);
     if (fraction < 0)
         return {};
     return QStringLiteral("%1 of %2 (%3 %)")
         .arg(status.layer)
         .arg(status.layerCount)
-        .arg(static_cast<int>(fraction * 100));
+        .arg(percentOf(fraction));
 }
 
 QString remainingText(const PrinterStatus &status)

@@ -23,6 +23,8 @@ QString durationText(qint64 seconds);
 
 /// "printing", "complete", …
 QString stateText(zysession::PrinterStatus::State state);
+/// As layerFraction(), but 1 only once the last layer is done.
+double printedFraction(const zysession::PrinterStatus &status);
 /// "120 of 400 (30 %)"; empty where the printer names no layers.
 QString layerText(const zysession::PrinterStatus &status);
 /// "0:12:30" for a count of seconds, any other text as it is.
