@@ -6,6 +6,7 @@
 
 #include "tlsidentity.h"
 
+#include <QHostAddress>
 #include <QSslConfiguration>
 
 namespace
@@ -17,6 +18,7 @@ constexpr qint64 MiB = 1024 * KiB;
 } // namespace
 
 struct ZyServerOptions::Data : QSharedData {
+    QHostAddress listenAddress;
     int maxConnections = 0;
     bool checksOrigin = false;
     QStringList allowedOrigins;
@@ -39,6 +41,7 @@ struct ZyServerOptions::Data : QSharedData {
     bool syncsToDisk = false;
     bool checksDigest = false;
     FailureHandler failureHandler;
+    TransferHandler transferHandler;
 };
 
 ZyServerOptions::ZyServerOptions() : d(new Data) { }
@@ -77,6 +80,16 @@ QString ZyServerOptions::useTls(const QString &certFile, const QString &keyFile)
     if (fault.isEmpty())
         d->tls = configuration;
     return fault;
+}
+
+QHostAddress ZyServerOptions::listenAddress() const
+{
+    return d->listenAddress;
+}
+
+void ZyServerOptions::setListenAddress(const QHostAddress &address)
+{
+    d->listenAddress = address;
 }
 
 int ZyServerOptions::maxConnections() const
@@ -292,4 +305,14 @@ ZyServerOptions::FailureHandler ZyServerOptions::failureHandler() const
 void ZyServerOptions::setFailureHandler(const FailureHandler &handler)
 {
     d->failureHandler = handler;
+}
+
+ZyServerOptions::TransferHandler ZyServerOptions::transferHandler() const
+{
+    return d->transferHandler;
+}
+
+void ZyServerOptions::setTransferHandler(const TransferHandler &handler)
+{
+    d->transferHandler = handler;
 }
