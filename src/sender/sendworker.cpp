@@ -15,6 +15,9 @@
 #include <QJsonObject>
 #include <QMutex>
 
+#include <algorithm>
+#include <limits>
+
 namespace zyws
 {
 
@@ -92,9 +95,11 @@ void SendWorker::perform(const SendAction &action)
         m_client->sendFile(m_job.path, m_job.name);
         break;
     case SendAction::Cancel:
+        endRest();
         m_client->cancel();
         break;
     case SendAction::Drop:
+        endRest();
         dropConnection();
         break;
     case SendAction::StartTimer:
@@ -209,6 +214,7 @@ void SendWorker::onReply(const QJsonObject &reply)
         event.bytes = decimalValue(reply.value(keys::received));
         event.code = reply.value(keys::errorcode).toInt();
         feed(event);
+        pace(event.bytes);
     } else if (word == commands::checkData) {
         event.kind = SendEvent::Verdict;
         event.offset = transferOffset();
@@ -220,6 +226,38 @@ void SendWorker::onReply(const QJsonObject &reply)
                || (word.isEmpty() && reply.contains(keys::errorcode))) {
         onStartFileReply(reply);
     }
+}
+
+/// Keeps the client, which sends the next chunk after this slot, waiting until the limit allows it.
+void SendWorker::pace(qint64 acknowledged)
+{
+    constexpr double msPerSecond = 1000;
+    const qint64 limit = m_job.options.rateLimit();
+    if (limit == 0 || m_machine->state() != SendMachine::State::Sending)
+        return;
+    if (!m_sincePaced.isValid()) {
+        m_sincePaced.start();
+        m_pacedFrom = m_client->transferOffset();
+    }
+    const double due = static_cast<double>(acknowledged - m_pacedFrom) * msPerSecond
+        / static_cast<double>(limit);
+    const double longest = std::numeric_limits<int>::max() / 2;
+    const int rest
+        = static_cast<int>(std::min(due - static_cast<double>(m_sincePaced.elapsed()), longest));
+    if (rest <= 0)
+        return;
+    m_timeLimit.start(m_timeLimit.interval() + rest); // the printer does not stall meanwhile
+    QEventLoop loop;
+    m_rest = &loop;
+    QTimer::singleShot(rest, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void SendWorker::endRest()
+{
+    m_sincePaced.invalidate();
+    if (m_rest)
+        m_rest->quit();
 }
 
 /// A refusal comes at once; the reply that accepts comes after the transfer that it began.

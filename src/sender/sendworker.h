@@ -7,7 +7,10 @@
 
 #include "sendmachine.h"
 
+#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 #include <QUrl>
 
@@ -65,6 +68,8 @@ private:
     void onTransferError(int code);
     void onReply(const QJsonObject &reply);
     void onStartFileReply(const QJsonObject &reply);
+    void pace(qint64 acknowledged);
+    void endRest();
 
     void feed(const SendEvent &event);
     void perform(const SendAction &action);
@@ -79,6 +84,9 @@ private:
     std::unique_ptr<ZySslEchoClient> m_client;
     QTimer m_timeLimit;
     QTimer m_connectWatch;
+    QElapsedTimer m_sincePaced; ///< since the first chunk of the attempt was acknowledged
+    qint64 m_pacedFrom = 0; ///< bytes acknowledged at that time
+    QPointer<QEventLoop> m_rest; ///< null while the sender does not rest
     std::atomic_bool m_canCancel{false};
 };
 

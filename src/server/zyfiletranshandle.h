@@ -175,6 +175,7 @@ private:
     QString m_fileDir;
     QString m_key;
     QString m_fileName;
+    QString m_peer; ///< "address:port"
     QString m_tmpFileName;
     qint64 m_transFileSize = 0;
     qint64 m_transOffset = 0;

@@ -15,6 +15,8 @@
 #include <QDir>
 #include <QWebSocket>
 
+#include <utility>
+
 namespace keys = zyws::keys;
 
 void ZyFileTransHandle::startFile(QJsonObject request)
@@ -38,6 +40,8 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     }
 
     m_isStarting = isApart;
+    zyws::report(m_server->options(), ZyServerOptions::Transfer::Accepted,
+                 request.value(keys::filename).toString(), m_peer);
     Q_EMIT fileTranStart();
     if (!guard.isServing())
         return;
@@ -250,7 +254,7 @@ void ZyFileTransHandle::cancelFile(QJsonObject request)
     // Then the file is another connection's, or finished, or the one being printed.
     if (m_server->options().keepsTransfersApart() && (!m_isReceiving || m_isCompleted))
         m_file.setFileName({});
-    m_isReceiving = false;
+    const bool wasReceiving = std::exchange(m_isReceiving, false);
     if (m_file.exists()) {
         // Deliberate: the counters are reset only when the file was open.
         if (m_file.isOpen()) {
@@ -261,5 +265,7 @@ void ZyFileTransHandle::cancelFile(QJsonObject request)
         m_file.remove();
     }
     sendMessage(request);
+    zyws::report(m_server->options(), ZyServerOptions::Transfer::Cancelled,
+                 wasReceiving ? m_fileName : QString(), m_peer);
     Q_EMIT cancle();
 }

@@ -6,6 +6,7 @@
 
 #include "tlsidentity.h"
 
+#include <QHostAddress>
 #include <QSslConfiguration>
 
 namespace
@@ -17,6 +18,7 @@ constexpr qint64 MiB = 1024 * KiB;
 } // namespace
 
 struct ZyServerOptions::Data : QSharedData {
+    QHostAddress listenAddress;
     int maxConnections = 0;
     bool checksOrigin = false;
     QStringList allowedOrigins;
@@ -40,6 +42,7 @@ struct ZyServerOptions::Data : QSharedData {
     bool checksDigest = false;
     int window = 0;
     FailureHandler failureHandler;
+    TransferHandler transferHandler;
 };
 
 ZyServerOptions::ZyServerOptions() : d(new Data) { }
@@ -78,6 +81,16 @@ QString ZyServerOptions::useTls(const QString &certFile, const QString &keyFile)
     if (fault.isEmpty())
         d->tls = configuration;
     return fault;
+}
+
+QHostAddress ZyServerOptions::listenAddress() const
+{
+    return d->listenAddress;
+}
+
+void ZyServerOptions::setListenAddress(const QHostAddress &address)
+{
+    d->listenAddress = address;
 }
 
 int ZyServerOptions::maxConnections() const
@@ -303,4 +316,14 @@ ZyServerOptions::FailureHandler ZyServerOptions::failureHandler() const
 void ZyServerOptions::setFailureHandler(const FailureHandler &handler)
 {
     d->failureHandler = handler;
+}
+
+ZyServerOptions::TransferHandler ZyServerOptions::transferHandler() const
+{
+    return d->transferHandler;
+}
+
+void ZyServerOptions::setTransferHandler(const TransferHandler &handler)
+{
+    d->transferHandler = handler;
 }

@@ -13,6 +13,7 @@
 
 #include "zywebsocket_export.h"
 
+class QHostAddress;
 class QSslConfiguration;
 
 /**
@@ -38,6 +39,10 @@ public:
     static ZyServerOptions hardened();
 
     // Admission.
+
+    /// The address of this machine on which the server listens; a null one: all of them. Null.
+    QHostAddress listenAddress() const;
+    void setListenAddress(const QHostAddress &address);
 
     /// A connection beyond this number is closed right after its handshake; of those still shaking
     /// hands as many are kept, the latest. 64.
@@ -171,6 +176,19 @@ public:
     using FailureHandler = std::function<void(Failure what, const QString &why)>;
     FailureHandler failureHandler() const; ///< The function; empty when none is set.
     void setFailureHandler(const FailureHandler &handler);
+
+    enum class Transfer {
+        Accepted, ///< before fileTranStart()
+        Cancelled, ///< before cancle(); @p name is empty when none was under way
+        Interrupted, ///< before fileTranDisconnet()
+    };
+    /// Called in the server's thread with what those signals do not say: the name under which the
+    /// file was offered, and the peer as "address:port". Must not spin the event loop nor delete
+    /// the server. Not set.
+    using TransferHandler
+        = std::function<void(Transfer what, const QString &name, const QString &peer)>;
+    TransferHandler transferHandler() const;
+    void setTransferHandler(const TransferHandler &handler);
 
 private:
     struct Data;

@@ -17,7 +17,8 @@ class PrinterProcess : public ChildProcess
 public:
     enum Readiness { NotStarted };
 
-    /// Starts zyprinter on a free port and waits until it says where it listens.
+    /// Starts zyprinter, on a free port unless @p options name one, and waits until it says where
+    /// it listens.
     explicit PrinterProcess(const QStringList &options = {});
     /// For a test that calls start() itself, its directory being there already.
     explicit PrinterProcess(Readiness) { }

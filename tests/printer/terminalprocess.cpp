@@ -16,7 +16,7 @@ bool TerminalProcess::start(const QStringList &arguments, const QSize &size,
         return false;
     const QRegularExpression listening(QStringLiteral("zyprinter: listening on (ws:\\S+)\r\n"));
     return zytest::waitUntil([&] {
-        m_url = QUrl(listening.match(QString::fromLocal8Bit(output())).captured(1));
+        m_url = QUrl(listening.match(QString::fromUtf8(output())).captured(1));
         return !m_url.isEmpty();
     });
 }
@@ -31,7 +31,7 @@ QStringList TerminalProcess::screen()
     if (first < 0)
         return {};
     const auto start = first + home.size();
-    QString text = QString::fromLocal8Bit(output().mid(start, last - start));
+    QString text = QString::fromUtf8(output().mid(start, last - start));
     text.remove(QStringLiteral("\x1b[K")).remove(QLatin1Char('\r'));
     return text.split(QLatin1Char('\n'));
 }

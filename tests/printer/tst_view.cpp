@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // What zyprinter shows people: the live view on a terminal, and the picture of the layer.
 
+#include "displaywidth.h"
 #include "models.h"
 #include "printerprocess.h"
 #include "programs.h"
@@ -36,6 +37,7 @@ private Q_SLOTS:
     void endsWithItsTerminal();
     void fitsEveryTerminal_data();
     void fitsEveryTerminal();
+    void keepsWideNamesOnOneLine();
     void followsTheTerminalsSize();
     void holdsUpNobodyWhenTheTerminalStandsStill();
     void keepsToLinesWithoutATerminal();
@@ -150,6 +152,17 @@ void TestPrinterView::fitsEveryTerminal()
     QCOMPARE(screen.size(), size.height());
     for (const QString &line : screen)
         QVERIFY2(line.size() <= size.width(), qPrintable(line));
+}
+
+void TestPrinterView::keepsWideNamesOnOneLine()
+{
+    const QString name = QString::fromUtf8("\346\250\241\345\236\213\360\237\246\204").repeated(5);
+    QVERIFY(m_terminal->start({QStringLiteral("--view"), QStringLiteral("--name"), name},
+                              QSize(30, 24)));
+    QVERIFY(m_terminal->shows(QStringLiteral("IDLE")));
+    QVERIFY(m_terminal->shows(name));
+    for (const QString &line : m_terminal->screen())
+        QVERIFY2(zyapp::displayWidth(line) <= 30, qPrintable(line));
 }
 
 void TestPrinterView::followsTheTerminalsSize()

@@ -4,6 +4,7 @@
 
 #include "slicerprocess.h"
 
+#include <QFile>
 #include <QJsonDocument>
 
 #include <csignal>
@@ -26,12 +27,27 @@ QString settingsIn(const QTemporaryDir &directory)
     return directory.filePath(QStringLiteral("settings.ini"));
 }
 
+/// For the test that holds all lines of --json against their schema.
+void keepLines(const QByteArray &output)
+{
+    static QFile file(qEnvironmentVariable("ZYSLICER_LINES"));
+    if (file.isOpen() || file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        file.write(output.left(output.lastIndexOf('\n') + 1)); // a killed one's last may be cut off
+}
+
 } // namespace
 
 SlicerProcess::SlicerProcess(const QStringList &arguments, const QString &settings)
 {
     setEnvironment(environmentWith(settings.isEmpty() ? settingsIn(m_directory) : settings));
     start(QStringLiteral(ZYSLICER), arguments);
+}
+
+SlicerProcess::~SlicerProcess()
+{
+    kill();
+    if (process().arguments().contains(QStringLiteral("--json")))
+        keepLines(output());
 }
 
 bool SlicerProcess::waitForExit()

@@ -20,6 +20,7 @@ class SlicerProcess : public zytest::ChildProcess
 {
 public:
     explicit SlicerProcess(const QStringList &arguments, const QString &settings = {});
+    ~SlicerProcess() override;
 
     /// False when it still runs after a long time, or crashed.
     bool waitForExit();

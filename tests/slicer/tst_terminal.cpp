@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Progress on a terminal: zyslicer behind a pseudo-terminal of a known size.
 
+#include "displaywidth.h"
 #include "modelfiles.h"
 #include "printerprocess.h"
 #include "slicerprocess.h"
@@ -55,6 +56,8 @@ private Q_SLOTS:
     void drawsABarOverItself();
     void keepsToTheWidth_data();
     void keepsToTheWidth();
+    void keepsWideNamesOnOneLine_data();
+    void keepsWideNamesOnOneLine();
     void drawsOneLineForEachPrinter();
     void writesPlainLinesWhenTheTerminalIsTooLow();
     void cancelsWhenCtrlCIsTyped();
@@ -110,6 +113,27 @@ void TestTerminal::keepsToTheWidth()
         bars += line.contains(QLatin1Char('[')) ? 1 : 0;
     }
     QCOMPARE(bars > 0, columns > 30);
+}
+
+void TestTerminal::keepsWideNamesOnOneLine_data()
+{
+    keepsToTheWidth_data();
+}
+
+void TestTerminal::keepsWideNamesOnOneLine()
+{
+    QFETCH(int, columns);
+    PrinterProcess printer;
+    const QString name = QString::fromUtf8("\346\250\241\345\236\213\360\237\246\204").repeated(6);
+    const TerminalResult result = runOnTerminal(
+        {"send"_s, m_model, "--to"_s, printer.url().toString(), "--as"_s, name + ".zydlp"_s},
+        static_cast<unsigned short>(columns), 24);
+    QCOMPARE(result.exitCode, 0);
+    for (const QString &line : drawnLines(result.screen)) {
+        if (!line.contains(": "_s))
+            QVERIFY2(zyapp::displayWidth(line) < std::max(columns, 2), qPrintable(line));
+    }
+    QVERIFY(!printer.pathOf(name + ".zydlp"_s).isEmpty());
 }
 
 void TestTerminal::drawsOneLineForEachPrinter()
