@@ -41,6 +41,8 @@ struct Request {
     Command command = Command::Status;
     QStringList printers; ///< URLs or saved names, as given with --to
     QString token; ///< null when none is given: each printer's saved one counts
+    QString authorities; ///< --ca: a PEM file; null when not given, empty to forget a saved one
+    QString fingerprint; ///< the same of --fingerprint
     QVector<ModelFile> files; ///< send
     bool isPrinting = false; ///< send: --print
     bool isWatching = false;

@@ -21,7 +21,7 @@ _zyslicer()
     _init_completion -n =: || return
 
     local commands='send print pause stop status set version cancel printers'
-    local printer='--to --token --connect-timeout --timeout --check-timeout'
+    local printer='--to --token --ca --fingerprint --connect-timeout --timeout --check-timeout'
     local retry='--retries --back-off'
     local watch='--watch --interval'
     local common='--json --quiet --verbose --settings --help'
@@ -33,7 +33,7 @@ _zyslicer()
             COMPREPLY=($(compgen -W "$(_zyslicer_names)" -- "$cur"))
             return
             ;;
-        --settings)
+        --settings | --ca)
             _filedir
             return
             ;;
@@ -41,7 +41,7 @@ _zyslicer()
             COMPREPLY=($(compgen -W "0 1 2 3 4 5 6 7 8 9" -- "$cur"))
             return
             ;;
-        --token | --as | --stall | --retries | --back-off | --interval | --*timeout)
+        --token | --fingerprint | --as | --stall | --retries | --back-off | --interval | --*timeout)
             return
             ;;
     esac
@@ -63,7 +63,7 @@ _zyslicer()
         printers)
             case $prev in
                 remove) options=$(_zyslicer_names) ;;
-                *) options="add remove --token $common" ;;
+                *) options="add remove --token --ca --fingerprint $common" ;;
             esac
             ;;
         *) options="$printer $common" ;;

@@ -219,7 +219,7 @@ void ZySslEchoClient::cancel()
 {
     m_isCanceling = true;
     if (m_webSocket.state() == QAbstractSocket::UnconnectedState) {
-        m_heldSocket->open(m_url);
+        open(m_url);
         return;
     }
     const QPointer<ZySslEchoClient> self(this);

@@ -22,6 +22,12 @@ constexpr int closeCodeInternalError = 1011;
 /// before it has taken a chunk, has a network that works and a storage that does not.
 constexpr int conclusiveFruitlessOffers = 3;
 
+bool isCertificateRefused(ZySendResult::ConnectionFault fault)
+{
+    return fault == ZySendResult::ConnectionFault::CertificateUntrusted
+        || fault == ZySendResult::ConnectionFault::CertificateChanged;
+}
+
 } // namespace
 
 int pauseBefore(int attempt, const ZySendOptions &options)
@@ -315,9 +321,12 @@ void SendMachine::retry(Interruption why, const SendEvent &cause)
     if (m_state == State::Idle || m_state == State::Pausing)
         return;
     m_result.connectionFault = cause.connectionFault;
+    // A printer that now shows another certificate is not asked again.
+    const bool isRefused = isCertificateRefused(cause.connectionFault);
+    m_result.refusedFingerprint = isRefused ? cause.key : QString();
     if (m_state == State::Cancelling) {
         finish(Ending::Cancelled);
-    } else if (!m_wasConnected) {
+    } else if (!m_wasConnected || isRefused) {
         finish(Ending::NoConnection, cause.text);
     } else if (++m_failures > m_options.retries()) {
         const bool isStorage = cause.kind == SendEvent::Dropped

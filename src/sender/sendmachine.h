@@ -19,7 +19,7 @@ struct SendEvent {
     enum Kind {
         Start,
         Connected, ///< key: of the file as it is now
-        ConnectFailed, ///< connectionFault, text
+        ConnectFailed, ///< connectionFault, text; key: fingerprint of a refused certificate
         Dropped, ///< code: of the printer's close frame, 0 without one
         Refusal, ///< code: "errorcode"; wifiState
         Acknowledged, ///< offset: where this transfer began; key, bytes: "received"; code

@@ -25,11 +25,11 @@ constexpr int connectWatchInterval = 20; // ms
 
 /// Qt's first connection in a process registers a conversion without a lock, and two first ones at
 /// once in two threads make it print a warning: connections are opened one by one.
-std::unique_ptr<ZySslEchoClient> openClient(const QUrl &url)
+std::unique_ptr<ZySslEchoClient> openClient(const QUrl &url, const ZyTlsTrust &trust)
 {
     static QMutex mutex;
     const QMutexLocker locker(&mutex);
-    return std::make_unique<ZySslEchoClient>(url);
+    return std::make_unique<ZySslEchoClient>(url, trust);
 }
 
 bool isPrinterAddress(const QUrl &url)
@@ -131,7 +131,7 @@ void SendWorker::connectToPrinter()
         feed(event);
         return;
     }
-    m_client = openClient(m_job.printer);
+    m_client = openClient(m_job.printer, m_job.options.tlsTrust());
     m_client->setCompressionLevel(m_job.options.compressionLevel());
     m_client->setCompressionThreads(-1);
     m_client->setFileToken(m_job.options.token());
@@ -166,6 +166,7 @@ void SendWorker::watchConnecting()
     SendEvent event{SendEvent::ConnectFailed};
     event.connectionFault = ZyFileSender::connectionFault(*m_client);
     event.text = m_client->socketErrorText();
+    event.key = m_client->refusedFingerprint();
     if (event.connectionFault != ZySendResult::ConnectionFault::None)
         feed(event);
 }

@@ -17,6 +17,7 @@ struct ZySendOptions::Data : QSharedData {
     int firstPause = 1000;
     int longestPause = 30000;
     QString token;
+    ZyTlsTrust tlsTrust;
     int compressionLevel = ZySslEchoClient::Adaptive;
 };
 
@@ -103,6 +104,16 @@ QString ZySendOptions::token() const
 void ZySendOptions::setToken(const QString &token)
 {
     d->token = token;
+}
+
+ZyTlsTrust ZySendOptions::tlsTrust() const
+{
+    return d->tlsTrust;
+}
+
+void ZySendOptions::setTlsTrust(const ZyTlsTrust &trust)
+{
+    d->tlsTrust = trust;
 }
 
 int ZySendOptions::compressionLevel() const

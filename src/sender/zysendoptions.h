@@ -8,6 +8,8 @@
 #include <QSharedDataPointer>
 #include <QString>
 
+#include <zytlstrust.h>
+
 #include "zywebsocket_export.h"
 
 /**
@@ -57,6 +59,10 @@ public:
     /// The printer's access token, sent with the offer; empty for a printer that wants none. Empty.
     QString token() const;
     void setToken(const QString &token);
+
+    /// Which certificates are accepted from a printer at a "wss" URL. Those that the system trusts.
+    ZyTlsTrust tlsTrust() const;
+    void setTlsTrust(const ZyTlsTrust &trust);
 
     /// As ZySslEchoClient::setCompressionLevel(). ZySslEchoClient::Adaptive, which is -2.
     int compressionLevel() const;

@@ -13,14 +13,13 @@ PrinterProcess::PrinterProcess(const QStringList &options)
     const QString log = m_directory.filePath(QStringLiteral("printer.log"));
     m_process.setStandardOutputFile(log);
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    const QStringList fixed{QStringLiteral("--dir"), m_directory.path(), QStringLiteral("--port"),
-                            QStringLiteral("0")};
+    const QStringList fixed{QStringLiteral("--dir"), m_directory.path()};
     // The tests of the schemas put a proxy before it.
     m_process.start(qEnvironmentVariable("ZYWS_PRINTER", QStringLiteral(ZYPRINTER)),
                     fixed + options);
     if (!m_process.waitForStarted())
         return;
-    static const QRegularExpression address(QStringLiteral("ws://\\S+"));
+    static const QRegularExpression address(QStringLiteral("wss?://\\S+"));
     while (m_url.isEmpty() && !m_process.waitForFinished(20)) {
         QFile file(log);
         if (file.open(QIODevice::ReadOnly))

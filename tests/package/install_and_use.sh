@@ -22,7 +22,8 @@ cmake --build "$work/build"
 cmake --install "$work/build"
 
 for header in zysslechoserver.h zysslechoclient.h zyfiletranshandle.h zywebhandle.h printstatuspara.h \
-    zyfilesender.h zysendoptions.h zysendresult.h zyserveroptions.h; do
+    zyfilesender.h zysendoptions.h zysendresult.h zyserveroptions.h \
+    zytlstrust.h; do
     test -f "$prefix/include/zyWebsocket/$header"
 done
 

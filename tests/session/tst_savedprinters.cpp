@@ -5,6 +5,7 @@
 #include "modelfiles.h"
 #include "savedprinters.h"
 #include "testprogram.h"
+#include "tlsidentity.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -14,6 +15,7 @@
 
 using namespace zysession;
 using zytest::readFile;
+using zytest::TlsIdentity;
 using zytest::writeFile;
 
 namespace
@@ -48,6 +50,8 @@ private Q_SLOTS:
     void keepsAFileWithTokensToItsOwner_data();
     void keepsAFileWithTokensToItsOwner();
     void leavesThePermissionsOfAFileWithoutTokens();
+    void keepsACertificateWithItsPrinter();
+    void saysWhichCertificateCannotBeChecked();
     void forgetsATokenWithItsPrinter();
     void resolvesNamesAndAddresses();
     void sortsByName();
@@ -148,6 +152,46 @@ void TestSavedPrinters::leavesThePermissionsOfAFileWithoutTokens()
     QVERIFY(QFile::setPermissions(saved.file(), everybodys));
     QCOMPARE(saved.save(bench()), SettingsFault::None);
     QCOMPARE(QFile::permissions(saved.file()), everybodys);
+}
+
+void TestSavedPrinters::keepsACertificateWithItsPrinter()
+{
+    const TlsIdentity identity = TlsIdentity::localhost();
+    const Printer printer{s("bench1"),
+                          QUrl(s("wss://10.0.0.1:80")),
+                          {},
+                          identity.certificate,
+                          identity.fingerprint()};
+    const QString file = path("certificates.ini");
+    QCOMPARE(SavedPrinters(file).save(printer), SettingsFault::None);
+    SavedPrinters saved(file);
+    QCOMPARE(saved.read(), SettingsFault::None);
+    QCOMPARE(saved.find(s("bench1")).authorities, printer.authorities);
+    QCOMPARE(saved.find(s("bench1")).fingerprint, printer.fingerprint);
+    QCOMPARE(saved.find(s("bench1")).trust().fingerprint(), printer.fingerprint);
+    QCOMPARE(saved.remove(s("bench1")), SettingsFault::None);
+    QCOMPARE(readFile(file), QByteArray());
+}
+
+void TestSavedPrinters::saysWhichCertificateCannotBeChecked()
+{
+    const TlsIdentity identity = TlsIdentity::localhost();
+    const QUrl plain(s("ws://10.0.0.1:80"));
+    const QUrl encrypted(s("wss://10.0.0.1:80"));
+    const QVector<std::pair<Printer, QString>> unusable{
+        {{s("a"), plain, {}, {}, identity.fingerprint()}, s("ws://10.0.0.1:80")},
+        {{s("a"), encrypted, {}, s("/none.pem"), {}}, s("/none.pem: No such file")},
+        {{s("a"), encrypted, {}, {}, s("F2")}, s("no SHA-256 fingerprint: F2")},
+    };
+    for (const auto &[printer, part] : unusable) {
+        ZyTlsTrust trust;
+        const QString fault = printer.readTrust(trust);
+        QVERIFY2(fault.contains(part), qPrintable(fault));
+        QVERIFY(trust.isRestricted());
+    }
+    ZyTlsTrust trust;
+    QCOMPARE(bench().readTrust(trust), QString());
+    QVERIFY(!trust.isRestricted());
 }
 
 void TestSavedPrinters::forgetsATokenWithItsPrinter()

@@ -81,6 +81,7 @@ void Upload::start()
     ZySendOptions options = m_options;
     options.setRetries(0);
     options.setToken(m_job.printer.token);
+    options.setTlsTrust(m_job.printer.trust());
     m_sender->setOptions(options);
     const ZyFileSender *sender = m_sender.get();
     connect(sender, &ZyFileSender::resumed, this, [this](qint64 from) {

@@ -92,7 +92,8 @@ Notice connectionFaultNotice(ConnectionFault fault, const QString &printer, cons
     const auto *row
         = findRow(connectionFaults, [=](const ConnectionRow &each) { return each.fault == fault; });
     const QString text = filledIn(row ? row->text : std::rbegin(connectionFaults)->text, printer);
-    const bool needsDetail = fault == ConnectionFault::Network || fault == ConnectionFault::Tls;
+    const bool needsDetail = fault == ConnectionFault::Network || fault == ConnectionFault::Tls
+        || fault == ConnectionFault::CertificateUntrusted;
     return {Severity::Error, Topic::Connection,
             needsDetail && !detail.isEmpty() ? QStringLiteral("%1 (%2)").arg(text, detail) : text};
 }

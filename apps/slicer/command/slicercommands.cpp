@@ -10,6 +10,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <zytlstrust.h>
+
 #include <algorithm>
 #include <iomanip>
 #include <map>
@@ -29,6 +31,8 @@ struct OptionValues {
 
     std::vector<std::string> printers;
     std::string token;
+    std::string authorities;
+    std::string fingerprint;
     std::vector<std::string> files;
     std::string asName;
     std::string printName;
@@ -54,6 +58,7 @@ struct OptionValues {
     void fill(Request &request) const;
 
 private:
+    void fillTrust(const CLI::App &command, Request &request) const;
     void fillLimits(Request &request) const;
     void fillFiles(const CLI::App &command, Request &request) const;
 };
@@ -77,6 +82,15 @@ void requireText(const std::string &argument)
     if (QFile::encodeName(zyapp::fromArgument(argument)).toStdString() != argument)
         throw CLI::ValidationError("file name '" + argument
                                    + "' is not valid in this locale's encoding, such as UTF-8");
+}
+
+/// Null when the option is not given, and never null when it is.
+QString given(const CLI::App &command, const std::string &option, const std::string &value)
+{
+    const CLI::Option *found = command.get_option_no_throw(option);
+    if (found == nullptr || found->count() == 0)
+        return {};
+    return QLatin1String("") + zyapp::fromArgument(value);
 }
 
 std::string parameterNames()
@@ -119,14 +133,26 @@ CLI::Validator seconds(double least)
     return CLI::Validator(check, "SECONDS");
 }
 
+void addTrustOptions(CLI::App *command, OptionValues &values)
+{
+    command
+        ->add_option("--ca", values.authorities, "PEM file of who may vouch for a wss:// printer")
+        ->type_name("FILE");
+    command
+        ->add_option("--fingerprint", values.fingerprint,
+                     "SHA-256 of the only certificate to accept")
+        ->type_name("SHA256HEX");
+}
+
 void addPrinterOptions(CLI::App *command, OptionValues &values)
 {
     command->add_option("--to", values.printers, "Printer: URL or saved name; repeat for several")
         ->type_name("PRINTER")
         ->allow_extra_args(false);
-    command->add_option("--token", values.token, "Token for print and status commands")
+    command->add_option("--token", values.token, "The printer's access token")
         ->envname("ZYSLICER_TOKEN")
         ->type_name("TOKEN");
+    addTrustOptions(command, values);
     command->add_option("--connect-timeout", values.connecting, "Until the connection is open")
         ->check(seconds(0.1))
         ->capture_default_str();
@@ -240,13 +266,14 @@ void addPrinters(CLI::App &app, OptionValues &values)
                                     "List, add and remove saved printers");
     printers->require_subcommand(0, 1);
     CLI::App *add = addCommand(*printers, values, Request::Command::PrintersAdd, "add",
-                               "Save a name for a URL, or change its URL or token");
+                               "Save a name for a URL, or change what is saved with it");
     add->add_option("NAME", values.savedName, "Letters, digits, '-' and '_'")
         ->required()
         ->type_name("");
     add->add_option("URL", values.savedUrl, "ws://host:port")->required()->type_name("");
     add->add_option("--token", values.token, "Token to save with it; empty to forget one")
         ->type_name("TOKEN");
+    addTrustOptions(add, values);
     CLI::App *remove = addCommand(*printers, values, Request::Command::PrintersRemove, "remove",
                                   "Forget a saved name");
     remove->add_option("NAME", values.savedName, "The saved name")->required()->type_name("");
@@ -294,9 +321,7 @@ void OptionValues::fill(Request &request) const
         command = command->get_subcommands().front();
     request.command = commands.at(command);
     request.printers = toTexts(printers);
-    const CLI::Option *tokenOption = command->get_option_no_throw("--token");
-    if (tokenOption != nullptr && tokenOption->count() > 0)
-        request.token = QLatin1String("") + zyapp::fromArgument(token);
+    request.token = given(*command, "--token", token);
     request.isPrinting = isPrinting;
     request.isWatching = isWatching;
     request.parameters = toParameters(parameters);
@@ -306,8 +331,29 @@ void OptionValues::fill(Request &request) const
     request.isJson = isJson;
     request.isQuiet = isQuiet;
     request.isVerbose = isVerbose;
+    fillTrust(*command, request);
     fillLimits(request);
     fillFiles(*command, request);
+}
+
+void OptionValues::fillTrust(const CLI::App &command, Request &request) const
+{
+    request.authorities = given(command, "--ca", authorities);
+    request.fingerprint = given(command, "--fingerprint", fingerprint);
+    const bool mayForget = request.command == Request::Command::PrintersAdd;
+    if (!request.authorities.isNull() && !(mayForget && authorities.empty())) {
+        const QString fault = ZyTlsTrust().useAuthorities(request.authorities);
+        if (!fault.isEmpty())
+            throw CLI::ValidationError("--ca '" + authorities + "': " + fault.toStdString());
+        // It may be saved, and used from another directory.
+        request.authorities = QFileInfo(request.authorities).absoluteFilePath();
+    }
+    if (!request.fingerprint.isNull() && !(mayForget && fingerprint.empty())) {
+        if (ZyTlsTrust::canonical(request.fingerprint).isEmpty())
+            throw CLI::ValidationError("--fingerprint '" + fingerprint
+                                       + "' is no SHA-256: 64 hex digits, with or without colons");
+        request.fingerprint = ZyTlsTrust::canonical(request.fingerprint);
+    }
 }
 
 void OptionValues::fillLimits(Request &request) const

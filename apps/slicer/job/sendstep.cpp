@@ -68,6 +68,7 @@ SendStep::SendStep(JobContext &context, const ModelFile &file)
 {
     ZySendOptions options = context.request.sending;
     options.setToken(token());
+    options.setTlsTrust(context.trust);
     m_sender.setOptions(options);
     connect(&m_sender, &ZyFileSender::offered, this, &SendStep::onOffered);
     connect(&m_sender, &ZyFileSender::resumed, this,
@@ -173,7 +174,7 @@ void SendStep::endNotSent(const ZySendResult &result)
         end(fileOutcome(result.fileFault(), m_file));
         break;
     case Ending::NoConnection:
-        endUnconnected(result.connectionFault(), result.detail());
+        endUnconnected(result.connectionFault(), result.detail(), result.refusedFingerprint());
         break;
     case Ending::GaveUp:
         endWith(ExitCode::GivenUp,

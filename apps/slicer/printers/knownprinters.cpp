@@ -45,6 +45,23 @@ Outcome notAnAddress(const QString &text)
             QStringLiteral("give a URL such as ws://192.168.1.20:8080")};
 }
 
+/// What is given for all printers, or is saved with this one.
+QString orSaved(const QString &given, const QString &saved)
+{
+    return given.isNull() ? saved : given;
+}
+
+/// A certificate is either checked as the user wants it, or nothing is sent.
+Outcome trustOutcome(const Printer &printer)
+{
+    ZyTlsTrust trust;
+    const QString fault = printer.readTrust(trust);
+    if (fault.isEmpty())
+        return {};
+    return {ExitCode::Usage, QStringLiteral("no certificate to check"), fault,
+            QStringLiteral("give a wss:// address with --ca or --fingerprint, or neither of them")};
+}
+
 /// The settings are read only for a saved name: URLs need none.
 Outcome resolve(SavedPrinters &saved, const QString &nameOrUrl, Printer &printer)
 {
@@ -86,10 +103,13 @@ Outcome addPrinter(const Request &request, SavedPrinters &saved)
     const SettingsFault fault = saved.read();
     if (fault != SettingsFault::None)
         return settingsOutcome(fault, saved);
-    // A printer that moves to another address keeps its token.
-    const QString token
-        = request.token.isNull() ? saved.find(request.savedName).token : request.token;
-    return settingsOutcome(saved.save({request.savedName, url, token}), saved);
+    // A printer that moves to another address keeps its token and its certificate.
+    const Printer before = saved.find(request.savedName);
+    const Printer printer{request.savedName, url, orSaved(request.token, before.token),
+                          orSaved(request.authorities, before.authorities),
+                          orSaved(request.fingerprint, before.fingerprint)};
+    const Outcome outcome = trustOutcome(printer);
+    return outcome.isOk() ? settingsOutcome(saved.save(printer), saved) : outcome;
 }
 
 Outcome removePrinter(const QString &name, SavedPrinters &saved)
@@ -120,9 +140,8 @@ void writeTable(const QVector<Printer> &printers)
                  + QLatin1Char('\n'));
 }
 
-} // namespace
-
-Outcome findPrinters(const Request &request, QVector<Printer> &printers)
+/// The printers that the request names, as they are saved.
+Outcome findNamedPrinters(const Request &request, QVector<Printer> &printers)
 {
     SavedPrinters saved(request.settingsFile);
     if (request.printers.isEmpty())
@@ -139,6 +158,22 @@ Outcome findPrinters(const Request &request, QVector<Printer> &printers)
         printers.append(printer);
     }
     return {};
+}
+
+} // namespace
+
+Outcome findPrinters(const Request &request, QVector<Printer> &printers)
+{
+    Outcome outcome = findNamedPrinters(request, printers);
+    const bool isTrustGiven = !request.authorities.isNull() || !request.fingerprint.isNull();
+    for (int i = 0; i < printers.size() && outcome.isOk(); ++i) {
+        if (isTrustGiven) {
+            printers[i].authorities = request.authorities;
+            printers[i].fingerprint = request.fingerprint;
+        }
+        outcome = trustOutcome(printers[i]);
+    }
+    return outcome;
 }
 
 Outcome runPrintersCommand(const Request &request)
