@@ -57,7 +57,7 @@ _zyslicer()
     local options
     case $command in
         '') options="$commands --version --verbose --settings --help" ;;
-        send) options="$printer $retry $watch --as --compression --stall --print $common" ;;
+        send) options="$printer $retry $watch --as --compression --no-digest --stall --print $common" ;;
         print | status) options="$printer $retry $watch $common" ;;
         set) options="$printer $common $keys" ;;
         printers)

@@ -134,6 +134,10 @@ public:
     /// Sent as "token" with each START_FILE to come; an empty one, the default, is left out. A
     /// printer asks its host to check the token only when there is one.
     void setFileToken(const QString &token);
+    /// Sent as "sha256" with each START_FILE to come: the SHA-256 digest of the whole file as 64
+    /// hex digits. An empty one, the default, is left out. A printer that checks it answers -1 in
+    /// finish() for a file that arrived otherwise; deployed ones ignore it.
+    void setFileDigest(const QString &sha256);
     /// A compression level that is chosen for each chunk, so that neither the network nor the
     /// processor waits for the other: hard for a slow network, little for a fast one, not at all
     /// for what does not shrink.
@@ -254,6 +258,7 @@ private:
     int m_compressionLevel = -1;
     int m_compressionThreads = 0;
     QString m_fileToken;
+    QString m_fileDigest;
     qint64 m_transferOffset = -1;
 
     std::unique_ptr<zyws::DeliveryQueue> m_deliveries;

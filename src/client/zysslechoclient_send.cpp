@@ -53,6 +53,8 @@ bool ZySslEchoClient::sendFileStart(QFile &file, QString fileName)
     };
     if (!m_fileToken.isEmpty())
         request.insert(keys::token, m_fileToken);
+    if (!m_fileDigest.isEmpty())
+        request.insert(keys::sha256, m_fileDigest);
     sendJsonMessage(request);
     return true;
 }
@@ -60,6 +62,11 @@ bool ZySslEchoClient::sendFileStart(QFile &file, QString fileName)
 void ZySslEchoClient::setFileToken(const QString &token)
 {
     m_fileToken = token;
+}
+
+void ZySslEchoClient::setFileDigest(const QString &sha256)
+{
+    m_fileDigest = sha256;
 }
 
 QString ZySslEchoClient::getFileKey(QFile &file)

@@ -59,6 +59,10 @@ SendActions SendMachine::handle(const SendEvent &event)
     case SendEvent::Connected:
         onConnected(event);
         break;
+    case SendEvent::FileRead:
+        if (m_state == State::Reading)
+            offer();
+        break;
     case SendEvent::ConnectFailed:
         retry(Interruption::ConnectFailed, event);
         break;
@@ -124,6 +128,16 @@ void SendMachine::onConnected(const SendEvent &event)
     }
     m_key = event.key;
     m_wasConnected = true;
+    if (!event.isReading) {
+        offer();
+        return;
+    }
+    m_state = State::Reading;
+    act(SendAction::StopTimer);
+}
+
+void SendMachine::offer()
+{
     m_state = State::Offering;
     startTimer(m_options.stallTimeout());
     act(SendAction::TellOffered);
@@ -269,6 +283,7 @@ void SendMachine::onTimeLimit()
         finish(Ending::Cancelled);
         break;
     case State::Idle:
+    case State::Reading:
     case State::Ended:
         break;
     }

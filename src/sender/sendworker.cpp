@@ -55,8 +55,13 @@ void SendWorker::start()
 {
     m_size = QFileInfo(m_job.path).size();
     m_machine.emplace(m_job.name, m_size, m_job.printer.toString(), m_job.options);
-    if (!feedFileFault())
-        feed({SendEvent::Start});
+    if (feedFileFault())
+        return;
+    if (m_job.options.sendsDigest()) {
+        m_digest.emplace(m_job.path, [this](qint64 done) { onRead(done); });
+        m_digest->update();
+    }
+    feed({SendEvent::Start});
 }
 
 void SendWorker::cancel()
@@ -88,6 +93,8 @@ void SendWorker::perform(const SendAction &action)
         connectToPrinter();
         break;
     case SendAction::Offer:
+        if (m_digest)
+            m_client->setFileDigest(QString::fromLatin1(m_digest->hex()));
         m_client->sendFile(m_job.path, m_job.name);
         break;
     case SendAction::Cancel:
@@ -118,6 +125,8 @@ void SendWorker::perform(const SendAction &action)
         Q_EMIT retrying(action.interruption, action.attempt, static_cast<int>(action.number));
         break;
     case SendAction::Finish:
+        if (m_digest)
+            m_digest->stop();
         Q_EMIT finished(action.result);
         break;
     }
@@ -180,7 +189,21 @@ void SendWorker::onConnected()
     QFile file(m_job.path);
     SendEvent event{SendEvent::Connected};
     event.key = m_client->getFileKey(file);
+    if (m_digest) {
+        m_digest->update();
+        event.isReading = !m_digest->isReady();
+    }
     feed(event);
+}
+
+void SendWorker::onRead(qint64 done)
+{
+    if (m_machine->state() != SendMachine::State::Reading)
+        return;
+    if (!m_digest->isReady())
+        Q_EMIT reading(done, m_size);
+    else if (!feedFileFault())
+        feed({SendEvent::FileRead});
 }
 
 /// -1 and -2 are the client's own: it could not read the file before the offer, or after it. In all

@@ -5,6 +5,7 @@
 #ifndef SENDWORKER_H
 #define SENDWORKER_H
 
+#include "filedigest.h"
 #include "sendmachine.h"
 
 #include <QObject>
@@ -55,6 +56,7 @@ Q_SIGNALS:
     void restarted();
     void progress(qint64 received, qint64 total);
     void retrying(ZySendResult::Interruption reason, int attempt, int pause);
+    void reading(qint64 done, qint64 total);
     void finished(const ZySendResult &result);
 
 private:
@@ -62,6 +64,7 @@ private:
     void dropConnection();
     void watchConnecting();
     void onConnected();
+    void onRead(qint64 done);
     void onTransferError(int code);
     void onReply(const QJsonObject &reply);
     void onStartFileReply(const QJsonObject &reply);
@@ -76,6 +79,7 @@ private:
     std::optional<SendMachine> m_machine; ///< once the file's size is known
     qint64 m_size = 0;
     std::unique_ptr<ZySslEchoClient> m_client;
+    std::optional<FileDigest> m_digest; ///< where one is to be sent
     QTimer m_timeLimit;
     QTimer m_connectWatch;
     std::atomic_bool m_canCancel{false};

@@ -51,6 +51,15 @@ Notice sentNotice(int checkState, const QString &name, const QString &printer)
     return {Severity::Good, Topic::Upload, filledIn(text, name, printer)};
 }
 
+/// -1 comes from a printer that compares what it received with the digest, or has its own reasons.
+Notice differentNotice(const QString &name, const QString &printer)
+{
+    const char *text = QT_TRANSLATE_NOOP(
+        "zypanel::Words",
+        "%2 did not get %1 as it is here, or finds it no model that it can print. Send it again.");
+    return {Severity::Error, Topic::Upload, filledIn(text, name, printer)};
+}
+
 Notice cancelledNotice(bool isPartDeleted, const QString &name, const QString &printer)
 {
     const char *text = isPartDeleted
@@ -103,6 +112,10 @@ Notice sendNotice(const ZySendResult &result, const QString &name, const QString
     switch (result.ending()) {
     case Ending::Sent:
         return sentNotice(result.checkState(), name, printer);
+    case Ending::CheckFailed:
+        if (result.checkState() == -1)
+            return differentNotice(name, printer);
+        break;
     case Ending::Cancelled:
         return cancelledNotice(result.isPartDeleted(), name, printer);
     case Ending::GaveUp:

@@ -656,6 +656,10 @@ Vertrauen Sie ihm nur, wenn der Drucker oder sein Betreiber denselben nennt.</tr
         <source>%1 of %2, no acknowledgement for %3</source>
         <translation>%1 von %2, seit %3 keine Bestätigung</translation>
     </message>
+    <message>
+        <source>Reading the file: %1 of %2</source>
+        <translation>Die Datei wird gelesen: %1 von %2</translation>
+    </message>
 </context>
 <context>
     <name>zypanel::Upload</name>
@@ -1045,6 +1049,10 @@ Vertrauen Sie ihm nur, wenn der Drucker oder sein Betreiber denselben nennt.</tr
     <message>
         <source>The certificate of %1 has changed! Another device may pose as the printer, so nothing was sent to it. If the printer has a new certificate, forget the printer and connect to its address again.</source>
         <translation>Das Zertifikat von %1 hat sich geändert! Ein anderes Gerät könnte sich als der Drucker ausgeben; es wurde nichts dorthin gesendet. Hat der Drucker ein neues Zertifikat, dann vergessen Sie den Drucker und verbinden Sie sich neu mit seiner Adresse.</translation>
+    </message>
+    <message>
+        <source>%2 did not get %1 as it is here, or finds it no model that it can print. Send it again.</source>
+        <translation>%2 hat %1 anders erhalten, als es hier ist, oder kann es nicht drucken. Senden Sie es noch einmal.</translation>
     </message>
 </context>
 </TS>

@@ -167,6 +167,7 @@ void PrinterPanel::wireTransfer()
     connect(m_upload, &Upload::noticed, this, &PrinterPanel::showNotice);
     connect(m_upload, &Upload::stateChanged, this, &PrinterPanel::onUploadChanged);
     connect(m_upload, &Upload::resumed, m_transfer, &TransferBox::showResumed);
+    connect(m_upload, &Upload::reading, m_transfer, &TransferBox::showReading);
     connect(m_upload, &Upload::progressed, m_transfer, &TransferBox::showProgress);
     connect(m_upload, &Upload::progressed, this, &PrinterPanel::updateHeadline);
     connect(m_upload, &Upload::stored, m_print, &PrintBox::addFile);

@@ -48,6 +48,7 @@ struct OptionValues {
     double interval = 1;
     int retries = 5;
     std::optional<int> compressionLevel;
+    bool isWithoutDigest = false;
     bool isPrinting = false;
     bool isWatching = false;
     bool isJson = false;
@@ -217,6 +218,8 @@ void addSend(CLI::App &app, OptionValues &values)
             "From 0 (none) to 9 (smallest); by default as the network and the file want it")
         ->check(CLI::Range(0, 9))
         ->type_name("LEVEL");
+    send->add_flag("--no-digest", values.isWithoutDigest,
+                   "Do not read the file beforehand for its SHA-256");
     addRetryOptions(send, values);
     auto *print = send->add_flag("--print", values.isPrinting, "Print it when the check is good");
     addWatchOptions(send, values, "Follow the print until it has ended")->needs(print);
@@ -367,6 +370,7 @@ void OptionValues::fillLimits(Request &request) const
     request.sending.setFirstPause(milliseconds(backOff));
     if (compressionLevel)
         request.sending.setCompressionLevel(*compressionLevel);
+    request.sending.setSendsDigest(!isWithoutDigest);
     request.pollInterval = milliseconds(interval);
 }
 

@@ -19,6 +19,8 @@ namespace
 QString kindName(Event::Kind kind)
 {
     switch (kind) {
+    case Event::Kind::Reading:
+        return QStringLiteral("reading");
     case Event::Kind::Offered:
         return QStringLiteral("offered");
     case Event::Kind::Progress:
@@ -47,6 +49,10 @@ QString kindName(Event::Kind kind)
 QJsonObject fields(const Event &event)
 {
     switch (event.kind) {
+    case Event::Kind::Reading:
+        return {{QStringLiteral("file"), event.file},
+                {QStringLiteral("read"), event.received},
+                {QStringLiteral("total"), event.total}};
     case Event::Kind::Progress:
         return {{QStringLiteral("file"), event.file},
                 {QStringLiteral("received"), event.received},

@@ -105,6 +105,8 @@ void PlainView::report(int printer, const Event &event)
     QString text;
     if (event.kind == Event::Kind::Progress)
         text = progressText(printer, event);
+    else if (event.kind == Event::Kind::Reading)
+        text = readingText(printer, event);
     else if (event.kind == Event::Kind::Status)
         text = statusText(printer, event);
     else
@@ -125,6 +127,12 @@ QString PlainView::progressText(int printer, const Event &event)
         .arg(percent, 3)
         .arg(byteText(event.received, event.total),
              rateText(transfers().entry(printer).rate.bytesPerSecond()));
+}
+
+QString PlainView::readingText(int printer, const Event &event)
+{
+    const QString text = event.file + QStringLiteral(": reading before it is sent");
+    return isNews(printer, text) ? text : QString();
 }
 
 QString PlainView::statusText(int printer, const Event &event)

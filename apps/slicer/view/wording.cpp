@@ -183,6 +183,7 @@ QString statusLine(const PrinterStatus &status)
 QString eventText(const Event &event, const zysession::Printer &printer)
 {
     switch (event.kind) {
+    case Event::Kind::Reading:
     case Event::Kind::Offered:
     case Event::Kind::Progress:
     case Event::Kind::Status:
