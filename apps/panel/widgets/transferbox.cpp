@@ -190,6 +190,12 @@ void TransferBox::showUpload(State state)
     updateButtons();
 }
 
+void TransferBox::showReading(qint64 done, qint64 total)
+{
+    if (m_state == State::Offered)
+        m_detail->setText(tr("Reading the file: %1 of %2").arg(sizeText(done), sizeText(total)));
+}
+
 void TransferBox::showResumed(qint64 from)
 {
     m_from = from;

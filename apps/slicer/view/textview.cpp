@@ -159,6 +159,8 @@ void PlainView::report(int printer, const Event &event)
     QString text = news(printer, event);
     if (event.kind == Event::Kind::Progress)
         text = progressText(printer, event);
+    else if (event.kind == Event::Kind::Reading)
+        text = readingText(printer, event);
     else if (event.kind == Event::Kind::Status)
         text = statusText(printer, event);
     else if (event.kind == Event::Kind::Stalled || event.kind == Event::Kind::Waiting)
@@ -181,6 +183,12 @@ QString PlainView::progressText(int printer, const Event &event)
                              .arg(byteText(event.received, event.total));
     const double rate = transfers().entry(printer, event.file).rate.bytesPerSecond();
     return rate > 0 ? text + QLatin1Char(' ') + rateText(rate) : text;
+}
+
+QString PlainView::readingText(int printer, const Event &event)
+{
+    const QString text = event.file + QStringLiteral(": reading before it is sent");
+    return isNews(printer, text) ? text : QString();
 }
 
 QString PlainView::statusText(int printer, const Event &event)
