@@ -37,7 +37,10 @@ Bridge::Bridge(const Configuration &configuration, QObject *parent)
     : QObject(parent), m_configuration(configuration),
       m_broker(configuration.broker, sessionOf(configuration.name)),
       m_files(configuration.spool, configuration.stateDirectory + QLatin1String("/fetched")),
-      m_peers(configuration.name)
+      m_peers(configuration.name),
+      m_jobs(configuration.name, m_broker, m_stations, configuration.groups, m_peers, m_files,
+             configuration.uploads),
+      m_heir(configuration.broker, m_peers, configuration.groups.keys())
 {
     m_settle.setSingleShot(true);
     m_settle.setInterval(configuration.settling);
@@ -50,13 +53,22 @@ Bridge::Bridge(const Configuration &configuration, QObject *parent)
     connect(&m_peers, &Peers::selfIsTwice, this, [this] {
         Q_EMIT said(
             QStringLiteral("another bridge has the name %1: stopping").arg(m_configuration.name));
-        Q_EMIT ended();
+        Q_EMIT nameTaken();
     });
     connect(&m_broker, &MqttConnection::received, this, &Bridge::onReceived);
+    connect(&m_jobs, &JobDesk::said, this, &Bridge::said);
+    connect(&m_jobs, &JobDesk::failed, this, &Bridge::ledgerFailed);
+    connect(&m_heir, &SessionHeir::said, this, &Bridge::said);
+    connect(&m_heir, &SessionHeir::received, this,
+            [this](MqttConnection *connection, const Message &message) {
+                m_jobs.take(*connection, message);
+            });
     connect(&m_settle, &QTimer::timeout, this, &Bridge::takeJobs);
     connect(&m_metrics, &QTimer::timeout, this, &Bridge::publishMetrics);
     for (const char *filter : {"zy/+/command", "zy/+/send", "zy/+/availability", "zy/bridge/+/+"})
         m_broker.subscribe(QLatin1String(filter));
+    for (const QString &group : configuration.groups.keys())
+        m_broker.subscribe(topics::ofJob(group, QStringLiteral("+")));
 }
 
 Bridge::~Bridge() = default;
@@ -65,6 +77,10 @@ QString Bridge::start()
 {
     for (const zysession::Printer &printer : m_configuration.printers)
         addStation(printer);
+    const QString fault
+        = m_jobs.start(m_configuration.stateDirectory + QLatin1String("/jobs.sqlite"));
+    if (!fault.isEmpty())
+        return fault;
     m_broker.open();
     m_metrics.start();
     return {};
@@ -83,6 +99,10 @@ void Bridge::addStation(const zysession::Printer &printer)
                                      each->isOnline() ? QStringLiteral("online")
                                                       : QStringLiteral("offline; trying again")));
             });
+    connect(&station->connection(), &MqttConnection::received, this,
+            [this, each = &station->connection()](const Message &message) {
+                m_jobs.take(*each, message);
+            });
     station->printer().start();
     m_stations[printer.name] = std::move(station);
 }
@@ -95,6 +115,7 @@ void Bridge::onOpened()
     Message message = sessionOf(m_configuration.name).will;
     message.payload = "online";
     m_broker.publish(message);
+    m_jobs.publishAll();
     publishMetrics();
     m_settle.start();
 }
@@ -103,7 +124,14 @@ void Bridge::onLost(const QString &why)
 {
     Q_EMIT said(QStringLiteral("the broker is lost: %1; trying again").arg(why));
     ++m_brokerLosses;
+    takeNoJobs();
+}
+
+void Bridge::takeNoJobs()
+{
     m_settle.stop();
+    m_jobs.setActive(false);
+    m_heir.setActive(false);
     // They cannot notice it themselves.
     for (const auto &each : m_stations)
         each.second->connection().close();
@@ -114,12 +142,18 @@ void Bridge::takeJobs()
 {
     for (const auto &each : m_stations)
         each.second->connection().open();
+    m_jobs.setActive(true);
+    m_heir.setActive(true);
 }
 
 void Bridge::onReceived(const Message &message)
 {
     m_peers.take(message);
     const QStringList levels = message.topic.split(QLatin1Char('/'));
+    if (levels.size() == 4 && levels[1] == QLatin1String("jobs")) {
+        m_jobs.takeRecord(message);
+        return;
+    }
     const bool isCommand = levels.last() == QLatin1String("command");
     // A retained request would be done again at each connection.
     if (levels.size() != 3 || message.isRetained || levels[1] == QLatin1String("jobs")
@@ -142,6 +176,17 @@ void Bridge::answerUnknownPrinter(const Message &message, const QString &printer
                              QStringLiteral("no bridge has a printer %1").arg(printer)));
 }
 
+QJsonObject Bridge::groupMetrics() const
+{
+    QJsonObject groups;
+    for (auto it = m_configuration.groups.cbegin(); it != m_configuration.groups.cend(); ++it)
+        groups.insert(it.key(),
+                      QJsonObject{{QStringLiteral("printers"), it.value().size()},
+                                  {QStringLiteral("free"), m_jobs.freePrinters(it.key())},
+                                  {QStringLiteral("waiting"), m_jobs.waitingJobs(it.key())}});
+    return groups;
+}
+
 void Bridge::publishMetrics()
 {
     QJsonArray names;
@@ -155,7 +200,8 @@ void Bridge::publishMetrics()
     metrics.insert(QStringLiteral("printers"), names);
     metrics.insert(QStringLiteral("online"), online);
     metrics.insert(QStringLiteral("brokerLosses"), m_brokerLosses);
-    metrics.insert(QStringLiteral("groups"), QJsonObject());
+    metrics.insert(QStringLiteral("groups"), groupMetrics());
+    metrics.insert(QStringLiteral("printsEnded"), m_jobs.printsEnded());
     metrics.insert(QStringLiteral("time"), now());
     Message message;
     message.topic = topics::ofBridge(m_configuration.name, "metrics");

@@ -6,6 +6,8 @@
 #define BRIDGE_H
 
 #include "configuration.h"
+#include "job/jobdesk.h"
+#include "job/sessionheir.h"
 #include "peers.h"
 #include "printer/station.h"
 
@@ -28,8 +30,10 @@ public:
 Q_SIGNALS:
     /// A line for the log.
     void said(const QString &line);
-    /// It cannot go on.
-    void ended();
+    /// It cannot go on: another bridge has its name.
+    void nameTaken();
+    /// It cannot go on: the ledger of its jobs cannot be written.
+    void ledgerFailed(const QString &why);
 
 private:
     void addStation(const zysession::Printer &printer);
@@ -38,13 +42,17 @@ private:
     void onReceived(const Message &message);
     void answerUnknownPrinter(const Message &message, const QString &printer);
     void takeJobs();
+    void takeNoJobs();
+    QJsonObject groupMetrics() const;
     void publishMetrics();
 
     const Configuration m_configuration;
     MqttConnection m_broker;
     FileStore m_files;
     Peers m_peers;
-    std::map<QString, std::unique_ptr<Station>> m_stations; ///< by printer
+    JobDesk::Stations m_stations; ///< by printer
+    JobDesk m_jobs;
+    SessionHeir m_heir;
     QTimer m_settle; ///< from the broker's answer until jobs are taken
     QTimer m_metrics;
     int m_brokerLosses = 0;

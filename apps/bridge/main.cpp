@@ -49,11 +49,17 @@ int run(const zybridge::Configuration &configuration)
 {
     zybridge::Bridge bridge(configuration);
     QObject::connect(&bridge, &zybridge::Bridge::said, printLine);
-    QObject::connect(&bridge, &zybridge::Bridge::ended, [] { QCoreApplication::exit(NameTaken); });
+    QObject::connect(&bridge, &zybridge::Bridge::nameTaken,
+                     [] { QCoreApplication::exit(NameTaken); });
+    const auto giveUp = [&](const QString &fault) {
+        zyapp::printError(QStringLiteral("zybridge"), fault, configuration.stateDirectory,
+                          QStringLiteral("give bridge/state a directory of its own with space"));
+        QCoreApplication::exit(BadState);
+    };
+    QObject::connect(&bridge, &zybridge::Bridge::ledgerFailed, giveUp);
     const QString fault = bridge.start();
     if (!fault.isEmpty()) {
-        zyapp::printError(QStringLiteral("zybridge"), fault, configuration.stateDirectory,
-                          QStringLiteral("give bridge/state a directory of its own"));
+        giveUp(fault);
         return BadState;
     }
     printLine(QStringLiteral("%1 serves %2 printers")

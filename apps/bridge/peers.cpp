@@ -11,6 +11,8 @@
 #include <QJsonDocument>
 #include <QUuid>
 
+#include <algorithm>
+
 namespace zybridge
 {
 
@@ -64,6 +66,21 @@ bool Peers::isLeader() const
             return false;
     }
     return true;
+}
+
+bool Peers::isHeirOf(const QString &bridge) const
+{
+    const QStringList groups = groupsOf(bridge);
+    const auto servesAll = [&](const QString &each) {
+        const QStringList own = groupsOf(each);
+        return std::all_of(groups.begin(), groups.end(),
+                           [&](const QString &group) { return own.contains(group); });
+    };
+    for (auto it = m_peers.cbegin(); it != m_peers.cend(); ++it) {
+        if (isOnline(it.key()) && servesAll(it.key()))
+            return it.key() == m_self && !groups.isEmpty();
+    }
+    return false;
 }
 
 int Peers::freeElsewhere(const QString &group) const

@@ -35,6 +35,9 @@ public:
     bool isPrinterKnown(const QString &printer) const { return m_printers.contains(printer); }
     /// The one that does what has to be done once: the first by name of those online.
     bool isLeader() const;
+    /// The one that takes over the jobs of @p bridge: the first by name of those that serve all its
+    /// groups. Its metrics say which; without groups nobody is.
+    bool isHeirOf(const QString &bridge) const;
     /// Printers of @p group that are free at other bridges which are online.
     int freeElsewhere(const QString &group) const;
 

@@ -293,8 +293,10 @@ int MqttConnection::publish(const Message &message)
     return code == MOSQ_ERR_SUCCESS ? number : 0;
 }
 
-void MqttConnection::acknowledge()
+void MqttConnection::acknowledge(int delivery)
 {
+    if (!isHolding(delivery))
+        return;
     m_isHolding = false;
     write();
 }
@@ -330,6 +332,7 @@ void MqttConnection::onMessage(mosquitto *, void *self, const mosquitto_message 
     copy.responseTopic = responseTopicOf(properties);
     copy.correlation = correlationOf(properties);
     connection->m_isHolding = connection->m_session.holdsMessages && message->qos > 0;
+    copy.delivery = ++connection->m_delivery;
     connection->m_inbox.append([connection, copy] { Q_EMIT connection->received(copy); });
 }
 

@@ -43,6 +43,7 @@ struct Message {
     QString responseTopic;
     QByteArray correlation;
     quint32 expiry = 0; ///< seconds until the broker forgets it; 0: never
+    int delivery = 0; ///< names a message that a connection holds
 };
 
 /**
@@ -89,7 +90,10 @@ public:
     int publish(const Message &message);
 
     bool isHolding() const { return m_isHolding; }
-    void acknowledge();
+    /// False once the message was acknowledged, or went back to the broker with its connection.
+    bool isHolding(int delivery) const { return m_isHolding && delivery == m_delivery; }
+    /// Does nothing for a message that is not held any more.
+    void acknowledge(int delivery);
 
 Q_SIGNALS:
     void opened();
@@ -98,7 +102,7 @@ Q_SIGNALS:
     /// No connection came about; said again only when the reason is another.
     void failed(const QString &why);
     void received(const zybridge::Message &message);
-    /// The broker has taken the message.
+    /// The broker has taken the message, and has subscribers for it.
     void published(int number);
 
 private:
@@ -136,6 +140,7 @@ private:
     QString m_lastFailure;
     bool m_isOpen = false;
     bool m_isHolding = false;
+    int m_delivery = 0;
     QVector<std::function<void()>> m_inbox; ///< signals of the messages just read
     int m_upkeepRounds = 0;
     int m_endReason = 0; ///< of the broker's DISCONNECT or refusal

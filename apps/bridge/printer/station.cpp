@@ -17,12 +17,9 @@ using Command = PrinterBridge::Command;
 
 constexpr quint32 sessionExpiry = 7 * 24 * 3600; // s
 
-MqttConnection::Session sessionOf(const QString &bridge, const QString &printer)
+MqttConnection::Session sessionWithWill(const QString &bridge, const QString &printer)
 {
-    MqttConnection::Session session;
-    session.clientId = Station::clientId(bridge, printer);
-    session.holdsMessages = true;
-    session.expiry = sessionExpiry;
+    MqttConnection::Session session = Station::sessionOf(Station::clientId(bridge, printer));
     session.will = PrinterTopics::will(printer);
     return session;
 }
@@ -79,7 +76,7 @@ Failure readCommand(const QJsonObject &request, Command &command)
 Station::Station(const zysession::Printer &printer, const QStringList &groups,
                  const Services &services, QObject *parent)
     : QObject(parent), m_services(services), m_printer(printer, services.polling),
-      m_connection(services.settings, sessionOf(services.bridge, printer.name)),
+      m_connection(services.settings, sessionWithWill(services.bridge, printer.name)),
       m_topics(m_printer, services.broker, m_connection)
 {
     for (const QString &group : groups)
@@ -89,6 +86,15 @@ Station::Station(const zysession::Printer &printer, const QStringList &groups,
 QString Station::clientId(const QString &bridge, const QString &printer)
 {
     return QStringLiteral("zybridge/%1/%2").arg(bridge, printer);
+}
+
+MqttConnection::Session Station::sessionOf(const QString &clientId)
+{
+    MqttConnection::Session session;
+    session.clientId = clientId;
+    session.holdsMessages = true;
+    session.expiry = sessionExpiry;
+    return session;
 }
 
 void Station::command(const Message &message)

@@ -42,6 +42,8 @@ public:
 
     /// The client identifier of the connection of @p printer of @p bridge.
     static QString clientId(const QString &bridge, const QString &printer);
+    /// Its session, without a will.
+    static MqttConnection::Session sessionOf(const QString &clientId);
 
 private:
     void sendFile(const QString &path, const FileRequest &file, bool isToPrint,
