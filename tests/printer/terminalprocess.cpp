@@ -117,11 +117,11 @@ QStringList TerminalProcess::screen()
     // A screen is whole once the next one, or the end, has begun.
     const QByteArray home = "\x1b[H";
     const QByteArray end = "\x1b[?25h";
-    const int last = qMax(output().lastIndexOf(home), m_output.lastIndexOf(end));
-    const int first = last > 0 ? m_output.lastIndexOf(home, last - 1) : -1;
+    const auto last = qMax(output().lastIndexOf(home), m_output.lastIndexOf(end));
+    const auto first = last > 0 ? m_output.lastIndexOf(home, last - 1) : -1;
     if (first < 0)
         return {};
-    const int start = first + home.size();
+    const auto start = first + home.size();
     QString text = QString::fromLocal8Bit(m_output.mid(start, last - start));
     text.remove(QStringLiteral("\x1b[K")).remove(QLatin1Char('\r'));
     return text.split(QLatin1Char('\n'));

@@ -74,7 +74,7 @@ struct Bench {
         zytest::spinOnce();
         QObject::disconnect(connection);
         if (results.size() != 1)
-            qFatal("%d results", results.size());
+            qFatal("%d results", int(results.size()));
         return results.first();
     }
     Ending endingOf(const Ask &ask) { return resultOf(ask).ending; }

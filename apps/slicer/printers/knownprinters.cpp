@@ -114,7 +114,7 @@ void writeTable(const QVector<Printer> &printers)
 {
     int width = 0;
     for (const Printer &printer : printers)
-        width = std::max(width, printer.name.size());
+        width = std::max(width, int(printer.name.size()));
     for (const Printer &printer : printers)
         writeOut(printer.name.leftJustified(width + 2) + printer.url.toString()
                  + QLatin1Char('\n'));

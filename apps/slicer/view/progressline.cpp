@@ -50,7 +50,7 @@ QString progressLine(const ProgressRow &row, int width)
     const QString percent
         = QStringLiteral("%1 %").arg(static_cast<int>(fraction * 100), 3, 10, QLatin1Char(' '));
     QStringList right = QStringList(percent) + row.columns;
-    const auto space = [&] { return width - label.size() - joined(right).size() - 4; };
+    const auto space = [&] { return width - int(label.size() + joined(right).size()) - 4; };
     while (right.size() > 1 && space() < narrowestBar)
         right.removeLast();
     if (space() < narrowestBar)

@@ -28,7 +28,7 @@ QString tableText(const Table &table)
         for (int column = 0; column < cells.size(); ++column) {
             int width = 0;
             for (const QStringList &other : table)
-                width = std::max(width, other[column].size());
+                width = std::max(width, int(other[column].size()));
             line += cells[column].leftJustified(width + 2);
         }
         text += line.trimmed() + QLatin1Char('\n');
@@ -52,7 +52,7 @@ QStringList transferCells(const TransferLog::Entry &entry)
 } // namespace
 
 TextView::TextView(const QVector<zysession::Printer> &printers)
-    : View(printers), m_transfers(printers.size()), m_outcomes(printers.size())
+    : View(printers), m_transfers(int(printers.size())), m_outcomes(printers.size())
 {
 }
 
