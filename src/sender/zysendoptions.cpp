@@ -18,6 +18,7 @@ struct ZySendOptions::Data : QSharedData {
     int longestPause = 30000;
     QString token;
     int compressionLevel = ZySslEchoClient::Adaptive;
+    qint64 rateLimit = 0;
 };
 
 ZySendOptions::ZySendOptions() : d(new Data) { }
@@ -113,4 +114,14 @@ int ZySendOptions::compressionLevel() const
 void ZySendOptions::setCompressionLevel(int level)
 {
     d->compressionLevel = level;
+}
+
+qint64 ZySendOptions::rateLimit() const
+{
+    return d->rateLimit;
+}
+
+void ZySendOptions::setRateLimit(qint64 bytesPerSecond)
+{
+    d->rateLimit = qMax<qint64>(0, bytesPerSecond);
 }

@@ -4,8 +4,8 @@
 
 #include "layerplot.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "restartableprinter.h"
-#include "samplemodel.h"
 #include "testsettings.h"
 #include "windowdriver.h"
 
@@ -57,7 +57,7 @@ private:
 
 void TestPanelClicks::initTestCase()
 {
-    m_model = sampleModel(m_directory, 400);
+    m_model = makeModel(m_directory.filePath(QStringLiteral("sphere.zydlp")), 400);
     QVERIFY(!m_model.isEmpty());
 }
 

@@ -66,6 +66,9 @@ public:
 
     /// Ends the TCP connection in order, without a closing handshake.
     void drop();
+    /// Says that nothing more will come. The connection ends when the client has read all that
+    /// came: drop() would throw away what it has not read yet once it writes.
+    void hangUp();
     /// Resets the TCP connection.
     void reset();
 

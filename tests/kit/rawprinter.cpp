@@ -156,6 +156,14 @@ void RawPrinter::drop()
     current().disconnectFromHost();
 }
 
+void RawPrinter::hangUp()
+{
+    if (!isPeerConnected())
+        return;
+    m_peer->flush();
+    ::shutdown(static_cast<int>(m_peer->socketDescriptor()), SHUT_WR);
+}
+
 void RawPrinter::reset()
 {
     const linger noTime{1, 0};
