@@ -8,6 +8,7 @@
 #include "modelreader.h"
 #include "modelwriter.h"
 #include "replacement.h"
+#include "resources.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -105,6 +106,9 @@ int main(int argc, char **argv)
 {
     zymodel::ModelOptions options;
     if (const auto code = zymodel::readOptions(argc, argv, options))
-        return *code;
-    return options.check.isEmpty() ? zymodel::generate(options) : zymodel::check(options.check);
+        return zyapp::onceWritten(zymodel::program(), *code, zymodel::fileError);
+    if (!options.check.isEmpty())
+        return zyapp::onceWritten(zymodel::program(), zymodel::check(options.check),
+                                  zymodel::fileError);
+    return zymodel::generate(options);
 }
