@@ -2,19 +2,25 @@
 // SPDX-License-Identifier: MIT
 // zymodel: writes a sliced model of a real solid, as a resin printer gets it.
 
+#include "commandline.h"
 #include "errorline.h"
 #include "gyroidsphere.h"
 #include "modeloptions.h"
 #include "modelreader.h"
 #include "modelwriter.h"
 #include "replacement.h"
+#include "resources.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QTemporaryFile>
 
+#include <cerrno>
 #include <cmath>
+#include <csignal>
 #include <cstdio>
+#include <unistd.h>
 
 namespace zymodel
 {
@@ -50,32 +56,89 @@ ModelHeader header(const ModelOptions &options, double layerThickness)
     return header;
 }
 
-bool writeModel(const ModelOptions &options, QIODevice *file)
+int cannotWrite(const QString &fault, const QString &out)
 {
-    const GyroidSphere solid({options.width, options.height, pixelPitch, options.layers},
-                             options.seed);
-    ModelWriter writer(file, header(options, solid.layerThickness()));
+    zyapp::printError(program(), QStringLiteral("cannot write the model (%1)").arg(fault), out,
+                      QStringLiteral("give a --out that can be written"));
+    return fileError;
+}
+
+/// Empty, or why the model could not be written.
+QString writeModel(const GyroidSphere &solid, const ModelHeader &header, QFileDevice &file)
+{
+    ModelWriter writer(&file, header);
     QByteArray mask;
-    for (int layer = 1; layer <= options.layers; ++layer) {
+    bool isWritten = true;
+    for (int layer = 1; isWritten && layer <= int(header.layerCount); ++layer) {
         solid.render(layer, mask);
-        if (!writer.addLayer(mask))
-            return false;
+        isWritten = writer.addLayer(mask);
     }
-    return writer.finish();
+    if (isWritten && writer.finish() && file.flush())
+        return {};
+    // What a buffered write has failed for is not always known to the file.
+    const int reason = errno;
+    return file.error() == QFileDevice::NoError || reason != 0 ? qt_error_string(reason)
+                                                               : file.errorString();
+}
+
+/// Standard output may be a pipe, and the writer goes back to the beginning at the end.
+QString copyToOutput(QFile &file)
+{
+    constexpr qint64 piece = 1 << 20;
+    file.seek(0);
+    while (!file.atEnd()) {
+        const QByteArray bytes = file.read(piece);
+        if (std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stdout)
+            != std::size_t(bytes.size()))
+            return qt_error_string(errno);
+    }
+    return std::fflush(stdout) == 0 ? QString() : qt_error_string(errno);
+}
+
+int writeToOutput(const GyroidSphere &solid, const ModelHeader &header)
+{
+    if (isatty(STDOUT_FILENO) != 0) {
+        zyapp::printError(program(), QStringLiteral("standard output is a terminal"), {},
+                          QStringLiteral("direct it to a file or a pipe"));
+        return zyapp::usageError;
+    }
+    QTemporaryFile file;
+    QString fault = file.open() ? writeModel(solid, header, file) : file.errorString();
+    if (fault.isEmpty())
+        fault = copyToOutput(file);
+    return fault.isEmpty() ? 0 : cannotWrite(fault, QStringLiteral("standard output"));
+}
+
+int writeToFile(const GyroidSphere &solid, const ModelHeader &header, const QString &out)
+{
+    QString fault = zyapp::replacementFault(out);
+    if (fault.isEmpty()) {
+        QSaveFile file(out);
+        if (!file.open(QIODevice::WriteOnly))
+            return cannotWrite(file.errorString(), out);
+        fault = writeModel(solid, header, file);
+        if (fault.isEmpty() && file.commit())
+            return 0;
+        if (fault.isEmpty())
+            fault = file.errorString();
+    }
+    return cannotWrite(fault, out);
 }
 
 int generate(const ModelOptions &options)
 {
-    QString fault = zyapp::replacementFault(options.out);
-    if (fault.isEmpty()) {
-        QSaveFile file(options.out);
-        if (file.open(QIODevice::WriteOnly) && writeModel(options, &file) && file.commit())
-            return 0;
-        fault = file.errorString();
+    const GyroidSphere solid({options.width, options.height, pixelPitch, options.layers},
+                             options.seed);
+    const ModelHeader modelHeader = header(options, solid.layerThickness());
+    const QString fault = headerFault(modelHeader);
+    if (!fault.isEmpty()) {
+        zyapp::printError(program(), QStringLiteral("no valid model (%1)").arg(fault), {},
+                          QStringLiteral("the layers share the solid's height: give another "
+                                         "--layers or --resolution"));
+        return zyapp::usageError;
     }
-    zyapp::printError(program(), QStringLiteral("cannot write the model (%1)").arg(fault),
-                      options.out, QStringLiteral("give a --out that can be written"));
-    return fileError;
+    return options.out == QLatin1String("-") ? writeToOutput(solid, modelHeader)
+                                             : writeToFile(solid, modelHeader, options.out);
 }
 
 int check(const QString &path)
@@ -103,8 +166,12 @@ int check(const QString &path)
 
 int main(int argc, char **argv)
 {
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is an error like a full disk
     zymodel::ModelOptions options;
     if (const auto code = zymodel::readOptions(argc, argv, options))
-        return *code;
-    return options.check.isEmpty() ? zymodel::generate(options) : zymodel::check(options.check);
+        return zyapp::onceWritten(zymodel::program(), *code, zymodel::fileError);
+    if (!options.check.isEmpty())
+        return zyapp::onceWritten(zymodel::program(), zymodel::check(options.check),
+                                  zymodel::fileError);
+    return zymodel::generate(options);
 }

@@ -69,6 +69,11 @@ QString fault(const ModelHeader &header, quint32 resinBytes)
 
 } // namespace
 
+QString headerFault(const ModelHeader &header)
+{
+    return fault(header, quint32(header.resin.toUtf8().size()));
+}
+
 QByteArray headerBytes(const ModelHeader &header, const QVector<LayerEntry> &layers)
 {
     const QByteArray resin = header.resin.toUtf8();

@@ -50,6 +50,9 @@ struct ModelHeader {
 /// Header and layer table as they stand at the start of the file.
 QByteArray headerBytes(const ModelHeader &header, const QVector<LayerEntry> &layers);
 
+/// Why no reader would take a model with this header; empty when it would.
+QString headerFault(const ModelHeader &header);
+
 /**
  * Reads the fixed part of a header.
  *

@@ -46,7 +46,8 @@ void describe(CLI::App &app, ModelOptions &options, Arguments &arguments)
         "  zymodel --check sphere.zydlp               checks every layer\n\n"
         "Exit codes: 0 ok, 2 usage, 3 the file cannot be read or written, 4 no valid model.");
     auto *out
-        = app.add_option("--out", arguments.out, "Write the model to FILE")->type_name("FILE");
+        = app.add_option("--out", arguments.out, "Write the model to FILE; - is standard output")
+              ->type_name("FILE");
     auto *check = app.add_option("--check", arguments.check, "Check the model FILE instead")
                       ->type_name("FILE");
     out->excludes(check);
@@ -67,6 +68,13 @@ void describe(CLI::App &app, ModelOptions &options, Arguments &arguments)
         ->type_name("NAME")
         ->capture_default_str();
     zyapp::addVersionFlag(app, "zymodel");
+    // Not CLI::Option::excludes(), which would list them all in the help.
+    app.callback([&app, check] {
+        for (const char *name : {"--layers", "--resolution", "--seed", "--resin"}) {
+            if (check->count() > 0 && app.get_option(name)->count() > 0)
+                throw CLI::ExcludesError(name, check->get_name());
+        }
+    });
 }
 
 std::optional<int> checkResin(const QString &name)

@@ -14,6 +14,7 @@
 #include "printerlog.h"
 #include "printeroptions.h"
 #include "protection.h"
+#include "resources.h"
 #include "unixsignals.h"
 
 #include <zyfiletranshandle.h>
@@ -33,7 +34,16 @@ namespace zyprinter
 namespace
 {
 
-enum ExitCode { Ok = 0, BadDirectory = 3, PortInUse = 4, BadCertificate = 5 };
+enum ExitCode {
+    Ok = 0,
+    BadDirectory = 3,
+    PortInUse = 4,
+    BadCertificate = 5,
+    NotReported = 6,
+    TooFewFiles = 7,
+};
+
+constexpr int filesForOneself = 16; // beside the connections
 
 int giveUp(ExitCode code, const QString &what, const QString &value, const QString &remedy)
 {
@@ -88,6 +98,9 @@ int serve(const PrinterOptions &options, const ZySslEchoServer &server, const Ma
 {
     const QString url = address(options, server.serverPort());
     printLine(QStringLiteral("zyprinter: listening on ") + url);
+    // Without this line nobody knows the port; those that follow may be lost.
+    if (const int code = zyapp::onceWritten(QStringLiteral("zyprinter"), Ok, NotReported))
+        return code;
     std::optional<LiveView> view;
     if (options.view && isTerminal())
         view.emplace(machine, log, LiveView::Facts{options.name, url, store.directory(), [&server] {
@@ -105,6 +118,10 @@ int serve(const PrinterOptions &options, const ZySslEchoServer &server, const Ma
 
 int run(const PrinterOptions &options)
 {
+    if (!zyapp::canOpen(filesForOneself)) {
+        zyapp::printTooFewOpenFiles(QStringLiteral("zyprinter"), filesForOneself);
+        return TooFewFiles;
+    }
     if (!options.preview.isEmpty()) {
         QString fault = directoryFault(options.preview);
         if (fault.isEmpty())
@@ -161,7 +178,8 @@ int main(int argc, char **argv)
 {
     zyprinter::PrinterOptions options;
     if (const auto code = zyprinter::readOptions(argc, argv, options))
-        return *code;
+        return zyapp::onceWritten(QStringLiteral("zyprinter"), *code, zyprinter::NotReported);
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is an error like a full disk
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("zyprinter"));
     // The library's debug lines are for its developers: QT_LOGGING_RULES brings them back.

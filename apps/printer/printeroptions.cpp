@@ -168,7 +168,8 @@ std::optional<int> readOptions(int argc, char **argv, PrinterOptions &options)
         "  zyprinter --dir ~/models --view --speed 100 --preview /tmp\n"
         "  zyprinter --dir /tmp/models --port 8080 --fail-at 300\n\n"
         "Exit codes: 0 stopped, 2 usage, 3 directory missing, not writable or in use by another\n"
-        "zyprinter, 4 port in use, 5 certificate or key not usable.");
+        "zyprinter, 4 port in use, 5 certificate or key not usable, 6 standard output not\n"
+        "writable, 7 too few files may be open.");
     addOptions(app, options, arguments);
     addProtection(app, options, arguments);
     addFaults(app, options);

@@ -7,6 +7,7 @@
 #include "interruption.h"
 #include "jsonview.h"
 #include "knownprinters.h"
+#include "resources.h"
 #include "sendstep.h"
 #include "slicercommands.h"
 #include "standardoutput.h"
@@ -20,6 +21,10 @@ namespace zyslicer
 
 namespace
 {
+
+// A thread, a socket and the model, opened several times; and what Qt and the program need.
+constexpr int filesForAPrinter = 8;
+constexpr int filesForOneself = 8;
 
 /// Debug lines, the library's included, and Qt's warnings are shown only when @p isVerbose.
 void installLogFilter(bool isVerbose)
@@ -106,6 +111,13 @@ int run(const Request &request)
     const Outcomes faults = checkModelFiles(request.files);
     if (!faults.isEmpty())
         return endWith(request, faults);
+    const int files = filesForOneself + filesForAPrinter * printers.size();
+    if (!zyapp::canOpen(files))
+        return endWith(request,
+                       {{ExitCode::LocalFile, QStringLiteral("too few files may be open at once"),
+                         QStringLiteral("%1 more are needed").arg(files),
+                         QStringLiteral("raise the limit with 'ulimit -n', or name fewer "
+                                        "printers")}});
     return runJobs(request, printers);
 }
 

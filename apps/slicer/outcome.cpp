@@ -20,7 +20,8 @@ const QVector<ExitCodeMeaning> &exitCodeMeanings()
         {ExitCode::TokenRejected, "the printer rejected the token"},
         {ExitCode::LocalFile,
          "local file missing, unreadable, empty or not sendable by its name;\n"
-         "       or the settings or standard output not readable or writable"},
+         "       or the settings or standard output not readable or writable; or too\n       few "
+         "files may be open"},
         {ExitCode::CheckFailed, "the printer's check of the model failed"},
         {ExitCode::PrintFailed, "the print failed or was stopped"},
         {ExitCode::SomeFailed,

@@ -17,8 +17,9 @@ _zyslicer_names()
 
 _zyslicer()
 {
-    local cur prev words cword
-    _init_completion -n =: || return
+    local cur prev words cword split=false
+    # "--to=x" becomes the option and its value.
+    _init_completion -s -n : || return
 
     local commands='send print pause stop status set version cancel printers'
     local printer='--to --all --token --ca --fingerprint --connect-timeout --timeout --check-timeout'
@@ -53,6 +54,9 @@ _zyslicer()
             break
         fi
     done
+
+    # The value of an option that is not completed.
+    $split && return
 
     local options
     case $command in

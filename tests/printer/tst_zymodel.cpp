@@ -30,6 +30,11 @@ private Q_SLOTS:
     void rejectsBadInput_data();
     void rejectsBadInput();
     void namesADamagedLayer();
+    void writesNothingThatItsCheckRejects_data();
+    void writesNothingThatItsCheckRejects();
+    void writesToStandardOutput();
+    void saysWhyItCannotWrite();
+    void takesNoOptionBesideACheck();
     void leavesAloneWhatIsNoFile_data();
     void leavesAloneWhatIsNoFile();
     void takesNoLongerResinThanTheFormat_data();
@@ -130,7 +135,7 @@ void TestZymodel::rejectsBadInput_data()
                                 << QByteArray("10 is no WIDTHxHEIGHT");
     QTest::newRow("resolution with a tail")
         << words("--out a --resolution 10x10x10") << 2 << QByteArray("10x10x10 is no WIDTHxHEIGHT");
-    QTest::newRow("cannot write") << words("--out /dev/null/a --layers 1") << 3
+    QTest::newRow("cannot write") << words("--out /dev/null/a --layers 9") << 3
                                   << QByteArray("/dev/null/a; give a --out that can be written");
     QTest::newRow("cannot read") << words("--check /dev/null/a") << 3
                                  << QByteArray("cannot read the model");
@@ -164,6 +169,73 @@ void TestZymodel::namesADamagedLayer()
     QCOMPARE(result.exitCode, 4);
     QVERIFY2(result.errors.contains("no valid model (layer 30: CRC mismatch"),
              result.errors.constData());
+}
+
+void TestZymodel::writesNothingThatItsCheckRejects_data()
+{
+    QTest::addColumn<QString>("layers");
+    QTest::addColumn<QString>("resolution");
+    QTest::addColumn<int>("exitCode");
+    QTest::newRow("too thick") << QStringLiteral("5") << QStringLiteral("1440x2560") << 2;
+    QTest::newRow("just thin enough") << QStringLiteral("7") << QStringLiteral("1440x2560") << 0;
+    QTest::newRow("few and small") << QStringLiteral("5") << QStringLiteral("144x256") << 0;
+    QTest::newRow("one pixel") << QStringLiteral("1") << QStringLiteral("1x1") << 0;
+    QTest::newRow("too thin") << QStringLiteral("100000") << QStringLiteral("1x1") << 2;
+}
+
+void TestZymodel::writesNothingThatItsCheckRejects()
+{
+    QFETCH(QString, layers);
+    QFETCH(QString, resolution);
+    QFETCH(int, exitCode);
+    const QString file = path("checked.zydlp");
+    QFile::remove(file);
+    const RunResult result = runModel({QStringLiteral("--out"), file, QStringLiteral("--layers"),
+                                       layers, QStringLiteral("--resolution"), resolution});
+    QCOMPARE(result.exitCode, exitCode);
+    QCOMPARE(QFile::exists(file), exitCode == 0);
+    QCOMPARE(result.error.contains("layer thickness (nm) "), exitCode != 0);
+    if (exitCode == 0)
+        QCOMPARE(runModel({QStringLiteral("--check"), file}).exitCode, 0);
+}
+
+void TestZymodel::writesToStandardOutput()
+{
+    const QString file = path("same.zydlp");
+    QCOMPARE(generate(file, {}).exitCode, 0);
+    const RunResult piped = generate(QStringLiteral("-"), {});
+    QCOMPARE(piped.exitCode, 0);
+    QFile expected(file);
+    QVERIFY(expected.open(QIODevice::ReadOnly));
+    QVERIFY(piped.output == expected.readAll());
+    QVERIFY(!QFile::exists(QStringLiteral("-")));
+}
+
+void TestZymodel::saysWhyItCannotWrite()
+{
+    QProcess limited;
+    limited.start(QStringLiteral("bash"),
+                  {QStringLiteral("-c"),
+                   QStringLiteral("ulimit -f 1; exec \"$0\" --out \"$1\" --layers 19 --resolution "
+                                  "144x256"),
+                   QStringLiteral(ZYMODEL), path("limited.zydlp")});
+    QVERIFY(limited.waitForFinished());
+    QCOMPARE(limited.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(limited.exitCode(), 3);
+    const QByteArray error = limited.readAllStandardError();
+    QVERIFY2(error.contains("cannot write the model (File too large): "), error.constData());
+    QVERIFY(!QFile::exists(path("limited.zydlp")));
+}
+
+void TestZymodel::takesNoOptionBesideACheck()
+{
+    const QString file = path("beside.zydlp");
+    QCOMPARE(generate(file, {}).exitCode, 0);
+    for (const char *option : {"--layers=5", "--resolution=1x1", "--seed=2", "--resin=x"}) {
+        const RunResult result = runModel({QStringLiteral("--check"), file, QLatin1String(option)});
+        QCOMPARE(result.exitCode, 2);
+        QVERIFY2(result.error.contains("excludes --check"), result.error.constData());
+    }
 }
 
 void TestZymodel::leavesAloneWhatIsNoFile_data()

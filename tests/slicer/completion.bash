@@ -15,13 +15,20 @@ zyslicer printers add own1 ws://10.0.0.1:80
 zyslicer --settings "$directory/new.ini" printers add new1 ws://10.0.0.2:80
 zyslicer --settings "$directory/new.ini" printers add new2 ws://10.0.0.3:80
 
-# As bash-completion's does when words are neither parted at '=' nor at ':'.
+# As bash-completion's does with "-s -n :": words are neither parted at '=' nor at ':', but the last
+# one is, when it is a long option with its value.
 _init_completion()
 {
+    [[ $* == '-s -n :' ]] || echo "called with '$*'"
     words=("${line[@]}")
     cword=$((${#words[@]} - 1))
     cur=${words[cword]}
     prev=${words[cword - 1]}
+    if [[ $cur == --?*=* ]]; then
+        prev=${cur%%=*}
+        cur=${cur#*=}
+        split=true
+    fi
 }
 # shellcheck source=/dev/null
 source "$2"
@@ -40,6 +47,9 @@ offers()
 
 offers 'send set' zyslicer se
 offers own1 zyslicer send --to ''
+offers own1 zyslicer send --to=o
+offers '' zyslicer send --to=x
+offers '' zyslicer send --token=s
 offers own1 zyslicer printers remove o
 offers 'new1 new2' zyslicer --settings "$directory/new.ini" send --to ''
 offers 'new1 new2' zyslicer "--settings=$directory/new.ini" status --to n

@@ -45,7 +45,11 @@ void TestUsage::refusesWrongUsage_data()
     };
     const QString url = "ws://127.0.0.1:1"_s;
     row("nothing", {}, "required");
-    row("unknown command", {"sned"_s}, "sned");
+    row("unknown command", {"frobnicate"_s}, "frobnicate; see zyslicer --help");
+    row("swapped letters", {"sned"_s, "x"_s}, "did you mean 'send'? see");
+    row("a letter too many", {"statuss"_s}, "did you mean 'status'?");
+    row("another's ending", {"printers"_s, "delete"_s}, "see zyslicer --help");
+    row("command of a command", {"printers"_s, "ad"_s}, "did you mean 'add'?");
     row("unknown option", {"status"_s, "--bogus"_s}, "--bogus");
     row("no file", {"send"_s, "--to"_s, url}, "FILE");
     row("one name for two files", {"send"_s, "a"_s, "b"_s, "--as"_s, "c"_s}, "--as");

@@ -6,6 +6,12 @@ _zymodel()
 {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     COMPREPLY=()
+    # Words are parted at '=', too.
+    if [[ $current == = ]]; then
+        current=''
+    elif [[ $previous == = ]]; then
+        previous=${COMP_WORDS[COMP_CWORD - 2]}
+    fi
     case $previous in
         --out | --check)
             compopt -o filenames

@@ -23,13 +23,25 @@ using zysession::PrinterGroups;
 using zysession::SavedPrinters;
 using zysession::SettingsFault;
 
+/// Without it, Qt would take the root directory for the user's.
+bool hasPlaceForSettings(const QString &settings)
+{
+    const auto isSet = [](const char *name) { return !qEnvironmentVariableIsEmpty(name); };
+    return !settings.isEmpty() || isSet("ZYSLICER_SETTINGS") || isSet("XDG_CONFIG_HOME")
+        || isSet("HOME");
+}
+
 struct Saved {
-    explicit Saved(const QString &settings) : printers(settings), groups(printers.file()) { }
+    explicit Saved(const QString &settings)
+        : printers(settings), groups(printers.file()), hasPlace(hasPlaceForSettings(settings))
+    {
+    }
 
     Outcome read();
 
     SavedPrinters printers;
     PrinterGroups groups;
+    const bool hasPlace; ///< for the settings
 };
 
 Outcome settingsOutcome(SettingsFault fault, const SavedPrinters &saved)
@@ -77,6 +89,10 @@ Outcome trustOutcome(const Printer &printer)
 
 Outcome Saved::read()
 {
+    if (!hasPlace)
+        return {ExitCode::LocalFile, QStringLiteral("no place for the settings"),
+                QStringLiteral("HOME is not set"),
+                QStringLiteral("set it, name a file with --settings, or printers by their URLs")};
     const SettingsFault fault = printers.read();
     return settingsOutcome(fault == SettingsFault::None ? groups.read() : fault, printers);
 }
