@@ -24,6 +24,10 @@ install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/zyWebsocketConfigVersion.cmake
     DESTINATION ${package_dir})
 
+# Relative to the file itself, so that it is right under any prefix.
+set(pc_dir ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH pc_to_prefix ${pc_dir} ${CMAKE_INSTALL_PREFIX})
+file(RELATIVE_PATH pc_to_include ${pc_dir} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 configure_file(${PROJECT_SOURCE_DIR}/cmake/zyWebsocket.pc.in
     ${CMAKE_CURRENT_BINARY_DIR}/zyWebsocket.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zyWebsocket.pc

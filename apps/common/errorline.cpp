@@ -4,18 +4,26 @@
 
 #include "errorline.h"
 
-#include <algorithm>
 #include <cstdio>
 
 namespace zyapp
 {
 
-QString onOneLine(QString text)
+QString onOneLine(const QString &text)
 {
-    std::replace_if(
-        text.begin(), text.end(), [](QChar character) { return !character.isPrint(); },
-        QLatin1Char('?'));
-    return text;
+    QString line;
+    for (int i = 0; i < text.size(); ++i) {
+        const bool isPair
+            = text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        const uint character
+            = isPair ? QChar::surrogateToUcs4(text[i], text[i + 1]) : text[i].unicode();
+        if (!QChar::isPrint(character))
+            line += QLatin1Char('?');
+        else
+            line += text.mid(i, isPair ? 2 : 1);
+        i += isPair ? 1 : 0;
+    }
+    return line;
 }
 
 QString errorLine(const QString &program, const QString &what, const QString &value,
@@ -32,7 +40,7 @@ QString errorLine(const QString &program, const QString &what, const QString &va
 void printError(const QString &program, const QString &what, const QString &value,
                 const QString &remedy)
 {
-    std::fprintf(stderr, "%s\n", qPrintable(errorLine(program, what, value, remedy)));
+    std::fprintf(stderr, "%s\n", errorLine(program, what, value, remedy).toUtf8().constData());
 }
 
 } // namespace zyapp

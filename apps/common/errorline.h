@@ -11,13 +11,13 @@ namespace zyapp
 {
 
 /// Texts from elsewhere (file names, a peer's words) on one line: control characters become '?'.
-QString onOneLine(QString text);
+QString onOneLine(const QString &text);
 
 /// "<program>: <what>: <which value>; <what to do>"; a part that is empty is left out.
 QString errorLine(const QString &program, const QString &what, const QString &value,
                   const QString &remedy);
 
-/// Writes errorLine() to standard error.
+/// Writes errorLine() to standard error, in UTF-8 whatever the locale.
 void printError(const QString &program, const QString &what, const QString &value,
                 const QString &remedy);
 

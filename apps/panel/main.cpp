@@ -100,8 +100,10 @@ int main(int argc, char *argv[])
         parser.process(application);
     }
 
+#if QT_VERSION_MAJOR < 6 // which always does both
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
     QApplication application(argc, argv);
     QGuiApplication::setDesktopFileName(QStringLiteral("zypanel"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/zypanel/icon.png")));

@@ -80,7 +80,7 @@ void Screen::draw(const QStringList &lines)
     for (int i = 0; i < lines.size(); ++i) {
         // No line end after the last one: it would scroll. Cleared before the text, since after a
         // full line the cursor still stands on its last character.
-        m_pending += (i > 0 ? "\r\n" : "") + QByteArray(clearLine) + lines.at(i).toLocal8Bit();
+        m_pending += (i > 0 ? "\r\n" : "") + QByteArray(clearLine) + lines.at(i).toUtf8();
     }
     flush();
 }

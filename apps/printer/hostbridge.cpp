@@ -25,9 +25,6 @@ HostBridge::HostBridge(ZySslEchoServer *server, Machine *machine, ModelStore *st
     using Server = ZySslEchoServer;
     // Direct by default, since the bridge lives in the server's thread.
     connect(server, &Server::getPrintState, this, &HostBridge::answerTransfer);
-    connect(server, &Server::fileTranStart, this, &HostBridge::onTransferStart);
-    connect(server, &Server::cancle, this, &HostBridge::onTransferCancelled);
-    connect(server, &Server::fileTranDisconnet, this, &HostBridge::onTransferInterrupted);
     connect(server, &Server::finish, this, &HostBridge::answerFinish);
     connect(server, &Server::getFilePrintState, this, &HostBridge::answerPrint);
     connect(server, &Server::checkFile, this, &HostBridge::answerCheckFile);
@@ -69,21 +66,6 @@ void HostBridge::answerTransfer(int &answer, const QString &token, bool needChec
     if (!canReceive)
         m_log->add(QStringLiteral("%1 has gone").arg(m_store->directory()));
     answer = permission("a transfer", token, needCheckToken, canReceive);
-}
-
-void HostBridge::onTransferStart()
-{
-    m_log->add(QStringLiteral("transfer accepted"));
-}
-
-void HostBridge::onTransferCancelled()
-{
-    m_log->add(QStringLiteral("transfer cancelled"));
-}
-
-void HostBridge::onTransferInterrupted()
-{
-    m_log->add(QStringLiteral("transfer interrupted; sent again, it goes on where it stopped"));
 }
 
 void HostBridge::answerFinish(const QString &receivedName, int &modelState)

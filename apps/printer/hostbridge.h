@@ -50,9 +50,6 @@ private:
 
     // File transfer.
     void answerTransfer(int &answer, const QString &token, bool needCheckToken);
-    void onTransferStart();
-    void onTransferCancelled();
-    void onTransferInterrupted();
     void answerFinish(const QString &receivedName, int &modelState);
 
     // Print jobs.

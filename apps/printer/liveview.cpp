@@ -4,6 +4,7 @@
 
 #include "liveview.h"
 
+#include "displaywidth.h"
 #include "errorline.h"
 #include "machine.h"
 #include "machinereport.h"
@@ -18,11 +19,13 @@ namespace zyprinter
 namespace
 {
 
-QString layerBar(int layer, int count, int width)
+/// @p done says that the last layer is not being exposed any more.
+QString layerBar(int layer, int count, bool done, int width)
 {
     constexpr int percent = 100;
-    const QString figures
-        = QStringLiteral(" %1/%2 %3 %").arg(layer).arg(count).arg(layer * percent / count);
+    const int most = done ? percent : percent - 1;
+    const int shown = int(qMin<qint64>(most, qint64(layer) * percent / count));
+    const QString figures = QStringLiteral(" %1/%2 %3 %").arg(layer).arg(count).arg(shown);
     const int room = qMax(0, width - int(figures.size()) - 2);
     const int filled = int(qint64(room) * layer / count);
     return QLatin1Char('[') + QString(filled, QLatin1Char('#'))
@@ -64,7 +67,9 @@ QStringList LiveView::jobLines(int width) const
     if (const zymodel::ModelReader *model = m_machine.model()) {
         const auto text
             = [this](PrintParameters::Id id) { return m_machine.parameters().text(id); };
-        lines += layerBar(m_machine.layer(), model->layerCount(), width);
+        const bool isDone = m_machine.state() == Machine::State::Completing
+            || m_machine.state() == Machine::State::Complete;
+        lines += layerBar(m_machine.layer(), model->layerCount(), isDone, width);
         lines += QStringLiteral("time left %1  %2")
                      .arg(clockTime(m_machine.remainingTime()), model->header().resin);
         lines
@@ -88,7 +93,7 @@ void LiveView::draw()
     while (lines.size() < size.height())
         lines += QString();
     for (QString &line : lines)
-        line = zyapp::onOneLine(line).left(size.width());
+        line = zyapp::clipped(zyapp::onOneLine(line), size.width());
     m_screen.draw(lines);
 }
 

@@ -21,6 +21,7 @@
 
 #include <QCoreApplication>
 #include <QLoggingCategory>
+#include <QUrl>
 
 #include <csignal>
 #include <cstdio>
@@ -48,14 +49,25 @@ int badDirectory(const char *what, const QString &fault, const QString &path, co
 
 void printLine(const QString &line)
 {
-    std::printf("%s\n", qPrintable(line));
+    std::printf("%s\n", line.toUtf8().constData());
     std::fflush(stdout);
 }
 
 /// Each connection has a handle, which is a child of the server.
-int connections(const ZySslEchoServer &server)
+qsizetype connections(const ZySslEchoServer &server)
 {
     return server.findChildren<ZyFileTransHandle *>(QString(), Qt::FindDirectChildrenOnly).size();
+}
+
+/// The one that was asked for, or else one of all.
+QString address(const PrinterOptions &options, quint16 port)
+{
+    QUrl url;
+    url.setScheme(options.certFile.isEmpty() ? QStringLiteral("ws") : QStringLiteral("wss"));
+    url.setHost(options.address.isNull() ? QStringLiteral("127.0.0.1")
+                                         : options.address.toString());
+    url.setPort(port);
+    return url.toString();
 }
 
 void showLayers(const Machine &machine, LayerPreview &preview, PrinterLog &log)
@@ -74,10 +86,7 @@ void showLayers(const Machine &machine, LayerPreview &preview, PrinterLog &log)
 int serve(const PrinterOptions &options, const ZySslEchoServer &server, const Machine &machine,
           const ModelStore &store, PrinterLog &log)
 {
-    const QString url
-        = QStringLiteral("%1://127.0.0.1:%2")
-              .arg(options.certFile.isEmpty() ? QStringLiteral("ws") : QStringLiteral("wss"))
-              .arg(server.serverPort());
+    const QString url = address(options, server.serverPort());
     printLine(QStringLiteral("zyprinter: listening on ") + url);
     std::optional<LiveView> view;
     if (options.view && isTerminal())
@@ -127,8 +136,13 @@ int run(const PrinterOptions &options)
     }
     ZySslEchoServer server(options.port, store.incomingDirectory(), protection);
     if (!server.isListening())
-        return giveUp(PortInUse, QStringLiteral("port is in use or not permitted"),
-                      QString::number(options.port),
+        return giveUp(PortInUse,
+                      options.address.isNull()
+                          ? QStringLiteral("port is in use or not permitted")
+                          : QStringLiteral("address is not this machine's, or port is in use or "
+                                           "not permitted"),
+                      options.address.isNull() ? QString::number(options.port)
+                                               : address(options, options.port),
                       QStringLiteral("choose another --port, or 0 for a free one"));
 
     reportTo(log, machine);

@@ -21,6 +21,7 @@ namespace
 /// As CLI11 reads them, before they become Qt's.
 struct Arguments {
     std::string directory;
+    std::string address;
     std::string token;
     std::string name;
     std::string preview;
@@ -120,7 +121,14 @@ void addOptions(CLI::App &app, PrinterOptions &options, Arguments &arguments)
            "files arrive in DIR/.incoming")
         ->type_name("DIR")
         ->required();
-    app.add_option("--port", options.port, "Listen on port N of every address; 0 takes a free one")
+    app.add_option("--bind", arguments.address,
+                   "Listen on this ADDRESS alone, such as 127.0.0.1; by default on all")
+        ->type_name("ADDRESS")
+        ->check([](const std::string &text) {
+            return QHostAddress(zyapp::fromArgument(text)).isNull() ? text + " is no IP address"
+                                                                    : std::string();
+        });
+    app.add_option("--port", options.port, "Listen on port N; 0 takes a free one")
         ->type_name("N")
         ->capture_default_str();
     app.add_option("--token", arguments.token,
@@ -168,6 +176,7 @@ std::optional<int> readOptions(int argc, char **argv, PrinterOptions &options)
     if (const auto code = zyapp::parse(app, argc, argv))
         return code;
     options.directory = zyapp::fromArgument(arguments.directory);
+    options.address = QHostAddress(zyapp::fromArgument(arguments.address));
     options.preview = zyapp::fromArgument(arguments.preview);
     options.certFile = zyapp::fromArgument(arguments.certFile);
     options.keyFile = zyapp::fromArgument(arguments.keyFile);

@@ -5,6 +5,7 @@
 #ifndef PRINTEROPTIONS_H
 #define PRINTEROPTIONS_H
 
+#include <QHostAddress>
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +16,7 @@ namespace zyprinter
 
 struct PrinterOptions {
     QString directory;
+    QHostAddress address; ///< null: all
     quint16 port = 0; ///< 0: the system chooses
     QString token; ///< empty: none is needed
     double speed = 1000;

@@ -35,6 +35,22 @@ QString eventOf(ZyServerOptions::Failure what, const QString &why)
     return why;
 }
 
+QString eventOf(ZyServerOptions::Transfer what, const QString &name, const QString &peer)
+{
+    const QString transfer = QStringLiteral("\"%1\" from %2").arg(name, peer);
+    switch (what) {
+    case ZyServerOptions::Transfer::Accepted:
+        return QStringLiteral("transfer accepted: ") + transfer;
+    case ZyServerOptions::Transfer::Cancelled:
+        return name.isEmpty() ? QStringLiteral("cancel from %1, which sends nothing").arg(peer)
+                              : QStringLiteral("transfer cancelled: ") + transfer;
+    case ZyServerOptions::Transfer::Interrupted:
+        return QStringLiteral("transfer interrupted: %1; sent again, it goes on where it stopped")
+            .arg(transfer);
+    }
+    return transfer;
+}
+
 } // namespace
 
 ZyServerOptions serverOptions(const PrinterOptions &options, ModelStore &store, PrinterLog &log)
@@ -49,8 +65,12 @@ ZyServerOptions serverOptions(const PrinterOptions &options, ModelStore &store, 
         server.setAllowedOrigins(options.origins);
         server.setSilence(int(options.silence * msPerSecond));
         server.setToken(options.token);
+        server.setWindow(2);
         server.setNameFilter([&store](const QString &name) { return store.isFileName(name); });
     }
+    server.setListenAddress(options.address);
+    server.setTransferHandler([&log](ZyServerOptions::Transfer what, const QString &name,
+                                     const QString &peer) { log.add(eventOf(what, name, peer)); });
     server.setFailureHandler([&store, &log](ZyServerOptions::Failure what, const QString &why) {
         if (what == ZyServerOptions::Failure::NotResumable)
             store.removeReception();

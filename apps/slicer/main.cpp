@@ -32,19 +32,27 @@ void installLogFilter(bool isVerbose)
                                          .arg(state));
 }
 
-int exitWith(const Outcome &outcome)
+/// Each error once: what keeps several files from a printer is one error.
+void printErrors(const Outcomes &outcomes)
 {
-    if (!outcome.isOk())
+    QStringList printed;
+    for (const Outcome &outcome : outcomes) {
+        if (outcome.isOk() || printed.contains(outcome.text()))
+            continue;
+        printed += outcome.text();
         zyapp::printError(QStringLiteral("zyslicer"), outcome.what, outcome.value, outcome.advice);
-    return static_cast<int>(outcome.code);
+    }
 }
 
 /// How a run ends that has asked no printer.
-int endWith(const Request &request, const Outcome &outcome)
+int endWith(const Request &request, const Outcomes &outcomes)
 {
-    if (request.isJson && !outcome.isOk())
-        writeJsonError(outcome);
-    return exitWith(outcome);
+    for (const Outcome &outcome : outcomes) {
+        if (request.isJson && !outcome.isOk())
+            writeJsonError(outcome);
+    }
+    printErrors(outcomes);
+    return static_cast<int>(combinedExitCode(outcomes));
 }
 
 /// To the reader of the output, what could not be written has not been done.
@@ -53,8 +61,8 @@ int exitCodeOnceWritten(int exitCode)
     const Outcome written = writingOutcome();
     if (written.isOk())
         return exitCode;
-    const int failure = exitWith(written);
-    return exitCode == static_cast<int>(ExitCode::Ok) ? failure : exitCode;
+    printErrors({written});
+    return exitCode == static_cast<int>(ExitCode::Ok) ? static_cast<int>(written.code) : exitCode;
 }
 
 int runJobs(const Request &request, const QVector<zysession::Printer> &printers)
@@ -67,14 +75,17 @@ int runJobs(const Request &request, const QVector<zysession::Printer> &printers)
                      [&](int printer, const Event &event) { view->report(printer, event); });
     QObject::connect(
         &fleet, &Fleet::printerEnded, &fleet,
-        [&](int printer, const Outcome &outcome) { view->endPrinter(printer, outcome); });
+        [&](int printer, const Outcomes &outcomes) { view->endPrinter(printer, outcomes); });
     QObject::connect(&fleet, &Fleet::ended, qApp, &QCoreApplication::quit);
     fleet.start();
     QCoreApplication::exec();
     view->finish();
-    for (const Outcome &outcome : fleet.outcomes())
-        exitWith(outcome);
-    return static_cast<int>(combinedExitCode(fleet.outcomes()));
+    Outcomes all;
+    for (const Outcomes &outcomes : fleet.outcomes())
+        all += outcomes;
+    printErrors(all);
+    view->sumUp();
+    return static_cast<int>(combinedExitCode(all));
 }
 
 int run(const Request &request)
@@ -83,17 +94,18 @@ int run(const Request &request)
     case Request::Command::PrintersList:
     case Request::Command::PrintersAdd:
     case Request::Command::PrintersRemove:
-        return endWith(request, runPrintersCommand(request));
+    case Request::Command::PrintersGroup:
+        return endWith(request, {runPrintersCommand(request)});
     default:
         break;
     }
     QVector<zysession::Printer> printers;
-    Outcome outcome = findPrinters(request, printers);
-    // Before any printer is asked, so that nothing is half done for a mistake here.
-    if (outcome.isOk())
-        outcome = checkModelFiles(request.files);
+    const Outcome outcome = findPrinters(request, printers);
     if (!outcome.isOk())
-        return endWith(request, outcome);
+        return endWith(request, {outcome});
+    const Outcomes faults = checkModelFiles(request.files);
+    if (!faults.isEmpty())
+        return endWith(request, faults);
     return runJobs(request, printers);
 }
 

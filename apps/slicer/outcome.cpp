@@ -23,7 +23,8 @@ const QVector<ExitCodeMeaning> &exitCodeMeanings()
          "       or the settings or standard output not readable or writable"},
         {ExitCode::CheckFailed, "the printer's check of the model failed"},
         {ExitCode::PrintFailed, "the print failed or was stopped"},
-        {ExitCode::SomeFailed, "some of several printers failed"},
+        {ExitCode::SomeFailed,
+         "of several files or printers some failed, or all for different reasons"},
         {ExitCode::GivenUp, "transfer given up: stalled or dropped after all retries"},
         {ExitCode::Interrupted, "interrupted"},
     };
@@ -35,17 +36,16 @@ QString Outcome::text() const
     return what + QStringLiteral(": ") + value + QStringLiteral("; ") + advice;
 }
 
-ExitCode combinedExitCode(const QVector<Outcome> &outcomes)
+ExitCode combinedExitCode(const Outcomes &outcomes)
 {
-    if (outcomes.size() == 1)
-        return outcomes.first().code;
-    const auto isInterrupted
-        = [](const Outcome &outcome) { return outcome.code == ExitCode::Interrupted; };
-    if (std::any_of(outcomes.begin(), outcomes.end(), isInterrupted))
+    const auto hasCode = [](ExitCode code) {
+        return [code](const Outcome &outcome) { return outcome.code == code; };
+    };
+    if (std::any_of(outcomes.begin(), outcomes.end(), hasCode(ExitCode::Interrupted)))
         return ExitCode::Interrupted;
-    const bool isOk = std::all_of(outcomes.begin(), outcomes.end(),
-                                  [](const Outcome &outcome) { return outcome.isOk(); });
-    return isOk ? ExitCode::Ok : ExitCode::SomeFailed;
+    const ExitCode first = outcomes.isEmpty() ? ExitCode::Ok : outcomes.first().code;
+    const bool isAlike = std::all_of(outcomes.begin(), outcomes.end(), hasCode(first));
+    return isAlike ? first : ExitCode::SomeFailed;
 }
 
 } // namespace zyslicer

@@ -39,14 +39,18 @@ struct Outcome {
     QString what; ///< what went wrong
     QString value; ///< with which file, printer or value
     QString advice; ///< what to do about it
+    QString file = {}; ///< the one that was sent, by its name on the printer; else empty
 
     bool isOk() const { return code == ExitCode::Ok; }
     /// "what: value; advice"
     QString text() const;
 };
 
-/// The program's exit code for what became of all printers.
-ExitCode combinedExitCode(const QVector<Outcome> &outcomes);
+/// What became of one printer: of each of its files, or of its only file or command.
+using Outcomes = QVector<Outcome>;
+
+/// The exit code for what became of several: that of all where they agree.
+ExitCode combinedExitCode(const Outcomes &outcomes);
 
 } // namespace zyslicer
 

@@ -36,19 +36,24 @@ struct Request {
         PrintersList,
         PrintersAdd,
         PrintersRemove,
+        PrintersGroup,
     };
 
     Command command = Command::Status;
-    QStringList printers; ///< URLs or saved names, as given with --to
+    QStringList printers; ///< URLs, saved names or groups, as given with --to
+    bool isAll = false; ///< all saved printers instead
     QString token; ///< null when none is given: each printer's saved one counts
     QString authorities; ///< --ca: a PEM file; null when not given, empty to forget a saved one
     QString fingerprint; ///< the same of --fingerprint
     QVector<ModelFile> files; ///< send
     bool isPrinting = false; ///< send: --print
     bool isWatching = false;
+    bool isWaiting = false; ///< for a printer that is busy or not there
+    bool isKeeping = false; ///< send: when interrupted, the printer keeps its part
     QString printName; ///< print: the file on the printer
     zysession::Parameters parameters; ///< set
-    QString savedName; ///< printers add, remove
+    QString savedName; ///< printers add, remove, group
+    QStringList members; ///< printers group: saved names
     QString savedUrl; ///< printers add
     zysession::TimeLimits limits; ///< of commands
     ZySendOptions sending; ///< its retries and pauses count for following a print, too

@@ -21,7 +21,7 @@ _zyslicer()
     _init_completion -n =: || return
 
     local commands='send print pause stop status set version cancel printers'
-    local printer='--to --token --ca --fingerprint --connect-timeout --timeout --check-timeout'
+    local printer='--to --all --token --ca --fingerprint --connect-timeout --timeout --check-timeout'
     local retry='--retries --back-off'
     local watch='--watch --interval'
     local common='--json --quiet --verbose --settings --help'
@@ -41,7 +41,7 @@ _zyslicer()
             COMPREPLY=($(compgen -W "0 1 2 3 4 5 6 7 8 9" -- "$cur"))
             return
             ;;
-        --token | --fingerprint | --as | --stall | --retries | --back-off | --interval | --*timeout)
+        --token | --fingerprint | --as | --limit-rate | --stall | --retries | --back-off | --interval | --*timeout)
             return
             ;;
     esac
@@ -57,13 +57,17 @@ _zyslicer()
     local options
     case $command in
         '') options="$commands --version --verbose --settings --help" ;;
-        send) options="$printer $retry $watch --as --compression --no-digest --stall --print $common" ;;
-        print | status) options="$printer $retry $watch $common" ;;
+        send)
+            options="$printer $retry $watch --as --compression --keep --limit-rate --no-digest --stall
+                --print --wait $common"
+            ;;
+        print) options="$printer $retry $watch --wait $common" ;;
+        status) options="$printer $retry $watch $common" ;;
         set) options="$printer $common $keys" ;;
         printers)
             case $prev in
-                remove) options=$(_zyslicer_names) ;;
-                *) options="add remove --token --ca --fingerprint $common" ;;
+                remove | group) options=$(_zyslicer_names) ;;
+                *) options="add group remove --token --ca --fingerprint $common" ;;
             esac
             ;;
         *) options="$printer $common" ;;

@@ -142,7 +142,16 @@ void ZySslEchoClient::onConnected()
         else
             m_deliveries->append([this] { onDisConnected(); });
     });
+#if QT_VERSION_MAJOR >= 6
+    // Qt reads within the TCP socket's readyRead(), which does not come again before it returns: a
+    // slot that spins the event loop would wait for the printer in vain.
+    m_deliveries->append([this] {
+        const zyws::WakeAfterwards wakeOnceMore;
+        Q_EMIT connected();
+    });
+#else
     m_heldSocket->outsideReader([this] { Q_EMIT connected(); });
+#endif
 }
 
 void ZySslEchoClient::onDisConnected()

@@ -150,7 +150,7 @@ public:
      * one before it is under way; more with setCompressionThreads().
      */
     void setCompressionLevel(int level);
-    int compressionLevel() const;
+    int compressionLevel() const; ///< The level as it was set.
     /**
      * In how many threads of the library's own chunks are compressed: 0, the default, starts none
      * and compresses in the client's own thread, which meanwhile handles no events; up to 16; -1 is
@@ -163,7 +163,16 @@ public:
      * Takes effect with the next chunk.
      */
     void setCompressionThreads(int count);
-    int compressionThreads() const;
+    int compressionThreads() const; ///< The number as it was set.
+    /**
+     * How many chunks may be under way before the printer acknowledges them: 1, the default, to 16.
+     *
+     * Holds from the next START_FILE on, which says so under "window", with a printer that answers
+     * how many it bears; any other gets one chunk at a time. A further chunk is sent when the
+     * system has taken the one before, so that commands wait for little more than one.
+     */
+    void setWindow(int chunks);
+    int window() const; ///< The number as it was set.
     /// Computes the key of @p file and sends START_FILE; false when there is no key.
     bool sendFileStart(QFile &file, QString fileName);
     /// The file key from the last four bytes of @p file; empty when it cannot be read.
@@ -174,6 +183,8 @@ public:
     /// says; -1 before the first. Known from the first acknowledgement on, while the reply itself
     /// reaches jsonMessageReceived() only after the transfer.
     qint64 transferOffset() const;
+    /// How many chunks of that transfer may be under way at once; see setWindow().
+    int transferWindow() const;
     /// Cancels the transfer on the printer, answered by cancelFinished(). While unconnected it
     /// sends nothing and re-opens the last URL.
     void cancel();
@@ -237,7 +248,7 @@ private:
     void onWorkingLifeReply(const QJsonObject &reply);
 
     void open(const QUrl &url);
-    void sendFrom(QFile &file, qint64 offset, bool compress);
+    void sendFrom(QFile &file, const QJsonObject &reply);
     void sendChunks(QFile &file, bool compress);
     bool pumpOut();
     bool pumpUntil(const std::function<bool()> &hasCome);
@@ -250,16 +261,18 @@ private:
     bool m_isActiveClose = false;
     bool m_isCanceling = false;
     QUrl m_url;
-    bool m_hasDataReply = false;
+    int m_chunksUnderWay = 0; ///< chunks that no START_DATA has answered
     bool m_isTransferring = false;
     QTimer *m_timer;
     bool m_isPingPending = false;
     int m_pingCount = 0;
     int m_compressionLevel = -1;
     int m_compressionThreads = 0;
+    int m_window = 1;
     QString m_fileToken;
     QString m_fileDigest;
     qint64 m_transferOffset = -1;
+    int m_transferWindow = 1;
 
     std::unique_ptr<zyws::DeliveryQueue> m_deliveries;
     QQueue<QAbstractSocket::SocketState> m_waitingStates; ///< to be logged in turn

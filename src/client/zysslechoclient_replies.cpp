@@ -70,7 +70,7 @@ void ZySslEchoClient::onStartFileReply(const QJsonObject &reply)
 
 void ZySslEchoClient::onStartDataReply(const QJsonObject &reply)
 {
-    m_hasDataReply = true;
+    m_chunksUnderWay = qMax(0, m_chunksUnderWay - 1);
     Q_EMIT fileTransProgress(m_keyFileMap.value(reply.value(keys::key).toString()),
                              zyws::decimalValue(reply.value(keys::size)),
                              zyws::decimalValue(reply.value(keys::received)));

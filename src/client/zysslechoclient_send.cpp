@@ -53,6 +53,8 @@ bool ZySslEchoClient::sendFileStart(QFile &file, QString fileName)
     };
     if (!m_fileToken.isEmpty())
         request.insert(keys::token, m_fileToken);
+    if (m_window > 1)
+        request.insert(keys::window, m_window);
     if (!m_fileDigest.isEmpty())
         request.insert(keys::sha256, m_fileDigest);
     sendJsonMessage(request);
@@ -87,7 +89,7 @@ void ZySslEchoClient::beginTransFile(QJsonObject reply)
         const QString key = reply.value(keys::key).toString();
         const QString filePath = m_keyFileMap.value(key);
         QFile file(filePath);
-        m_hasDataReply = true;
+        m_chunksUnderWay = 0;
         m_isTransferring = true;
         if (!file.open(QIODevice::ReadOnly)) {
             Q_EMIT transError(-2, QString());
@@ -95,24 +97,24 @@ void ZySslEchoClient::beginTransFile(QJsonObject reply)
             // Deliberate: m_isTransferring stays set, so this client starts no further transfer.
             return;
         }
-        sendFrom(file, zyws::decimalValue(reply.value(keys::offset)),
-                 reply.value(keys::compress).toBool(false));
+        sendFrom(file, reply);
     } catch (const std::exception &) {
         // Deliberate: hosts know failures as signals only.
     }
 }
 
 /// The client may be deleted in any event pump.
-void ZySslEchoClient::sendFrom(QFile &file, qint64 offset, bool compress)
+void ZySslEchoClient::sendFrom(QFile &file, const QJsonObject &reply)
 {
     const zyws::WakeAfterwards wakeAfterwards;
     const QPointer<ZySslEchoClient> self(this);
     qCDebug(lcZyClient) << "start send";
     qCDebug(lcZyClient) << "_totalBytes = " << file.size();
-    file.seek(offset);
+    m_transferOffset = zyws::decimalValue(reply.value(keys::offset));
+    m_transferWindow = qBound(1, reply.value(keys::window).toInt(), m_window);
+    file.seek(m_transferOffset);
     m_isSending = true;
-    m_transferOffset = offset;
-    sendChunks(file, compress);
+    sendChunks(file, reply.value(keys::compress).toBool(false));
     if (!self)
         return;
     qCDebug(lcZyClient) << "send end";
@@ -121,8 +123,8 @@ void ZySslEchoClient::sendFrom(QFile &file, qint64 offset, bool compress)
     m_isTransferring = false;
 }
 
-/// The send loop: one chunk, then its acknowledgement. While a chunk is under way, the next one is
-/// read and compressed.
+/// The send loop: one chunk, then its acknowledgement, or that of an earlier one where the printer
+/// bears several chunks under way. While a chunk is under way, the next one is read and compressed.
 void ZySslEchoClient::sendChunks(QFile &file, bool compress)
 {
     const QPointer<ZySslEchoClient> self(this);
@@ -130,15 +132,20 @@ void ZySslEchoClient::sendChunks(QFile &file, bool compress)
     qint64 sentBytes = m_transferOffset;
     auto *dispatcher = QAbstractEventDispatcher::instance();
     zyws::LookAhead ahead(file, compress, [dispatcher] { dispatcher->wakeUp(); });
+    const auto hasTurn = [&] {
+        return m_chunksUnderWay == 0
+            || (m_chunksUnderWay < m_transferWindow && m_webSocket.bytesToWrite() == 0
+                && ahead.isReady() && !ahead.isAtEnd());
+    };
     for (;;) {
-        if (!pumpUntil([this] { return m_hasDataReply; }))
+        if (!pumpUntil(hasTurn))
             return;
-        ahead.acknowledged();
+        ahead.acknowledgedUpTo(m_chunksUnderWay);
         if (m_isCanceling) {
             sendJsonMessage({{keys::cmd, commands::cancelFile}});
             return;
         }
-        m_hasDataReply = false;
+        ++m_chunksUnderWay;
         ahead.prepare({m_compressionLevel, m_compressionThreads});
         if (!pumpUntil([&ahead] { return ahead.isReady(); }))
             return;
@@ -166,8 +173,9 @@ bool ZySslEchoClient::pumpOut()
     QTimer limit;
     limit.setSingleShot(true);
     limit.start(longest);
-    return pumpUntil(
-        [&] { return m_hasDataReply || m_webSocket.bytesToWrite() == 0 || !limit.isActive(); });
+    return pumpUntil([&] {
+        return m_chunksUnderWay == 0 || m_webSocket.bytesToWrite() == 0 || !limit.isActive();
+    });
 }
 
 /// Processes events until what the send loop waits for @p hasCome; false when the transfer is to
@@ -217,9 +225,24 @@ int ZySslEchoClient::compressionThreads() const
     return m_compressionThreads;
 }
 
+void ZySslEchoClient::setWindow(int chunks)
+{
+    m_window = qBound(1, chunks, 16);
+}
+
+int ZySslEchoClient::window() const
+{
+    return m_window;
+}
+
 qint64 ZySslEchoClient::transferOffset() const
 {
     return m_transferOffset;
+}
+
+int ZySslEchoClient::transferWindow() const
+{
+    return m_transferWindow;
 }
 
 void ZySslEchoClient::cancel()

@@ -65,6 +65,11 @@ bool LookAhead::isReady() const
     return !m_entries.empty() && m_entries.front().chunk.job->isDone();
 }
 
+bool LookAhead::isAtEnd() const
+{
+    return !m_entries.empty() && m_entries.front().chunk.size < 1;
+}
+
 LookAhead::Chunk LookAhead::take()
 {
     measure();
@@ -75,20 +80,31 @@ LookAhead::Chunk LookAhead::take()
                              static_cast<double>(now() - m_sentAt) / 1e9);
     if (m_shared)
         m_shared->advance(this, entry.position + entry.chunk.size);
-    m_sent = entry.chunk.job;
-    m_waitingSince = m_sentAt = now();
+    m_sentAt = now();
+    m_underWay.push_back({entry.chunk.job, m_sentAt});
     return entry.chunk;
 }
 
-void LookAhead::acknowledged()
+void LookAhead::acknowledgedUpTo(int underWay)
 {
-    if (m_sent && m_sent->effort().kind == Effort::Rung && !m_sent->hasFailed()) {
-        const auto seconds = static_cast<double>(now() - m_waitingSince) / 1e9;
-        m_controller.acknowledged(m_sent->effort().number, m_sent->size(), m_sent->payload().size(),
-                                  seconds);
-    }
-    m_isStarving = m_sent && !isReady();
-    m_sent.reset();
+    const auto left = static_cast<std::size_t>(underWay);
+    if (m_underWay.size() <= left)
+        return;
+    // A chunk has the line once the one before it has arrived. Those that were acknowledged at the
+    // same time have shared it.
+    const auto since = std::max(m_underWay.front().at, m_waitingSince);
+    const double seconds
+        = static_cast<double>(now() - since) / 1e9 / static_cast<double>(m_underWay.size() - left);
+    for (; m_underWay.size() > left; m_underWay.pop_front())
+        acknowledged(*m_underWay.front().job, seconds);
+    m_waitingSince = now();
+    m_isStarving = m_underWay.empty() && !isReady();
+}
+
+void LookAhead::acknowledged(const ChunkJob &job, double seconds)
+{
+    if (job.effort().kind == Effort::Rung && !job.hasFailed())
+        m_controller.acknowledged(job.effort().number, job.size(), job.payload().size(), seconds);
 }
 
 /// In this order: the size asks the system, and the time is then known as well.

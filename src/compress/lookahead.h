@@ -50,6 +50,8 @@ public:
     void prepare(const Compression &wanted);
     /// Whether the next chunk is compressed. False before prepare().
     bool isReady() const;
+    /// Whether the next chunk is none, since the file ends there as far as it has been read.
+    bool isAtEnd() const;
 
     /// A chunk whose turn has come.
     struct Chunk {
@@ -61,8 +63,8 @@ public:
 
     /// The next chunk, which isReady(). The caller sends it at once.
     Chunk take();
-    /// The chunk taken last has been acknowledged.
-    void acknowledged();
+    /// Of the chunks taken, all but the last @p underWay have been acknowledged.
+    void acknowledgedUpTo(int underWay);
 
 private:
     struct Entry {
@@ -72,6 +74,11 @@ private:
         bool isMeasured = false;
     };
 
+    struct Sent {
+        std::shared_ptr<ChunkJob> job;
+        qint64 at; ///< ns
+    };
+
     FileState fileState() const;
     void discardStale();
     void read(int level, int threads);
@@ -79,6 +86,7 @@ private:
     void compress(const std::shared_ptr<ChunkJob> &job, int threads);
     void share(int level);
     void measure();
+    void acknowledged(const ChunkJob &job, double seconds);
     qint64 now() const { return m_clock.nsecsElapsed(); }
 
     QFile &m_file;
@@ -90,8 +98,8 @@ private:
     std::deque<Entry> m_entries;
     LevelController m_controller;
     QElapsedTimer m_clock;
-    std::shared_ptr<ChunkJob> m_sent; ///< the chunk taken last
-    qint64 m_sentAt = 0; ///< ns
+    std::deque<Sent> m_underWay;
+    qint64 m_sentAt = 0; ///< ns: when the last chunk was taken
     bool m_isStarving = false; ///< the line waits for the next chunk
     qint64 m_waitingSince = 0; ///< ns: the line alone has been waited for from then on
 };

@@ -35,12 +35,12 @@ public:
     QString printRemainTime; ///< remaining print time
 
     // The six parameters that a PRINT_PARA_SET request carries.
-    QString initExposure;
-    QString delayLight;
-    QString printExposure;
-    QString printHeight;
-    QString eleSpeed;
-    QString bottomExposureNum;
+    QString initExposure; ///< exposure of a bottom layer
+    QString delayLight; ///< rest before an exposure
+    QString printExposure; ///< exposure of any other layer
+    QString printHeight; ///< how far the plate is lifted between two layers
+    QString eleSpeed; ///< how fast it is lifted
+    QString bottomExposureNum; ///< number of bottom layers
 
     QString layerThickness; ///< layer thickness of the job
     QString resin; ///< resin of the job

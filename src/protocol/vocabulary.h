@@ -37,6 +37,9 @@ inline constexpr QLatin1String checkstate = literal("checkstate");
 /// SHA-256 of the whole file, 64 hex digits; may be added to START_FILE. Deployed printers ignore
 /// it.
 inline constexpr QLatin1String sha256 = literal("sha256");
+/// Chunks that may be under way at once; may be added to START_FILE, and to the reply that accepts
+/// one with it. Deployed peers send neither.
+inline constexpr QLatin1String window = literal("window");
 
 // Print jobs, status, parameters and version.
 inline constexpr QLatin1String status = literal("status");

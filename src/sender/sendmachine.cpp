@@ -94,7 +94,7 @@ SendActions SendMachine::handle(const SendEvent &event)
             finish(Ending::Cancelled);
         break;
     case SendEvent::CancelRequested:
-        onCancelRequested(event.offset);
+        onCancelRequested(event);
         break;
     case SendEvent::LeaveRequested:
         finish(Ending::LeftForLater);
@@ -167,6 +167,7 @@ void SendMachine::onAcknowledged(const SendEvent &event)
 {
     if (!isTransferring())
         return;
+    m_window = event.window;
     if (m_state == State::Offering)
         onFirstAcknowledgement(event.offset);
     const qint64 expected = nextAcknowledgement();
@@ -252,6 +253,8 @@ void SendMachine::onAccepted(const SendEvent &event)
 
 void SendMachine::onDropped(const SendEvent &event)
 {
+    if (m_hasVerdict) // nothing is missing but the reply, which the client still holds back
+        return;
     // "Accepted" is known by the offset; a chunk has been taken in every other state.
     if (m_state == State::Offering && event.offset >= 0)
         ++m_fruitlessOffers;
@@ -295,13 +298,14 @@ bool SendMachine::canCancel() const
         && m_state != State::Cancelling && !(m_state == State::Sending && isLastChunkUnderWay());
 }
 
-void SendMachine::onCancelRequested(qint64 offset)
+void SendMachine::onCancelRequested(const SendEvent &event)
 {
     if (m_state == State::Cancelling)
         return;
+    m_window = event.window;
     // Accepted, with the first chunk under way.
-    if (m_state == State::Offering && offset >= 0)
-        onFirstAcknowledgement(offset);
+    if (m_state == State::Offering && event.offset >= 0)
+        onFirstAcknowledgement(event.offset);
     if (m_state == State::Ended)
         return;
     if (!isTransferring() && m_state != State::AwaitingVerdict) {
@@ -323,7 +327,7 @@ bool SendMachine::isTransferring() const
 /// The printer completes the file with it, and a cancel after that deletes the complete file.
 bool SendMachine::isLastChunkUnderWay() const
 {
-    return nextAcknowledgement() == m_result.total;
+    return m_acknowledged + m_window * chunkSize >= m_result.total;
 }
 
 qint64 SendMachine::nextAcknowledgement() const

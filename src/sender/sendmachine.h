@@ -23,13 +23,13 @@ struct SendEvent {
         ConnectFailed, ///< connectionFault, text; key: fingerprint of a refused certificate
         Dropped, ///< code: of the printer's close frame, 0 without one
         Refusal, ///< code: "errorcode"; wifiState
-        Acknowledged, ///< offset: where this transfer began; key, bytes: "received"; code
+        Acknowledged, ///< offset: where this transfer began; window; key, bytes: "received"; code
         Verdict, ///< key, offset, code: "checkstate"
         Accepted, ///< the START_FILE reply, which comes after its transfer: offset, key, text: name
         FileFailed, ///< fileFault
         TimeLimit,
         CancelConfirmed,
-        CancelRequested, ///< offset: where a transfer under way began, else -1
+        CancelRequested, ///< offset: where a transfer under way began, else -1; window
         LeaveRequested,
     };
 
@@ -38,6 +38,7 @@ struct SendEvent {
     QString text = {};
     bool isReading = false; ///< the digest is to be sent and is not known yet
     qint64 offset = -1;
+    int window = 1; ///< chunks that may be under way at once
     qint64 bytes = 0;
     int code = 0;
     int wifiState = 0;
@@ -109,7 +110,7 @@ private:
     void onAccepted(const SendEvent &event);
     void onDropped(const SendEvent &event);
     void onTimeLimit();
-    void onCancelRequested(qint64 offset);
+    void onCancelRequested(const SendEvent &event);
 
     bool isTransferring() const;
     bool isLastChunkUnderWay() const;
@@ -127,6 +128,7 @@ private:
     State m_state = State::Idle;
     bool m_wasConnected = false;
     QString m_key;
+    int m_window = 1; ///< chunks that may be under way at once
     qint64 m_acknowledged = 0; ///< in this attempt, its offset included
     qint64 m_acknowledgedBefore = 0; ///< in the attempt before that had anything acknowledged
     qint64 m_mostAcknowledged = 0; ///< over all attempts

@@ -15,6 +15,9 @@
 #include <QJsonObject>
 #include <QMutex>
 
+#include <algorithm>
+#include <limits>
+
 namespace zyws
 {
 
@@ -68,6 +71,7 @@ void SendWorker::cancel()
 {
     SendEvent event{SendEvent::CancelRequested};
     event.offset = transferOffset();
+    event.window = transferWindow();
     feed(event);
 }
 
@@ -98,9 +102,11 @@ void SendWorker::perform(const SendAction &action)
         m_client->sendFile(m_job.path, m_job.name);
         break;
     case SendAction::Cancel:
+        endRest();
         m_client->cancel();
         break;
     case SendAction::Drop:
+        endRest();
         dropConnection();
         break;
     case SendAction::StartTimer:
@@ -143,6 +149,7 @@ void SendWorker::connectToPrinter()
     m_client = openClient(m_job.printer, m_job.options.tlsTrust());
     m_client->setCompressionLevel(m_job.options.compressionLevel());
     m_client->setCompressionThreads(-1);
+    m_client->setWindow(2);
     m_client->setFileToken(m_job.options.token());
     const ZySslEchoClient *client = m_client.get();
     connect(client, &ZySslEchoClient::connected, this, &SendWorker::onConnected);
@@ -227,9 +234,11 @@ void SendWorker::onReply(const QJsonObject &reply)
             return;
         event.kind = SendEvent::Acknowledged;
         event.offset = transferOffset();
+        event.window = transferWindow();
         event.bytes = decimalValue(reply.value(keys::received));
         event.code = reply.value(keys::errorcode).toInt();
         feed(event);
+        pace(event.bytes);
     } else if (word == commands::checkData) {
         event.kind = SendEvent::Verdict;
         event.offset = transferOffset();
@@ -241,6 +250,38 @@ void SendWorker::onReply(const QJsonObject &reply)
                || (word.isEmpty() && reply.contains(keys::errorcode))) {
         onStartFileReply(reply);
     }
+}
+
+/// Keeps the client, which sends the next chunk after this slot, waiting until the limit allows it.
+void SendWorker::pace(qint64 acknowledged)
+{
+    constexpr double msPerSecond = 1000;
+    const qint64 limit = m_job.options.rateLimit();
+    if (limit == 0 || m_machine->state() != SendMachine::State::Sending)
+        return;
+    if (!m_sincePaced.isValid()) {
+        m_sincePaced.start();
+        m_pacedFrom = m_client->transferOffset();
+    }
+    const double due = static_cast<double>(acknowledged - m_pacedFrom) * msPerSecond
+        / static_cast<double>(limit);
+    const double longest = std::numeric_limits<int>::max() / 2;
+    const int rest
+        = static_cast<int>(std::min(due - static_cast<double>(m_sincePaced.elapsed()), longest));
+    if (rest <= 0)
+        return;
+    m_timeLimit.start(m_timeLimit.interval() + rest); // the printer does not stall meanwhile
+    QEventLoop loop;
+    m_rest = &loop;
+    QTimer::singleShot(rest, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void SendWorker::endRest()
+{
+    m_sincePaced.invalidate();
+    if (m_rest)
+        m_rest->quit();
 }
 
 /// A refusal comes at once; the reply that accepts comes after the transfer that it began.
@@ -288,6 +329,11 @@ bool SendWorker::feedSizeChange()
 qint64 SendWorker::transferOffset() const
 {
     return m_client ? m_client->transferOffset() : -1;
+}
+
+int SendWorker::transferWindow() const
+{
+    return m_client ? m_client->transferWindow() : 1;
 }
 
 } // namespace zyws

@@ -8,7 +8,10 @@
 #include "filedigest.h"
 #include "sendmachine.h"
 
+#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 #include <QUrl>
 
@@ -68,12 +71,15 @@ private:
     void onTransferError(int code);
     void onReply(const QJsonObject &reply);
     void onStartFileReply(const QJsonObject &reply);
+    void pace(qint64 acknowledged);
+    void endRest();
 
     void feed(const SendEvent &event);
     void perform(const SendAction &action);
     bool feedFileFault();
     bool feedSizeChange();
     qint64 transferOffset() const;
+    int transferWindow() const;
 
     const SendJob m_job;
     std::optional<SendMachine> m_machine; ///< once the file's size is known
@@ -82,6 +88,9 @@ private:
     std::optional<FileDigest> m_digest; ///< where one is to be sent
     QTimer m_timeLimit;
     QTimer m_connectWatch;
+    QElapsedTimer m_sincePaced; ///< since the first chunk of the attempt was acknowledged
+    qint64 m_pacedFrom = 0; ///< bytes acknowledged at that time
+    QPointer<QEventLoop> m_rest; ///< null while the sender does not rest
     std::atomic_bool m_canCancel{false};
 };
 

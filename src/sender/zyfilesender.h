@@ -43,7 +43,7 @@ public:
 
     /// Takes effect if called before start().
     void setOptions(const ZySendOptions &options);
-    ZySendOptions options() const;
+    ZySendOptions options() const; ///< those that hold for the transfer
 
     /// Checks the file and begins. Every failure arrives as finished(), never before this returns.
     /// Only the first call has an effect.

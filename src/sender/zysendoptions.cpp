@@ -20,6 +20,7 @@ struct ZySendOptions::Data : QSharedData {
     bool sendsDigest = false;
     ZyTlsTrust tlsTrust;
     int compressionLevel = ZySslEchoClient::Adaptive;
+    qint64 rateLimit = 0;
 };
 
 ZySendOptions::ZySendOptions() : d(new Data) { }
@@ -135,4 +136,14 @@ int ZySendOptions::compressionLevel() const
 void ZySendOptions::setCompressionLevel(int level)
 {
     d->compressionLevel = level;
+}
+
+qint64 ZySendOptions::rateLimit() const
+{
+    return d->rateLimit;
+}
+
+void ZySendOptions::setRateLimit(qint64 bytesPerSecond)
+{
+    d->rateLimit = qMax<qint64>(0, bytesPerSecond);
 }

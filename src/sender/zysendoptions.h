@@ -79,6 +79,11 @@ public:
     int compressionLevel() const;
     void setCompressionLevel(int level);
 
+    /// At most about so many bytes of the file in a second, on average: the sender rests between
+    /// chunks of 1 MiB; 0 for as fast as it goes. 0.
+    qint64 rateLimit() const;
+    void setRateLimit(qint64 bytesPerSecond);
+
 private:
     struct Data;
     QSharedDataPointer<Data> d;

@@ -18,6 +18,7 @@ class ZYWEBSOCKET_EXPORT ZySendResult
     Q_GADGET
 
 public:
+    /// How it ended.
     enum class Ending {
         Sent, ///< the printer holds the file and found it good, or has no opinion (check state 0)
         CheckFailed, ///< the printer holds the file and found it bad: checkState()
@@ -35,6 +36,7 @@ public:
     };
     Q_ENUM(Ending)
 
+    /// Why there was no connection.
     enum class ConnectionFault {
         None,
         BadAddress, ///< no ws:// or wss:// URL with a host
@@ -50,6 +52,7 @@ public:
     };
     Q_ENUM(ConnectionFault)
 
+    /// Why the file, or its name on the printer, cannot be sent.
     enum class FileFault {
         None,
         Missing,
@@ -81,13 +84,13 @@ public:
 
     /// Sent, of no bytes.
     ZySendResult();
-    explicit ZySendResult(const Data &data);
+    explicit ZySendResult(const Data &data); ///< the library's own
     ZySendResult(const ZySendResult &other);
     ZySendResult &operator=(const ZySendResult &other);
     ~ZySendResult();
 
-    Ending ending() const;
-    bool isSent() const { return ending() == Ending::Sent; }
+    Ending ending() const; ///< how it ended
+    bool isSent() const { return ending() == Ending::Sent; } ///< whether ending() is Sent
 
     /// The printer's verdict from CHECK_DATA: 1 good, 0 no opinion, anything else bad. Only with
     /// Sent and CheckFailed.
@@ -118,8 +121,8 @@ public:
     /// For people, in English, in a few words: "connection refused", "file is empty", "connection
     /// lost".
     static QString text(ConnectionFault fault);
-    static QString text(FileFault fault);
-    static QString text(Interruption why);
+    static QString text(FileFault fault); ///< The same for a fault of the file.
+    static QString text(Interruption why); ///< The same for an interruption.
 
     /// The whole result as one English sentence for people, without a full stop.
     QString sentence() const;

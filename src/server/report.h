@@ -17,6 +17,13 @@ inline void report(const ZyServerOptions &options, ZyServerOptions::Failure what
         handler(what, why);
 }
 
+inline void report(const ZyServerOptions &options, ZyServerOptions::Transfer what,
+                   const QString &name, const QString &peer)
+{
+    if (const auto handler = options.transferHandler())
+        handler(what, name, peer);
+}
+
 } // namespace zyws
 
 #endif // REPORT_H

@@ -144,7 +144,8 @@ private:
     QJsonObject printStartReply(int result, const QString &fileName) const;
     QJsonObject commandReply(int command, const QString &status) const;
     void beginReception(const QJsonObject &request);
-    bool resumeReception(const QString &key, const QString &name, QJsonObject &reply);
+    bool resumeReception(const QJsonObject &request, QJsonObject &reply);
+    void sendAcceptance(const QJsonObject &request, QJsonObject reply);
     bool createTemporaryFile(const QString &size);
     bool writeChunk(const QByteArray &message);
     bool openForData();
@@ -174,6 +175,7 @@ private:
     QString m_fileDir;
     QString m_key;
     QString m_fileName;
+    QString m_peer; ///< "address:port"
     QString m_tmpFileName;
     qint64 m_transFileSize = 0;
     qint64 m_transOffset = 0;

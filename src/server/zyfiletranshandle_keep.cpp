@@ -11,8 +11,6 @@
 #include "zyfiletranshandle.h"
 #include "zysslechoserver.h"
 
-#include <QWebSocket>
-
 #include <cstdio>
 
 using Failure = ZyServerOptions::Failure;
@@ -60,7 +58,6 @@ void ZyFileTransHandle::keepRecord()
     if (interval == 0 || m_transOffset >= m_transFileSize
         || m_transOffset - m_recordedOffset < interval)
         return;
-    m_socket->flush(); // the peer need not wait for the disk as well
     // A record vouches for the data before it.
     if (zyws::syncFile(m_server->options(), m_file))
         writeRecord();

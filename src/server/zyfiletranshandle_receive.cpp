@@ -13,6 +13,9 @@
 
 #include <QDataStream>
 #include <QDir>
+#include <QWebSocket>
+
+#include <utility>
 
 namespace keys = zyws::keys;
 
@@ -37,6 +40,8 @@ void ZyFileTransHandle::startFile(QJsonObject request)
     }
 
     m_isStarting = isApart;
+    zyws::report(m_server->options(), ZyServerOptions::Transfer::Accepted,
+                 request.value(keys::filename).toString(), m_peer);
     Q_EMIT fileTranStart();
     if (!guard.isServing())
         return;
@@ -62,7 +67,7 @@ void ZyFileTransHandle::beginReception(const QJsonObject &request)
     m_file.setFileName(m_tmpFileName);
     m_isCompleted = false;
     const QString name = request.value(keys::filename).toString();
-    if (m_file.exists() && resumeReception(key, name, reply))
+    if (m_file.exists() && resumeReception(request, reply))
         return;
     if (!createTemporaryFile(size)) {
         reply.insert(keys::errorcode, FILE_BUSY);
@@ -86,13 +91,15 @@ void ZyFileTransHandle::beginReception(const QJsonObject &request)
     reply.insert(keys::size, size);
     reply.insert(keys::offset, zyws::decimal(0));
     reply.insert(keys::key, key);
-    sendMessage(reply);
+    sendAcceptance(request, reply);
 }
 
-/// Answers with the resume record when its key is @p key. Replaces @p reply by the record even when
-/// it does not match.
-bool ZyFileTransHandle::resumeReception(const QString &key, const QString &name, QJsonObject &reply)
+/// Answers with the resume record when its key is that of @p request. Replaces @p reply by the
+/// record even when it does not match.
+bool ZyFileTransHandle::resumeReception(const QJsonObject &request, QJsonObject &reply)
 {
+    const QString key = request.value(keys::key).toString();
+    const QString name = request.value(keys::filename).toString();
     if (m_server->options().keepsTransfersApart() && !hasWholeRecord(key)
         && !restoreRecord(key, name))
         return false;
@@ -100,12 +107,21 @@ bool ZyFileTransHandle::resumeReception(const QString &key, const QString &name,
     reply.insert(keys::compress, m_isCompress);
     if (reply.value(keys::key).toString() != key)
         return false;
-    sendMessage(reply);
+    sendAcceptance(request, reply);
     m_lostFrom.reset();
     m_recordedOffset = m_transOffset;
     m_isReceiving = true;
     removePcModelFile(m_fileDir);
     return true;
+}
+
+/// Names a window to senders that ask for one; deployed ones see the deployed reply.
+void ZyFileTransHandle::sendAcceptance(const QJsonObject &request, QJsonObject reply)
+{
+    const int window = m_server->options().window();
+    if (window > 1 && request.contains(keys::window))
+        reply.insert(keys::window, window);
+    sendMessage(reply);
 }
 
 bool ZyFileTransHandle::createTemporaryFile(const QString &size)
@@ -128,6 +144,8 @@ void ZyFileTransHandle::processBinary(QByteArray message)
         {keys::size, zyws::decimal(m_transFileSize)},
         {keys::received, zyws::decimal(m_transOffset)},
     });
+    // The peer need wait neither for the disk nor for a chunk that has arrived meanwhile.
+    m_socket->flush();
     if (m_transOffset >= m_transFileSize)
         completeReception();
     else
@@ -236,7 +254,7 @@ void ZyFileTransHandle::cancelFile(QJsonObject request)
     // Then the file is another connection's, or finished, or the one being printed.
     if (m_server->options().keepsTransfersApart() && (!m_isReceiving || m_isCompleted))
         m_file.setFileName({});
-    m_isReceiving = false;
+    const bool wasReceiving = std::exchange(m_isReceiving, false);
     if (m_file.exists()) {
         // Deliberate: the counters are reset only when the file was open.
         if (m_file.isOpen()) {
@@ -247,5 +265,7 @@ void ZyFileTransHandle::cancelFile(QJsonObject request)
         m_file.remove();
     }
     sendMessage(request);
+    zyws::report(m_server->options(), ZyServerOptions::Transfer::Cancelled,
+                 wasReceiving ? m_fileName : QString(), m_peer);
     Q_EMIT cancle();
 }

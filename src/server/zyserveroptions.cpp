@@ -6,6 +6,7 @@
 
 #include "tlsidentity.h"
 
+#include <QHostAddress>
 #include <QSslConfiguration>
 
 namespace
@@ -17,6 +18,7 @@ constexpr qint64 MiB = 1024 * KiB;
 } // namespace
 
 struct ZyServerOptions::Data : QSharedData {
+    QHostAddress listenAddress;
     int maxConnections = 0;
     bool checksOrigin = false;
     QStringList allowedOrigins;
@@ -38,7 +40,9 @@ struct ZyServerOptions::Data : QSharedData {
     qint64 recordInterval = 0;
     bool syncsToDisk = false;
     bool checksDigest = false;
+    int window = 0;
     FailureHandler failureHandler;
+    TransferHandler transferHandler;
 };
 
 ZyServerOptions::ZyServerOptions() : d(new Data) { }
@@ -77,6 +81,16 @@ QString ZyServerOptions::useTls(const QString &certFile, const QString &keyFile)
     if (fault.isEmpty())
         d->tls = configuration;
     return fault;
+}
+
+QHostAddress ZyServerOptions::listenAddress() const
+{
+    return d->listenAddress;
+}
+
+void ZyServerOptions::setListenAddress(const QHostAddress &address)
+{
+    d->listenAddress = address;
 }
 
 int ZyServerOptions::maxConnections() const
@@ -284,6 +298,16 @@ void ZyServerOptions::setChecksDigest(bool check)
     d->checksDigest = check;
 }
 
+int ZyServerOptions::window() const
+{
+    return d->window;
+}
+
+void ZyServerOptions::setWindow(int chunks)
+{
+    d->window = qMax(0, chunks);
+}
+
 ZyServerOptions::FailureHandler ZyServerOptions::failureHandler() const
 {
     return d->failureHandler;
@@ -292,4 +316,14 @@ ZyServerOptions::FailureHandler ZyServerOptions::failureHandler() const
 void ZyServerOptions::setFailureHandler(const FailureHandler &handler)
 {
     d->failureHandler = handler;
+}
+
+ZyServerOptions::TransferHandler ZyServerOptions::transferHandler() const
+{
+    return d->transferHandler;
+}
+
+void ZyServerOptions::setTransferHandler(const TransferHandler &handler)
+{
+    d->transferHandler = handler;
 }

@@ -13,6 +13,7 @@
 
 #include "zywebsocket_export.h"
 
+class QHostAddress;
 class QSslConfiguration;
 
 /**
@@ -38,6 +39,10 @@ public:
     static ZyServerOptions hardened();
 
     // Admission.
+
+    /// The address of this machine on which the server listens; a null one: all of them. Null.
+    QHostAddress listenAddress() const;
+    void setListenAddress(const QHostAddress &address);
 
     /// A connection beyond this number is closed right after its handshake; of those still shaking
     /// hands as many are kept, the latest. 64.
@@ -87,7 +92,7 @@ public:
     /// Asked for each plain name; false refuses it as well. Runs in the server's thread and must
     /// not spin the event loop. Not set.
     using NameFilter = std::function<bool(const QString &name)>;
-    NameFilter nameFilter() const;
+    NameFilter nameFilter() const; ///< The function; empty when none is set.
     void setNameFilter(const NameFilter &filter);
 
     /// START_FILE is refused unless its "size" is a decimal number from 1 to so many bytes; 0: any.
@@ -149,8 +154,15 @@ public:
     bool checksDigest() const;
     void setChecksDigest(bool check);
 
+    /// Chunks that a sender may have under way before they are acknowledged, each 1 MiB of memory.
+    /// Announced as "window" in the reply that accepts a START_FILE with that key; below 2 nothing
+    /// is announced. Not set, since it protects nothing.
+    int window() const;
+    void setWindow(int chunks);
+
     // Reports.
 
+    /// What went wrong.
     enum class Failure {
         Refused, ///< a request did not pass these options
         Dropped, ///< a connection was ended because of them
@@ -162,8 +174,21 @@ public:
     /// Called in the server's thread when the server itself turns something down or loses it, with
     /// a reason for people. Must not spin the event loop nor delete the server. Not set.
     using FailureHandler = std::function<void(Failure what, const QString &why)>;
-    FailureHandler failureHandler() const;
+    FailureHandler failureHandler() const; ///< The function; empty when none is set.
     void setFailureHandler(const FailureHandler &handler);
+
+    enum class Transfer {
+        Accepted, ///< before fileTranStart()
+        Cancelled, ///< before cancle(); @p name is empty when none was under way
+        Interrupted, ///< before fileTranDisconnet()
+    };
+    /// Called in the server's thread with what those signals do not say: the name under which the
+    /// file was offered, and the peer as "address:port". Must not spin the event loop nor delete
+    /// the server. Not set.
+    using TransferHandler
+        = std::function<void(Transfer what, const QString &name, const QString &peer)>;
+    TransferHandler transferHandler() const;
+    void setTransferHandler(const TransferHandler &handler);
 
 private:
     struct Data;

@@ -10,6 +10,7 @@
 #include "linkoptions.h"
 #include "liveness.h"
 #include "messagelimits.h"
+#include "report.h"
 #include "serverlog.h"
 #include "zyfiletranshandle.h"
 
@@ -23,6 +24,21 @@
 #include <utility>
 
 Q_LOGGING_CATEGORY(lcZyServer, "zywebsocket.server", QtDebugMsg)
+
+namespace
+{
+
+/// "192.168.1.20:50000", asked for while the connection is open: it is forgotten with its end.
+QString peerText(const QWebSocket &socket)
+{
+    bool isIPv4 = false;
+    const quint32 address = socket.peerAddress().toIPv4Address(&isIPv4);
+    return (isIPv4 ? QHostAddress(address).toString()
+                   : QLatin1Char('[') + socket.peerAddress().toString() + QLatin1Char(']'))
+        + QLatin1Char(':') + QString::number(socket.peerPort());
+}
+
+} // namespace
 
 /**
  * The scope in which one connection's message is handled, and so gets the replies. Scopes nest when
@@ -82,8 +98,10 @@ ZySslEchoServer::ZySslEchoServer(quint16 port, const QString &fileDir,
 
 void ZySslEchoServer::listen(quint16 port)
 {
-    const bool isThere = m_admission ? m_admission->listen(QHostAddress::Any, port)
-                                     : m_pWebSocketServer->listen(QHostAddress::Any, port);
+    const QHostAddress wanted = m_options.listenAddress();
+    const QHostAddress address = wanted.isNull() ? QHostAddress(QHostAddress::Any) : wanted;
+    const bool isThere = m_admission ? m_admission->listen(address, port)
+                                     : m_pWebSocketServer->listen(address, port);
     if (isThere) {
         if (!m_admission)
             zyws::setLinkOptions(*m_pWebSocketServer);
@@ -197,6 +215,7 @@ ZyWebHandle *ZySslEchoServer::createHandle(QWebSocket *socket)
 {
     auto *handle = new ZyFileTransHandle(this, socket);
     handle->m_fileDir = m_fileDir;
+    handle->m_peer = peerText(*socket);
     connect(handle, &ZyFileTransHandle::finish, this, [this](const QString &path, int &checkState) {
         const Serving relaying(this, nullptr);
         onFinish(path, checkState);
@@ -302,6 +321,9 @@ bool ZySslEchoServer::endHandle(QWebSocket *socket)
     const bool isAlreadyEnding = std::exchange(handle->m_isAbandoned, true);
     if (handle->status() == ZyWebHandle::ReceivingFile && !isAlreadyEnding) {
         const QPointer<ZySslEchoServer> self(this);
+        if (const auto *receiving = qobject_cast<ZyFileTransHandle *>(handle.data()))
+            zyws::report(m_options, ZyServerOptions::Transfer::Interrupted, receiving->m_fileName,
+                         receiving->m_peer);
         Q_EMIT fileTranDisconnet();
         if (!self)
             return false;

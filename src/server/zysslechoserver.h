@@ -66,10 +66,12 @@ public:
      *
      * A port that cannot be had is not reported: the object lives on and isListening() is false.
      *
+     * @param port from 0 to 65535.
      * @param certFile path of a PEM certificate; may be missing.
      * @param keyFile path of a PEM RSA key without pass phrase; may be missing.
      * @param fileDir absolute path of the directory for received files and for prints.
      * @param wifiFileState kept and never used; may be null.
+     * @param parent the owner, if any.
      */
     ZySslEchoServer(quint16 port, QString certFile, QString keyFile, QString fileDir,
                     WifiFileState *wifiFileState, QObject *parent = nullptr);
@@ -132,6 +134,7 @@ Q_SIGNALS:
     /**
      * START_FILE: may a file be received? Answer 1: yes; -1: the token is not accepted; anything
      * else, the initial 0 included: no.
+     * @param printState the answer.
      * @param token the request's token, empty when it had none.
      * @param needCheckToken whether the request carried a token at all.
      */

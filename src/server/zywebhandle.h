@@ -59,7 +59,7 @@ protected:
     class HandleGuard;
 
     ZySslEchoServer *m_server; ///< null when the parent is not a server
-    QWebSocket *m_socket;
+    QWebSocket *m_socket; ///< the connection's; the server owns it
 
 private:
     friend class ZySslEchoServer;

@@ -87,14 +87,6 @@ void resetByPeer(RawSession &session)
     session.printer.reset();
 }
 
-/// A port of this machine without a listener.
-QUrl deadUrl()
-{
-    QTcpServer server;
-    server.listen(QHostAddress::LocalHost);
-    return QUrl(QStringLiteral("ws://127.0.0.1:%1").arg(server.serverPort()));
-}
-
 } // namespace
 
 void LifecycleTest::opensTheConnectionInItsConstructor()
@@ -309,7 +301,7 @@ void LifecycleTest::handlesMessagesBeforeTheDropThatFollowsThem()
 void LifecycleTest::aFirstAttemptThatFailsEmitsNothing()
 {
     zytest::LogCapture log;
-    ZySslEchoClient client(deadUrl());
+    ZySslEchoClient client{QUrl(zytest::deadUrl())};
     zytest::SignalTrace trace(client);
 
     WAIT_COMPARE(client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
@@ -330,7 +322,7 @@ void LifecycleTest::aLaterAttemptThatFailsIsADisconnect()
     session.client.close();
     session.trace.clear();
 
-    session.client.openWithUrl(deadUrl());
+    session.client.openWithUrl(QUrl(zytest::deadUrl()));
 
     WAIT_COMPARE(session.client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
     WAIT_COMPARE(session.trace.lines(), QStringList{disconnectedLine});
@@ -350,7 +342,7 @@ void LifecycleTest::anInvalidUrlEmitsNothing()
 void LifecycleTest::closeWhileUnconnectedTurnsTheNextDropIntoPauseSuccess()
 {
     zytest::LogCapture log;
-    ZySslEchoClient client(deadUrl());
+    ZySslEchoClient client{QUrl(zytest::deadUrl())};
     zytest::SignalTrace trace(client);
     WAIT_COMPARE(client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
     ScriptedPrinter printer;

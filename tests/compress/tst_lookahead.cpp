@@ -88,7 +88,7 @@ struct Reading {
                 break;
             payloads.append(chunk.payload());
             ahead->prepare(compression);
-            ahead->acknowledged();
+            ahead->acknowledgedUpTo(0);
         }
         return payloads;
     }

@@ -97,7 +97,7 @@ async def main():
                 await run(slicer, "send", path, "--to", url, "--as", "part.zydlp")
                 assert printer.files["part.zydlp"] == data
                 offer = next(r for r in printer.requests if r["cmd"] == "START_FILE")
-                assert offer == {"cmd": "START_FILE", "filename": "part.zydlp", "offset": "0",
+                assert offer == {"cmd": "START_FILE", "filename": "part.zydlp", "offset": "0", "window": 2,
                                  "size": str(len(data)), "key": wire.file_key(data),
                                  "sha256": hashlib.sha256(data).hexdigest()}, offer
 

@@ -113,7 +113,9 @@ int main(int argc, char **argv)
         limitFileSize(parser.value(fileLimit).toULongLong());
 
     const QString directory = parser.positionalArguments().constFirst();
-    ZySslEchoServer server(0, {}, {}, directory, nullptr);
+    ZyServerOptions options; // as deployed, but for what this run of the tests wants
+    options.setWindow(qEnvironmentVariableIntValue("ZYTEST_WINDOW"));
+    ZySslEchoServer server(0, directory, options);
     connectHost(server, directory);
     quitWithStandardInput();
     printEvent("listening", {{QStringLiteral("port"), server.serverPort()}});

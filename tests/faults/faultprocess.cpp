@@ -5,9 +5,6 @@
 #include "faultprocess.h"
 
 #include <QJsonDocument>
-#include <QTest>
-
-#include <cstdio>
 
 namespace zytest
 {
@@ -15,64 +12,43 @@ namespace zytest
 FaultProcess::FaultProcess(const QString &program, const QStringList &arguments,
                            const QStringList &wrapper)
 {
-    QObject::connect(&m_process, &QProcess::readyReadStandardOutput, &m_process,
-                     [this] { readEvents(); });
-    QObject::connect(&m_process, &QProcess::readyReadStandardError, &m_process,
-                     [this] { m_transcript += m_process.readAllStandardError(); });
     QStringList command = wrapper;
     command.append(program);
     command.append(arguments);
-    m_process.start(command.takeFirst(), command);
-    m_process.waitForStarted(patience);
+    const QString first = command.takeFirst();
+    start(first, command);
 }
 
 FaultProcess::~FaultProcess()
 {
-    m_process.disconnect();
     quit();
-    if (QTest::currentTestFailed())
-        std::fprintf(stderr, "%s printed:\n%s", qPrintable(m_process.program()),
-                     m_transcript.constData());
-}
-
-void FaultProcess::kill()
-{
-    m_process.kill();
-    m_process.waitForFinished(patience);
 }
 
 bool FaultProcess::quit()
 {
-    m_process.closeWriteChannel();
+    process().closeWriteChannel();
     if (waitForEnd())
         return true;
     kill();
     return false;
 }
 
-bool FaultProcess::waitForEnd(int timeout)
+const QVector<QJsonObject> &FaultProcess::events() const
 {
-    return waitUntil([this] { return m_process.state() == QProcess::NotRunning; }, timeout);
-}
-
-int FaultProcess::exitCode() const
-{
-    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
-}
-
-void FaultProcess::readEvents()
-{
-    while (m_process.canReadLine()) {
-        const QByteArray line = m_process.readLine();
-        m_transcript += line;
-        m_events.append(QJsonDocument::fromJson(line).object());
+    // The last line may not be whole yet.
+    const int whole = static_cast<int>(output().lastIndexOf('\n')) + 1;
+    for (const QByteArray &line : output().mid(m_parsedBytes, whole - m_parsedBytes).split('\n')) {
+        if (!line.isEmpty())
+            m_events.append(QJsonDocument::fromJson(line).object());
     }
+    m_parsedBytes = whole;
+    return m_events;
 }
 
 QVector<QJsonObject> FaultProcess::events(const char *name) const
 {
     QVector<QJsonObject> matching;
-    for (const QJsonObject &event : m_events) {
+    for (const QJsonObject &event : events()) {
         if (event.value(QLatin1String("event")) == QLatin1String(name))
             matching.append(event);
     }

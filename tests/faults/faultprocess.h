@@ -5,38 +5,27 @@
 #ifndef FAULTPROCESS_H
 #define FAULTPROCESS_H
 
-#include <QJsonObject>
-#include <QProcess>
-#include <QStringList>
-#include <QVector>
+#include "childprocess.h"
 
-#include "waiting.h"
+#include <QJsonObject>
+#include <QVector>
 
 namespace zytest
 {
 
-class FaultProcess
+class FaultProcess : public ChildProcess
 {
 public:
     /// Starts @p program; @p wrapper is a command before it, to run it under (unshare, valgrind).
     FaultProcess(const QString &program, const QStringList &arguments,
                  const QStringList &wrapper = {});
-    /// Asks the program to quit, by ending its standard input, and kills it when it does not. Shows
-    /// what it printed when the test has failed.
-    ~FaultProcess();
+    ~FaultProcess() override;
 
-    /// SIGKILL.
-    void kill();
-    /// Ends its standard input and waits; false when it had to be killed.
+    /// Asks the program to quit, by ending its standard input; false when it had to be killed.
     bool quit();
-    /// Waits for its end by itself.
-    bool waitForEnd(int timeout = 4 * patience);
-    int exitCode() const;
-    bool isRunning() const { return m_process.state() == QProcess::Running; }
-    qint64 pid() const { return m_process.processId(); }
 
     /// All events so far.
-    const QVector<QJsonObject> &events() const { return m_events; }
+    const QVector<QJsonObject> &events() const;
     /// The events called @p name so far.
     QVector<QJsonObject> events(const char *name) const;
     /// Waits until there are @p count of them.
@@ -44,14 +33,11 @@ public:
 
 protected:
     /// To its standard input.
-    void write(const QByteArray &bytes) { m_process.write(bytes); }
+    void write(const QByteArray &bytes) { process().write(bytes); }
 
 private:
-    void readEvents();
-
-    QProcess m_process;
-    QByteArray m_transcript;
-    QVector<QJsonObject> m_events;
+    mutable QVector<QJsonObject> m_events;
+    mutable int m_parsedBytes = 0;
 };
 
 /// The printer's process.

@@ -17,10 +17,8 @@ namespace zytest
 bool works(QStringList wrapper)
 {
     wrapper.append(QStringLiteral("true"));
-    QProcess trial;
-    trial.start(wrapper.takeFirst(), wrapper);
-    return trial.waitForFinished(patience) && trial.error() == QProcess::UnknownError
-        && trial.exitCode() == 0;
+    const QString program = wrapper.takeFirst();
+    return runProgram(program, wrapper).exitCode == 0;
 }
 
 PrinterUnderTest::PrinterUnderTest() : m_seenDirectory(m_directory.path()) { }

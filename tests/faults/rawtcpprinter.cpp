@@ -52,7 +52,7 @@ void RawTcpPrinter::accept()
 void RawTcpPrinter::speakTo(QTcpSocket *client, const QByteArray &request)
 {
     constexpr char header[] = "Sec-WebSocket-Key: ";
-    const int start = request.indexOf(header) + static_cast<int>(sizeof header) - 1;
+    const auto start = request.indexOf(header) + static_cast<int>(sizeof header) - 1;
     const QByteArray key = request.mid(start, request.indexOf('\r', start) - start);
     const QByteArray accept = QCryptographicHash::hash(key + "258EAFA5-E914-47DA-95CA-C5AB0DC85B11",
                                                        QCryptographicHash::Sha1)

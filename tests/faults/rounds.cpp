@@ -32,6 +32,11 @@ int rounds(int usual)
     return isSanitized() ? std::max(1, usual / 5) : usual;
 }
 
+int window()
+{
+    return std::max(1, qEnvironmentVariableIntValue("ZYTEST_WINDOW"));
+}
+
 QString digestOf(const QByteArray &contents)
 {
     return QString::fromLatin1(QCryptographicHash::hash(contents, QCryptographicHash::Md5).toHex());

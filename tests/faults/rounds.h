@@ -22,6 +22,9 @@ bool isSanitized();
 /// How many rounds to do: @p usual, a fifth of it with sanitizers, ten times as many in a soak.
 int rounds(int usual);
 
+/// How many chunks the printers of this run announce that they bear under way: ZYTEST_WINDOW, or 1.
+int window();
+
 /// As the host reports a finished file.
 QString digestOf(const QByteArray &contents);
 

@@ -66,8 +66,9 @@ void TestDisk::startSmallDisk(qint64 bytes)
     if (!works(disk))
         QSKIP("This system does not let us mount a small disk (unshare, mount, tmpfs)");
     QVERIFY(m_printer->start({}, disk));
-    m_printer->setSeenDirectory(
-        QStringLiteral("/proc/%1/root%2").arg(m_printer->host().pid()).arg(m_printer->directory()));
+    m_printer->setSeenDirectory(QStringLiteral("/proc/%1/root%2")
+                                    .arg(m_printer->host().processId())
+                                    .arg(m_printer->directory()));
 }
 
 void TestDisk::sizeBeyondTheDiskIsRefused()

@@ -6,13 +6,14 @@
 #include "malformed.h"
 #include "modelfiles.h"
 #include "rawpeer.h"
+#include "rawprinter.h"
 #include "rawtcppeer.h"
-#include "rawtcpprinter.h"
 #include "rounds.h"
 #include "scriptedprinter.h"
 #include "testprogram.h"
 #include "vocabulary.h"
 
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -198,14 +199,18 @@ void TestHostile::slicerSurvivesMalformedFrames()
 {
     Malformed malformed(4, {});
     const QByteArray proper = QByteArrayLiteral("\x81\x0f{\"version\":\"1\"}");
-    bool isProper = false;
-    RawTcpPrinter printer([&] { return isProper ? proper : malformed.frames(false); });
+    RawPrinter printer;
+    printer.setAnswersPings(false);
+    printer.setAnswersClose(false);
+    printer.setGreeting(malformed.frames(false));
+    const QSignalSpy opened(&printer, &RawPrinter::peerConnected);
     ListenerProcess listener(printer.url().toString(), m_file);
-    for (int i = 1; i <= rounds(rawConnectionCount); ++i) {
-        QVERIFY(waitUntil([&] { return printer.connectionCount() >= i; }));
+    const int count = rounds(rawConnectionCount);
+    for (int i = 1; i <= count; ++i) {
+        QVERIFY(waitUntil([&] { return opened.size() >= i; }));
+        printer.setGreeting(i < count ? malformed.frames(false) : proper);
         printer.hangUp();
     }
-    isProper = true;
     QVERIFY(listener.waitForEvents("checkVersion"));
     QVERIFY(listener.quit());
     QCOMPARE(listener.exitCode(), 0);

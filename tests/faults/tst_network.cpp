@@ -95,7 +95,7 @@ void TestNetwork::arrivesThoughTheLinkWasDown()
     const QTemporaryDir directory;
     HostProcess host(directory.path(), {}, {QStringLiteral("unshare"), QStringLiteral("--net")});
     QVERIFY(host.port() != 0);
-    QVERIFY(layCable(host.pid()));
+    QVERIFY(layCable(host.processId()));
 
     // Connecting fails at once while the link is down, and the printer takes long to notice.
     SenderProcess sender(

@@ -9,6 +9,7 @@
 
 #include <QHostAddress>
 #include <QJsonDocument>
+#include <QTcpServer>
 #include <QWebSocketServer>
 
 namespace zytest
@@ -36,6 +37,8 @@ QJsonObject startFileReply(const QJsonObject &request, const TransferRules &rule
         reply.insert(key, request.value(key));
     if (rules.offset == 0)
         reply.insert(QStringLiteral("errorcode"), 0);
+    if (rules.window != 0)
+        reply.insert(QStringLiteral("window"), rules.window);
     return reply;
 }
 
@@ -65,6 +68,13 @@ QJsonObject cancelFileReply()
         {QStringLiteral("cmd"), QStringLiteral("CANCEL_FILE")},
         {QStringLiteral("errorcode"), 0},
     };
+}
+
+QString deadUrl()
+{
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost);
+    return QStringLiteral("ws://127.0.0.1:%1").arg(server.serverPort());
 }
 
 QString compactText(const QJsonObject &message)

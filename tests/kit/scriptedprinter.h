@@ -28,6 +28,7 @@ struct TransferRules {
     qint64 offset = 0; ///< bytes it claims to hold already; not 0 gives the resumed form
     int checkState = 1;
     bool acknowledges = true; ///< false: no answer to chunks
+    int window = 0; ///< announced, unless 0
 };
 
 // A printer's replies, spelled as they travel.
@@ -35,6 +36,9 @@ QJsonObject startFileReply(const QJsonObject &request, const TransferRules &rule
 QJsonObject startDataReply(const QString &key, qint64 size, qint64 received);
 QJsonObject checkDataReply(const QString &key, int checkState);
 QJsonObject cancelFileReply();
+
+/// A URL at which nobody listens.
+QString deadUrl();
 
 QString compactText(const QJsonObject &message);
 QJsonObject objectIn(const QString &text);

@@ -4,7 +4,7 @@
 
 #include "printerpanel.h"
 #include "printerprocess.h"
-#include "samplemodel.h"
+#include "programs.h"
 #include "testsettings.h"
 #include "windowdriver.h"
 
@@ -93,7 +93,7 @@ void TestPanelCertificates::asksAboutAnUnknownCertificateAndRemembersIt()
         QVERIFY(user.awaitLink(Link::Open));
         QVERIFY(user.awaitTitle(QStringLiteral("Ready")));
         // Files go on a connection of their own.
-        QVERIFY(user.drop(sampleModel(m_directory, 20)));
+        QVERIFY(user.drop(makeModel(m_directory.filePath(QStringLiteral("sphere.zydlp")), 20)));
         QVERIFY(user.click("send"));
         QVERIFY(user.awaitUpload(State::Sent));
     }

@@ -3,7 +3,7 @@
 // What the window says when something is wrong, with a real printer process where there is one.
 
 #include "printerprocess.h"
-#include "samplemodel.h"
+#include "programs.h"
 #include "testsettings.h"
 #include "windowdriver.h"
 
@@ -110,7 +110,7 @@ void TestPanelExplains::aFailedPrintIsExplained()
                             QStringLiteral("--speed"), QStringLiteral("1000")});
     WindowDriver user;
     QVERIFY(user.connectTo(printer.url().toString()));
-    QVERIFY(user.drop(sampleModel(m_directory, 40)));
+    QVERIFY(user.drop(makeModel(m_directory.filePath(QStringLiteral("sphere.zydlp")), 40)));
     QVERIFY(user.click("send"));
     QVERIFY(user.click("startPrint"));
     QVERIFY(user.awaitTitle(QStringLiteral("Print failed")));

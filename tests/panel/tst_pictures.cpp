@@ -7,7 +7,7 @@
 #include "printercontrol.h"
 #include "printerpanel.h"
 #include "printerprocess.h"
-#include "samplemodel.h"
+#include "programs.h"
 #include "testsettings.h"
 #include "upload.h"
 
@@ -147,7 +147,7 @@ void TestPanelPictures::initTestCase()
     QVERIFY(QDir().mkpath(QStringLiteral(PICTURES)));
     // So that the pictures show no path.
     QVERIFY(QDir::setCurrent(m_directory.path()));
-    QVERIFY(!sampleModel(m_directory, 240).isEmpty());
+    QVERIFY(!makeModel(m_directory.filePath(QStringLiteral("sphere.zydlp")), 240).isEmpty());
     QFont font(QStringLiteral("DejaVu Sans"));
     font.setPixelSize(13);
     QApplication::setFont(font);

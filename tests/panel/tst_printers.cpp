@@ -4,8 +4,8 @@
 
 #include "layerplot.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "restartableprinter.h"
-#include "samplemodel.h"
 #include "testsettings.h"
 #include "windowdriver.h"
 
@@ -163,7 +163,7 @@ void TestPanelPrinters::nothingOfOnePrinterIsShownOfTheNext()
     const PrinterProcess second;
     WindowDriver user;
     QVERIFY(user.connectTo(first.url().toString()));
-    QVERIFY(user.drop(sampleModel(m_directory, 400)));
+    QVERIFY(user.drop(makeModel(m_directory.filePath(QStringLiteral("sphere.zydlp")), 400)));
     QVERIFY(user.click("send"));
     QVERIFY(user.click("startPrint"));
     QVERIFY(user.awaitTitle(QStringLiteral("Printing")));

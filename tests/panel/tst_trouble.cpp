@@ -3,7 +3,7 @@
 // The window while a printer process is slow, frozen, cut off or busy checking.
 
 #include "printerprocess.h"
-#include "samplemodel.h"
+#include "programs.h"
 #include "testsettings.h"
 #include "windowdriver.h"
 
@@ -82,7 +82,7 @@ private:
 
 void TestPanelTrouble::initTestCase()
 {
-    m_model = sampleModel(m_directory, 400);
+    m_model = makeModel(m_directory.filePath(QStringLiteral("sphere.zydlp")), 400);
     QVERIFY(!m_model.isEmpty());
 }
 

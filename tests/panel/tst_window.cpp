@@ -5,8 +5,8 @@
 #include "eventlog.h"
 #include "printerpanel.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "restartableprinter.h"
-#include "samplemodel.h"
 #include "testsettings.h"
 #include "windowdriver.h"
 

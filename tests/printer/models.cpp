@@ -67,17 +67,3 @@ QByteArray craftedModel(ModelHeader header, const QVector<QByteArray> &codes)
     QDataStream(&trailer, QIODevice::WriteOnly) << zymodel::checksum(head);
     return head + data + trailer;
 }
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    file.open(QIODevice::ReadOnly);
-    return file.readAll();
-}

@@ -5,6 +5,7 @@
 #ifndef MODELS_H
 #define MODELS_H
 
+#include "modelfiles.h"
 #include "modelheader.h"
 
 #include <QByteArray>
@@ -23,8 +24,7 @@ QByteArray smallModel(int layers);
 /// A file whose CRCs are all right, with whatever codes are given.
 QByteArray craftedModel(zymodel::ModelHeader header, const QVector<QByteArray> &codes);
 
-/// Writes @p bytes to @p path; fails the test when that does not work.
-void writeFile(const QString &path, const QByteArray &bytes);
-QByteArray readFile(const QString &path);
+using zytest::readFile;
+using zytest::writeFile;
 
 #endif // MODELS_H

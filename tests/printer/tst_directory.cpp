@@ -4,6 +4,7 @@
 
 #include "models.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "slicer.h"
 #include "testprogram.h"
 
@@ -68,7 +69,7 @@ private:
 
 void TestPrinterDirectory::init()
 {
-    m_printer = std::make_unique<PrinterProcess>();
+    m_printer = std::make_unique<PrinterProcess>(PrinterProcess::NotStarted);
     m_local = std::make_unique<QTemporaryDir>();
 }
 
@@ -94,7 +95,7 @@ void TestPrinterDirectory::isFreeAgainWhenThePrinterEnds()
     m_printer->stop(signalNumber);
     QCOMPARE(QFile::exists(m_printer->path(lockName)), leavesLock);
     QVERIFY(m_printer->start());
-    QVERIFY(m_printer->says(": 0 there"));
+    QVERIFY(m_printer->waitForOutput(": 0 there"));
     QVERIFY(readFile(m_printer->path(lockName))
                 .startsWith(QByteArray::number(m_printer->processId()) + '\n'));
 }
@@ -102,11 +103,11 @@ void TestPrinterDirectory::isFreeAgainWhenThePrinterEnds()
 /// As after a power failure, with another process under the number that the lock file holds.
 void TestPrinterDirectory::takesOverALockThatNobodyHolds()
 {
-    PrinterProcess elsewhere;
+    PrinterProcess elsewhere(PrinterProcess::NotStarted);
     QVERIFY(elsewhere.start());
     writeFile(m_printer->path(lockName), readFile(elsewhere.path(lockName)));
     QVERIFY(m_printer->start());
-    QCOMPARE(m_printer->error(), QByteArray());
+    QCOMPARE(m_printer->errors(), QByteArray());
     QCOMPARE(runInTheSame(m_printer->path({})).exitCode, 3);
 }
 
@@ -129,7 +130,7 @@ void TestPrinterDirectory::rejectsItsDirectory()
     QFETCH(const QByteArray, fault);
     const RunResult result = runInTheSame(directory);
     QCOMPARE(result.exitCode, 3);
-    QCOMPARE(result.error,
+    QCOMPARE(result.errors,
              "zyprinter: receive directory " + fault + ": " + directory.toUtf8()
                  + "; give --dir a directory of its own that can be written\n");
     QCOMPARE(result.output, QByteArray());
@@ -155,7 +156,7 @@ void TestPrinterDirectory::refusesADirectoryInUse()
     QVERIFY(m_printer->start());
     const RunResult second = runInTheSame(directory);
     QCOMPARE(second.exitCode, 3);
-    QCOMPARE(second.error,
+    QCOMPARE(second.errors,
              "zyprinter: receive directory is in use by another zyprinter, process "
                  + QByteArray::number(m_printer->processId()) + ": " + directory.toUtf8()
                  + "; give --dir a directory of its own that can be written\n");
@@ -180,12 +181,13 @@ void TestPrinterDirectory::keepsItsLockFileFromSlicers()
 {
     writeFile(m_local->filePath(model), smallModel(5));
     QVERIFY(m_printer->start());
-    QVERIFY(m_printer->says(": 0 there"));
+    QVERIFY(m_printer->waitForOutput(": 0 there"));
     const QByteArray lock = readFile(m_printer->path(lockName));
     QVERIFY(m_slicer.connectTo(m_printer->url()));
     QCOMPARE(m_slicer.send(m_local->filePath(model), lockName), 2);
-    QVERIFY(m_printer->says("received \".zyprinter.lock\": not kept: a name that begins with a dot "
-                            "is not accepted"));
+    QVERIFY(m_printer->waitForOutput(
+        "received \".zyprinter.lock\": not kept: a name that begins with a dot "
+        "is not accepted"));
     QCOMPARE(m_slicer.print(lockName), checkFailed);
     m_slicer.client().cancel();
     QCOMPARE(m_slicer.printStatus(), QStringLiteral("PRINT_GENERAL"));
@@ -199,8 +201,8 @@ void TestPrinterDirectory::refusesALockFileThatIsNone()
     QVERIFY(makeFifo(path));
     const RunResult result = runInTheSame(m_local->path());
     QCOMPARE(result.exitCode, 3);
-    QVERIFY2(result.error.contains("has a lock file (.zyprinter.lock) that cannot be used"),
-             result.error.constData());
+    QVERIFY2(result.errors.contains("has a lock file (.zyprinter.lock) that cannot be used"),
+             result.errors.constData());
     QVERIFY(isFifo(path));
 }
 
@@ -215,7 +217,7 @@ void TestPrinterDirectory::refusesTransfersWhenItHasGone()
     const QDir directory = QFileInfo(m_printer->path(lockName)).dir();
     QVERIFY(QDir(directory).removeRecursively());
     QCOMPARE(m_slicer.send(m_local->filePath(model), model), -1001);
-    QVERIFY(m_printer->says(" has gone"));
+    QVERIFY(m_printer->waitForOutput(" has gone"));
     QVERIFY(QDir().mkpath(directory.path()));
     QCOMPARE(m_slicer.send(m_local->filePath(model), model), 1);
     QVERIFY(QFile::exists(m_printer->path(model)));
@@ -228,9 +230,9 @@ void TestPrinterDirectory::leavesAModelAloneThatIsNoFile()
     QVERIFY(m_printer->start());
     QVERIFY(m_slicer.connectTo(m_printer->url()));
     QCOMPARE(m_slicer.print(model), checkFailed);
-    QVERIFY(m_printer->says("it is no regular file"));
+    QVERIFY(m_printer->waitForOutput("it is no regular file"));
     QCOMPARE(m_slicer.send(m_local->filePath(model), model), 2);
-    QVERIFY(m_printer->says("not kept: what has that name cannot be replaced"));
+    QVERIFY(m_printer->waitForOutput("not kept: what has that name cannot be replaced"));
     QVERIFY(isFifo(m_printer->path(model)));
     QVERIFY(!QFile::exists(m_printer->path(QStringLiteral(".incoming/") + model)));
 }
@@ -242,7 +244,7 @@ void TestPrinterDirectory::leavesAPictureAloneThatIsNoFile()
     const RunResult result = runPrinter({QStringLiteral("--dir"), m_printer->path({}),
                                          QStringLiteral("--preview"), m_local->path()});
     QCOMPARE(result.exitCode, 3);
-    QCOMPARE(result.error,
+    QCOMPARE(result.errors,
              "zyprinter: preview directory has a layer.png that cannot be replaced (it is there "
              "and no regular file): "
                  + m_local->path().toUtf8() + "; give --preview a directory that can be written\n");
@@ -262,7 +264,7 @@ void TestPrinterDirectory::leavesAPictureAloneThatIsNoFileAnyMore()
     QCOMPARE(m_slicer.print(model), checkedAndStarted);
     QVERIFY(m_slicer.reaches(QStringLiteral("PRINT_COMPLETE")));
     // Said once, not for each picture.
-    QVERIFY(m_printer->says("complete: "));
+    QVERIFY(m_printer->waitForOutput("complete: "));
     QCOMPARE(m_printer->output().count("no preview: it is there and no regular file"), 1);
     QVERIFY(isFifo(picture));
 }

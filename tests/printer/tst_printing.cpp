@@ -4,8 +4,10 @@
 
 #include "models.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "slicer.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -18,11 +20,6 @@ namespace
 
 const QString model = QStringLiteral("part.zydlp");
 const QVector<int> checkedAndStarted{2, 0};
-
-QStringList words(const char *text)
-{
-    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
 
 QString text(const QJsonObject &reply, const char *key)
 {
@@ -65,7 +62,7 @@ private:
 
 void TestPrinter::init()
 {
-    m_printer = std::make_unique<PrinterProcess>();
+    m_printer = std::make_unique<PrinterProcess>(PrinterProcess::NotStarted);
     m_local = std::make_unique<QTemporaryDir>();
 }
 
@@ -257,7 +254,7 @@ void TestPrinter::keepsItsModelsOverARestart()
     QVERIFY(begin("--speed 1000", 10));
     QCOMPARE(m_printer->stop(SIGTERM), 0);
     QVERIFY(m_printer->start(words("--speed 1000")));
-    QVERIFY(m_printer->says(": 1 there"));
+    QVERIFY(m_printer->waitForOutput(": 1 there"));
     QVERIFY(m_slicer.connectTo(m_printer->url()));
     QCOMPARE(m_slicer.print(model), checkedAndStarted);
     QVERIFY(m_slicer.reaches(QStringLiteral("PRINT_COMPLETE")));
@@ -305,7 +302,7 @@ void TestPrinter::takesOverWhatACrashLeft()
     const QString incoming = QStringLiteral(".incoming/left.zydlp");
     writeFile(m_printer->path(incoming), smallModel(6));
     QVERIFY(m_printer->start());
-    QVERIFY(m_printer->says(": 2 there"));
+    QVERIFY(m_printer->waitForOutput(": 2 there"));
     QCOMPARE(readFile(m_printer->path(QStringLiteral("left.zydlp"))), smallModel(6));
     QVERIFY(!QFile::exists(m_printer->path(incoming)));
 }
@@ -330,7 +327,7 @@ void TestPrinter::endsWithSuccessOn()
         QCOMPARE(m_slicer.print(model), checkedAndStarted);
     QCOMPARE(m_printer->stop(signalNumber), 0);
     QVERIFY(m_printer->output().endsWith("stopping\n"));
-    QCOMPARE(m_printer->error(), QByteArray());
+    QCOMPARE(m_printer->errors(), QByteArray());
 }
 
 void TestPrinter::saysItsVersionAndItsHelp()

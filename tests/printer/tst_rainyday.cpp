@@ -1,15 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// zyprinter as a process when things go wrong: bad input, bad models, tokens, faults on purpose.
+// zyprinter as a process when things go wrong: bad models, tokens, faults on purpose.
 
 #include "models.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "slicer.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QDir>
 #include <QSignalSpy>
-#include <QTcpServer>
 #include <QtTest>
 
 #include <csignal>
@@ -22,11 +23,6 @@ const QVector<int> checkedAndStarted{2, 0};
 const QVector<int> checkFailed{2, 3};
 const QVector<int> tokenRejected{4};
 const QVector<int> busy{1};
-
-QStringList words(const char *text)
-{
-    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
 
 QString text(const QJsonObject &reply, const char *key)
 {
@@ -46,10 +42,6 @@ class TestPrinterRainyDay : public QObject
 
 private Q_SLOTS:
     void init();
-    void rejectsItsCommandLine_data();
-    void rejectsItsCommandLine();
-    void saysThatItsPortIsInUse();
-
     void keepsButDoesNotPrintWhatIsNoModel_data();
     void keepsButDoesNotPrintWhatIsNoModel();
     void doesNotPrintWhatItDoesNotHave_data();
@@ -62,8 +54,6 @@ private Q_SLOTS:
     void takesTheTokenFromTheEnvironment();
     void refusesATransferWithAWrongToken_data();
     void refusesATransferWithAWrongToken();
-    void doesNotStartWithoutAUsableCertificate_data();
-    void doesNotStartWithoutAUsableCertificate();
 
     void failsAtTheLayerAskedFor();
     void refusesEverythingWhenAskedTo();
@@ -82,7 +72,7 @@ private:
 
 void TestPrinterRainyDay::init()
 {
-    m_printer = std::make_unique<PrinterProcess>();
+    m_printer = std::make_unique<PrinterProcess>(PrinterProcess::NotStarted);
     m_local = std::make_unique<QTemporaryDir>();
 }
 
@@ -92,66 +82,6 @@ bool TestPrinterRainyDay::begin(const char *arguments, int layers)
     writeFile(m_local->filePath(model), smallModel(layers));
     return m_printer->start(words(arguments)) && m_slicer.connectTo(m_printer->url())
         && m_slicer.send(m_local->filePath(model), model) == 1;
-}
-
-void TestPrinterRainyDay::rejectsItsCommandLine_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QByteArray>("error");
-    QTest::newRow("no directory") << words("") << QByteArray("--dir is required");
-    QTest::newRow("unknown option") << words("--dir /tmp --bogus") << QByteArray("--bogus");
-    QTest::newRow("stray argument") << words("--dir /tmp stray") << QByteArray("stray");
-    QTest::newRow("port as text") << words("--dir /tmp --port http") << QByteArray("--port");
-    QTest::newRow("port too high") << words("--dir /tmp --port 65536") << QByteArray("--port");
-    QTest::newRow("port below zero") << words("--dir /tmp --port -1") << QByteArray("--port");
-    QTest::newRow("no speed") << words("--dir /tmp --speed 0") << QByteArray("--speed");
-    QTest::newRow("endless speed") << words("--dir /tmp --speed inf") << QByteArray("--speed");
-    QTest::newRow("speed no number") << words("--dir /tmp --speed nan") << QByteArray("--speed");
-    QTest::newRow("layer 0") << words("--dir /tmp --fail-at 0") << QByteArray("--fail-at");
-    QTest::newRow("silence 0") << words("--dir /tmp --silence 0") << QByteArray("--silence");
-    QTest::newRow("silence no number")
-        << words("--dir /tmp --silence nan") << QByteArray("--silence");
-    QTest::newRow("size 0") << words("--dir /tmp --max-size 0") << QByteArray("--max-size");
-    QTest::newRow("size as text") << words("--dir /tmp --max-size 4G") << QByteArray("--max-size");
-    QTest::newRow("keeping less than nothing")
-        << words("--dir /tmp --keep-free -1") << QByteArray("--keep-free");
-    QTest::newRow("no connections")
-        << words("--dir /tmp --max-connections 0") << QByteArray("--max-connections");
-    QTest::newRow("certificate without a key")
-        << words("--dir /tmp --cert c") << QByteArray("--key");
-    QTest::newRow("key without a certificate")
-        << words("--dir /tmp --key k") << QByteArray("--cert");
-    QTest::newRow("both protected and not")
-        << words("--dir /tmp --unprotected --silence 3") << QByteArray("--unprotected");
-    QTest::newRow("slow check below zero")
-        << words("--dir /tmp --slow-check -1") << QByteArray("--slow-check");
-}
-
-void TestPrinterRainyDay::rejectsItsCommandLine()
-{
-    QFETCH(const QStringList, arguments);
-    QFETCH(const QByteArray, error);
-    const RunResult result = runPrinter(arguments);
-    QCOMPARE(result.exitCode, 2);
-    QVERIFY2(result.error.startsWith("zyprinter: "), result.error.constData());
-    QVERIFY2(result.error.contains(error), result.error.constData());
-    QVERIFY2(result.error.endsWith("; see zyprinter --help\n"), result.error.constData());
-    QCOMPARE(result.error.count('\n'), 1);
-    QCOMPARE(result.output, QByteArray());
-}
-
-void TestPrinterRainyDay::saysThatItsPortIsInUse()
-{
-    QTcpServer other;
-    QVERIFY(other.listen(QHostAddress::Any));
-    const QString port = QString::number(other.serverPort());
-    const RunResult result
-        = runPrinter({QStringLiteral("--dir"), m_local->path(), QStringLiteral("--port"), port});
-    QCOMPARE(result.exitCode, 4);
-    QCOMPARE(result.error,
-             "zyprinter: port is in use or not permitted: " + port.toUtf8()
-                 + "; choose another --port, or 0 for a free one\n");
-    QCOMPARE(result.output, QByteArray());
 }
 
 void TestPrinterRainyDay::keepsButDoesNotPrintWhatIsNoModel_data()
@@ -176,11 +106,12 @@ void TestPrinterRainyDay::keepsButDoesNotPrintWhatIsNoModel()
     QVERIFY(m_slicer.connectTo(m_printer->url()));
     QCOMPARE(m_slicer.send(m_local->filePath(model), model), 2);
     QVERIFY(readFile(m_printer->path(model)) == bytes);
-    QVERIFY2(m_printer->says("received \"part.zydlp\": no valid model: "),
+    QVERIFY2(m_printer->waitForOutput("received \"part.zydlp\": no valid model: "),
              m_printer->output().constData());
     QCOMPARE(m_slicer.print(model), checkFailed);
     QCOMPARE(m_slicer.printStatus(), QStringLiteral("PRINT_GENERAL"));
-    QVERIFY2(m_printer->says("check of \"part.zydlp\" failed: "), m_printer->output().constData());
+    QVERIFY2(m_printer->waitForOutput("check of \"part.zydlp\" failed: "),
+             m_printer->output().constData());
     QVERIFY2(m_printer->output().count(fault) == 2, m_printer->output().constData());
 }
 
@@ -242,7 +173,7 @@ void TestPrinterRainyDay::writesOnlyIntoItsOwnDirectory()
         m_printer->start({QStringLiteral("--dir"), directory, QStringLiteral("--unprotected")}));
     QVERIFY(m_slicer.connectTo(m_printer->url()));
     QCOMPARE(m_slicer.send(file, name), 2);
-    QVERIFY2(m_printer->says("\": not kept: " + reason), m_printer->output().constData());
+    QVERIFY2(m_printer->waitForOutput("\": not kept: " + reason), m_printer->output().constData());
     QDir everything(m_local->path());
     everything.setFilter(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     QCOMPARE(everything.entryList(), QStringList{QStringLiteral("a")});
@@ -268,7 +199,8 @@ void TestPrinterRainyDay::failsWhenTheModelIsDamagedDuringThePrint()
     file.close();
     QVERIFY(m_slicer.reaches(QStringLiteral("PRINT_FAIL")));
     const QString layer = text(m_slicer.status(), "curSliceLayer");
-    QVERIFY(m_printer->says("failed: \"part.zydlp\": layer " + layer.toUtf8() + ": CRC mismatch"));
+    QVERIFY(m_printer->waitForOutput("failed: \"part.zydlp\": layer " + layer.toUtf8()
+                                     + ": CRC mismatch"));
 }
 
 void TestPrinterRainyDay::asksForTheToken()
@@ -323,44 +255,10 @@ void TestPrinterRainyDay::refusesATransferWithAWrongToken()
     const QJsonObject refusal = m_slicer.ask(request);
     QCOMPARE(number(refusal, "errorcode"), 4);
     QCOMPARE(number(refusal, "wifistate"), 6);
-    QVERIFY(m_printer->says("refused a transfer: wrong token"));
+    QVERIFY(m_printer->waitForOutput("refused a transfer: wrong token"));
     request.insert(QStringLiteral("token"), QStringLiteral("s3cret"));
     QCOMPARE(number(m_slicer.ask(request), "errorcode"), 0);
-    QVERIFY(m_printer->says("transfer accepted"));
-}
-
-void TestPrinterRainyDay::doesNotStartWithoutAUsableCertificate_data()
-{
-    QTest::addColumn<QString>("certificate");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QByteArray>("error");
-    const QString good = QStringLiteral(ZYTEST_TLS "/localhost.pem");
-    const QString otherKey = QStringLiteral(ZYTEST_TLS "/other.key");
-    QTest::newRow("missing certificate")
-        << QStringLiteral("/missing") << otherKey
-        << QByteArray("certificate cannot be read: No such file or directory: /missing ");
-    QTest::newRow("no certificate")
-        << otherKey << otherKey << QByteArray("certificate file holds no PEM certificate: ");
-    QTest::newRow("missing key") << good << QStringLiteral("/missing")
-                                 << QByteArray("key cannot be read: No such file or directory: ");
-    QTest::newRow("no key") << good << good
-                            << QByteArray("key file holds no PEM key without pass phrase: ");
-    QTest::newRow("another's key")
-        << good << otherKey << QByteArray("certificate and key do not belong together: ");
-}
-
-void TestPrinterRainyDay::doesNotStartWithoutAUsableCertificate()
-{
-    QFETCH(const QString, certificate);
-    QFETCH(const QString, key);
-    QFETCH(const QByteArray, error);
-    const RunResult result
-        = runPrinter({QStringLiteral("--dir"), m_local->path(), QStringLiteral("--cert"),
-                      certificate, QStringLiteral("--key"), key});
-    QCOMPARE(result.exitCode, 5);
-    QVERIFY2(result.error.startsWith("zyprinter: " + error), result.error.constData());
-    QCOMPARE(result.error.count('\n'), 1);
-    QCOMPARE(result.output, QByteArray());
+    QVERIFY(m_printer->waitForOutput("transfer accepted"));
 }
 
 void TestPrinterRainyDay::failsAtTheLayerAskedFor()
@@ -369,7 +267,8 @@ void TestPrinterRainyDay::failsAtTheLayerAskedFor()
     QCOMPARE(m_slicer.print(model), checkedAndStarted);
     QVERIFY(m_slicer.reaches(QStringLiteral("PRINT_FAIL")));
     QCOMPARE(text(m_slicer.status(), "curSliceLayer"), QStringLiteral("7"));
-    QVERIFY(m_printer->says("failed: \"part.zydlp\": layer 7: failure asked for by --fail-at"));
+    QVERIFY(m_printer->waitForOutput(
+        "failed: \"part.zydlp\": layer 7: failure asked for by --fail-at"));
     QCOMPARE(m_slicer.print(model), checkedAndStarted);
 }
 
@@ -430,7 +329,8 @@ void TestPrinterRainyDay::makesNamesFromTheWireHarmlessInItsLog()
 {
     QVERIFY(begin("--unprotected", 5));
     QCOMPARE(m_slicer.print(QStringLiteral("x\n00:00:00 complete\x1b[2J")), checkFailed);
-    QVERIFY2(m_printer->says("\"x?00:00:00 complete?[2J\""), m_printer->output().constData());
+    QVERIFY2(m_printer->waitForOutput("\"x?00:00:00 complete?[2J\""),
+             m_printer->output().constData());
 }
 
 ZY_TEST(TestPrinterRainyDay)

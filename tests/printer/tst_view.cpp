@@ -2,11 +2,14 @@
 // SPDX-License-Identifier: MIT
 // What zyprinter shows people: the live view on a terminal, and the picture of the layer.
 
+#include "displaywidth.h"
 #include "models.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "slicer.h"
 #include "terminalprocess.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QImage>
 #include <QtTest>
@@ -18,11 +21,6 @@ namespace
 
 const QString model = QStringLiteral("part.zydlp");
 const QSize usual(80, 24);
-
-QStringList words(const char *text)
-{
-    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
 
 } // namespace
 
@@ -39,6 +37,7 @@ private Q_SLOTS:
     void endsWithItsTerminal();
     void fitsEveryTerminal_data();
     void fitsEveryTerminal();
+    void keepsWideNamesOnOneLine();
     void followsTheTerminalsSize();
     void holdsUpNobodyWhenTheTerminalStandsStill();
     void keepsToLinesWithoutATerminal();
@@ -155,6 +154,17 @@ void TestPrinterView::fitsEveryTerminal()
         QVERIFY2(line.size() <= size.width(), qPrintable(line));
 }
 
+void TestPrinterView::keepsWideNamesOnOneLine()
+{
+    const QString name = QString::fromUtf8("\346\250\241\345\236\213\360\237\246\204").repeated(5);
+    QVERIFY(m_terminal->start({QStringLiteral("--view"), QStringLiteral("--name"), name},
+                              QSize(30, 24)));
+    QVERIFY(m_terminal->shows(QStringLiteral("IDLE")));
+    QVERIFY(m_terminal->shows(name));
+    for (const QString &line : m_terminal->screen())
+        QVERIFY2(zyapp::displayWidth(line) <= 30, qPrintable(line));
+}
+
 void TestPrinterView::followsTheTerminalsSize()
 {
     QVERIFY(m_terminal->start(words("--view --speed 0.001"), usual));
@@ -184,12 +194,12 @@ void TestPrinterView::holdsUpNobodyWhenTheTerminalStandsStill()
 
 void TestPrinterView::keepsToLinesWithoutATerminal()
 {
-    PrinterProcess printer;
+    PrinterProcess printer(PrinterProcess::NotStarted);
     QVERIFY(printer.start(words("--view --speed 1000")));
     QVERIFY(send(printer.url(), 20));
     m_slicer.print(model);
-    QVERIFY(printer.says("complete: \"part.zydlp\"\n"));
-    QVERIFY(printer.says("layer 10 of 20, 0:01:30 left\n"));
+    QVERIFY(printer.waitForOutput("complete: \"part.zydlp\"\n"));
+    QVERIFY(printer.waitForOutput("layer 10 of 20, 0:01:30 left\n"));
     QVERIFY(!printer.output().contains('\x1b'));
 }
 
@@ -203,7 +213,7 @@ void TestPrinterView::keepsToLinesOnADumbTerminal()
 
 void TestPrinterView::showsTheLayerAsAPicture()
 {
-    PrinterProcess printer;
+    PrinterProcess printer(PrinterProcess::NotStarted);
     QVERIFY(printer.start(words("--speed 0.001 --preview") << m_local->path()));
     QVERIFY(send(printer.url(), 20));
     m_slicer.print(model);
@@ -217,7 +227,7 @@ void TestPrinterView::showsTheLayerAsAPicture()
 
 void TestPrinterView::showsTheLastLayerOfAFastPrint()
 {
-    PrinterProcess printer;
+    PrinterProcess printer(PrinterProcess::NotStarted);
     QVERIFY(printer.start(words("--speed 10000 --preview") << m_local->path()));
     QVERIFY(send(printer.url(), 20));
     m_slicer.print(model);
@@ -246,7 +256,7 @@ void TestPrinterView::rejectsItsPreviewDirectory()
     const RunResult result = runPrinter(
         {QStringLiteral("--dir"), m_local->path(), QStringLiteral("--preview"), directory});
     QCOMPARE(result.exitCode, 3);
-    QCOMPARE(result.error,
+    QCOMPARE(result.errors,
              "zyprinter: preview directory " + fault + ": " + directory.toUtf8()
                  + "; give --preview a directory that can be written\n");
 }

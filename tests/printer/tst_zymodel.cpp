@@ -5,6 +5,7 @@
 #include "modelreader.h"
 #include "models.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "testprogram.h"
 
 #include <QDir>
@@ -54,7 +55,7 @@ void TestZymodel::writesASolid()
     const QString file = path("solid.zydlp");
     const RunResult result = generate(file, {QStringLiteral("--resin"), QStringLiteral("Rot")});
     QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.error, QByteArray());
+    QCOMPARE(result.errors, QByteArray());
 
     zymodel::ModelReader reader;
     QVERIFY2(reader.open(file) && reader.checkAllLayers(), qPrintable(reader.error()));
@@ -149,9 +150,9 @@ void TestZymodel::rejectsBadInput()
     QFETCH(const QByteArray, error);
     const RunResult result = runModel(arguments);
     QCOMPARE(result.exitCode, exitCode);
-    QVERIFY2(result.error.startsWith("zymodel: "), result.error.constData());
-    QVERIFY2(result.error.contains(error), result.error.constData());
-    QCOMPARE(result.error.count('\n'), 1);
+    QVERIFY2(result.errors.startsWith("zymodel: "), result.errors.constData());
+    QVERIFY2(result.errors.contains(error), result.errors.constData());
+    QCOMPARE(result.errors.count('\n'), 1);
 }
 
 void TestZymodel::namesADamagedLayer()
@@ -161,8 +162,8 @@ void TestZymodel::namesADamagedLayer()
     writeFile(path("damaged"), model);
     const RunResult result = runModel({QStringLiteral("--check"), path("damaged")});
     QCOMPARE(result.exitCode, 4);
-    QVERIFY2(result.error.contains("no valid model (layer 30: CRC mismatch"),
-             result.error.constData());
+    QVERIFY2(result.errors.contains("no valid model (layer 30: CRC mismatch"),
+             result.errors.constData());
 }
 
 void TestZymodel::leavesAloneWhatIsNoFile_data()
@@ -186,8 +187,8 @@ void TestZymodel::leavesAloneWhatIsNoFile()
     QVERIFY(QFile::link(fifo, link));
     const RunResult result = runModel({option, isLinked ? link : fifo});
     QCOMPARE(result.exitCode, 3);
-    QVERIFY2(result.error.contains("no regular file"), result.error.constData());
-    QCOMPARE(result.error.count('\n'), 1);
+    QVERIFY2(result.errors.contains("no regular file"), result.errors.constData());
+    QCOMPARE(result.errors.count('\n'), 1);
     struct stat status {
     };
     QCOMPARE(lstat(QFile::encodeName(fifo).constData(), &status), 0);
@@ -222,10 +223,10 @@ void TestZymodel::takesNoLongerResinThanTheFormat()
         QVERIFY2(reader.open(file), qPrintable(reader.error()));
         QCOMPARE(reader.header().resin, resin);
     } else {
-        QVERIFY2(result.error.contains("the resin's name takes 256 bytes of UTF-8: "),
-                 result.error.constData());
-        QVERIFY2(result.error.endsWith("; give a --resin of at most 255 bytes\n"),
-                 result.error.constData());
+        QVERIFY2(result.errors.contains("the resin's name takes 256 bytes of UTF-8: "),
+                 result.errors.constData());
+        QVERIFY2(result.errors.endsWith("; give a --resin of at most 255 bytes\n"),
+                 result.errors.constData());
     }
 }
 

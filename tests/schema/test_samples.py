@@ -110,7 +110,7 @@ class Samples(unittest.TestCase):
         additive = {name: {key for key, value in rules.schema.get("properties", {}).items()
                            if value.get("x-additive")}
                     for name, rules in self.schemas.rules.items()}
-        self.assertEqual({"token", "sha256"}, additive["start-file-request"])
+        self.assertEqual({"token", "sha256", "window"}, additive["start-file-request"])
         for name, keys in additive.items():
             self.assertFalse(keys & set(self.schemas.rules[name].schema.get("required", [])), name)
 

@@ -6,6 +6,7 @@
 #define SENDING_H
 
 #include "modelfiles.h"
+#include "scriptedprinter.h"
 #include "waiting.h"
 
 #include <zyfilesender.h>
@@ -18,6 +19,13 @@
 
 namespace zytest
 {
+
+/// Of the file that was offered last.
+inline QString offeredKey(const ScriptedPrinter &printer)
+{
+    const QJsonObject offer = printer.messages(QStringLiteral("START_FILE")).last();
+    return offer.value(QStringLiteral("key")).toString();
+}
 
 /// Limits for a test: pauses that do not slow it down, timeouts that only a fault reaches.
 inline ZySendOptions impatient(int stallTimeout = patience)

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// Every other way to end: refusals, a printer that breaks the protocol or cannot store, no
-// connection, retries used up, cancel and leave.
+// Other ways to end: refusals, a printer that breaks the protocol or cannot store, no connection,
+// retries used up.
 
 #include "cuttingproxy.h"
 #include "scriptedprinter.h"
@@ -45,26 +45,10 @@ private Q_SLOTS:
     void givesUpConnectingAfterItsLimit();
     void givesUpAfterItsRetries_data();
     void givesUpAfterItsRetries();
-    void cancelsOnThePrinter();
-    void cancelsBeforeThePrinterHasAnswered();
-    void endsWhenThePrinterDoesNotConfirmTheCancel();
-    void cancelsWhilePausing();
-    void leavesInsteadOfDeletingACompleteFile_data();
-    void leavesInsteadOfDeletingACompleteFile();
-    void leavesThePartForLater();
-    void ignoresWhatComesBeforeTheStart();
 };
 
 namespace
 {
-
-QString keyOf(const ScriptedPrinter &printer)
-{
-    return printer.messages(QStringLiteral("START_FILE"))
-        .last()
-        .value(QStringLiteral("key"))
-        .toString();
-}
 
 QJsonObject withCode(QJsonObject message, int code)
 {
@@ -188,16 +172,17 @@ void TestSenderEndings::blamesThePrinterThatBreaksTheProtocol()
             reply.insert(QStringLiteral("key"), QStringLiteral("77"));
         printer.send(reply);
         if (answer == QStringLiteral("early verdict"))
-            printer.send(checkDataReply(keyOf(printer), 1));
+            printer.send(checkDataReply(offeredKey(printer), 1));
     });
     connect(&printer, &ScriptedPrinter::chunkReceived, &printer, [&] {
         if (!printer.peer()) // the sender has had enough
             return;
         const QString other = QStringLiteral("77");
-        printer.send(startDataReply(answer == QStringLiteral("other key") ? other : keyOf(printer),
-                                    3, answer == QStringLiteral("too much") ? 4 : 3));
         printer.send(
-            checkDataReply(answer == QStringLiteral("other verdict") ? other : keyOf(printer), 1));
+            startDataReply(answer == QStringLiteral("other key") ? other : offeredKey(printer), 3,
+                           answer == QStringLiteral("too much") ? 4 : 3));
+        printer.send(checkDataReply(
+            answer == QStringLiteral("other verdict") ? other : offeredKey(printer), 1));
     });
     Sending sending(printer.url(), "abc");
     QVERIFY(sending.run());
@@ -224,7 +209,7 @@ void TestSenderEndings::blamesThePrintersStorage()
         printer.send(startFileReply(objectIn(text), {true, received, 1, true}));
     });
     connect(&printer, &ScriptedPrinter::chunkReceived, &printer, [&] {
-        const QString key = keyOf(printer);
+        const QString key = offeredKey(printer);
         if (received == 0) {
             received = chunkBytes;
             printer.send(startDataReply(key, size, received));
@@ -404,121 +389,6 @@ void TestSenderEndings::givesUpAfterItsRetries()
     QCOMPARE(sending.result().connectionFault(),
              retries == 0 ? ConnectionFault::None : ConnectionFault::Refused);
     QCOMPARE(sending.retrying.count(), retries);
-}
-
-void TestSenderEndings::cancelsOnThePrinter()
-{
-    TestPrinter printer;
-    Sending sending(QUrl(QStringLiteral("ws://127.0.0.1:%1").arg(printer.port())),
-                    randomBytes(20 * chunkBytes));
-    connect(sending.sender.get(), &ZyFileSender::progress, this, [&] {
-        if (sending.progress.count() == 2) {
-            QVERIFY(sending.sender->canCancel());
-            sending.sender->cancel();
-        }
-    });
-    QVERIFY(sending.run());
-    QCOMPARE(sending.result().ending(), Ending::Cancelled);
-    QVERIFY(sending.result().isPartDeleted());
-    QVERIFY(waitUntil([&] { return entriesOf(printer.dir()).isEmpty(); }));
-    QVERIFY(!sending.sender->canCancel());
-    QVERIFY(sending.progress.count() < 20);
-}
-
-void TestSenderEndings::cancelsBeforeThePrinterHasAnswered()
-{
-    ScriptedPrinter printer;
-    Sending sending(printer.url(), "abc"); // its one chunk is not under way yet
-    connect(&printer, &ScriptedPrinter::textReceived, &printer, [&](const QString &text) {
-        if (text.contains(QStringLiteral("START_FILE")))
-            sending.sender->cancel();
-        else
-            printer.send(cancelFileReply());
-    });
-    QVERIFY(sending.run());
-    QCOMPARE(sending.result().ending(), Ending::Cancelled);
-    QVERIFY(sending.result().isPartDeleted());
-    QCOMPARE(printer.chunks().size(), 0);
-}
-
-void TestSenderEndings::endsWhenThePrinterDoesNotConfirmTheCancel()
-{
-    ScriptedPrinter printer;
-    ZySendOptions options = impatient();
-    options.setCancelTimeout(50);
-    Sending sending(printer.url(), "abc", options);
-    connect(sending.sender.get(), &ZyFileSender::offered, sending.sender.get(),
-            &ZyFileSender::cancel);
-    QVERIFY(sending.run());
-    QCOMPARE(sending.result().ending(), Ending::Cancelled);
-    QVERIFY(!sending.result().isPartDeleted());
-}
-
-void TestSenderEndings::cancelsWhilePausing()
-{
-    ScriptedPrinter printer;
-    connect(&printer, &ScriptedPrinter::textReceived, &printer, &ScriptedPrinter::drop);
-    ZySendOptions options = impatient();
-    options.setFirstPause(patience);
-    options.setLongestPause(patience);
-    Sending sending(printer.url(), "abc", options);
-    connect(sending.sender.get(), &ZyFileSender::retrying, sending.sender.get(),
-            &ZyFileSender::cancel);
-    QVERIFY(sending.run());
-    QCOMPARE(sending.result().ending(), Ending::Cancelled);
-    QVERIFY(!sending.result().isPartDeleted());
-}
-
-void TestSenderEndings::leavesInsteadOfDeletingACompleteFile_data()
-{
-    QTest::addColumn<bool>("isAcknowledged");
-    QTest::newRow("the last chunk is under way") << false;
-    QTest::newRow("the verdict is awaited") << true;
-}
-
-void TestSenderEndings::leavesInsteadOfDeletingACompleteFile()
-{
-    QFETCH(bool, isAcknowledged);
-    ScriptedPrinter printer;
-    printer.answerTransfers({true, 0, 1, false});
-    Sending sending(printer.url(), "abc");
-    connect(&printer, &ScriptedPrinter::chunkReceived, &printer, [&] {
-        if (isAcknowledged)
-            printer.send(startDataReply(keyOf(printer), 3, 3));
-        else
-            sending.sender->cancel();
-    });
-    connect(sending.sender.get(), &ZyFileSender::progress, this, [&] {
-        QVERIFY(!sending.sender->canCancel());
-        sending.sender->cancel();
-    });
-    QVERIFY(sending.run());
-    QCOMPARE(sending.result().ending(), Ending::LeftForLater);
-    QCOMPARE(printer.messages(QStringLiteral("CANCEL_FILE")).size(), 0);
-}
-
-void TestSenderEndings::leavesThePartForLater()
-{
-    TestPrinter printer;
-    Sending sending(QUrl(QStringLiteral("ws://127.0.0.1:%1").arg(printer.port())),
-                    randomBytes(20 * chunkBytes));
-    connect(sending.sender.get(), &ZyFileSender::progress, sending.sender.get(),
-            &ZyFileSender::leave);
-    QVERIFY(sending.run());
-    QCOMPARE(sending.result().ending(), Ending::LeftForLater);
-    QVERIFY(printer.waitForConnections(0));
-    QCOMPARE(entriesOf(printer.dir()), QStringList{QStringLiteral("wifi_tranfer.tmp")});
-}
-
-void TestSenderEndings::ignoresWhatComesBeforeTheStart()
-{
-    ScriptedPrinter printer;
-    printer.answerTransfers();
-    Sending sending(printer.url(), "abc");
-    sending.sender->cancel();
-    sending.sender->leave();
-    QVERIFY(sending.run());
-    QVERIFY(sending.result().isSent());
 }
 
 ZY_TEST(TestSenderEndings)

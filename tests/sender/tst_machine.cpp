@@ -2,196 +2,16 @@
 // SPDX-License-Identifier: MIT
 // The sender's state machine, fed with made-up events: no socket, no clock.
 
-#include "sendmachine.h"
+#include "machinescript.h"
 #include "testprogram.h"
 
 #include <QTest>
 
-#include <vector>
-
+using namespace zytest;
 using namespace zyws;
 using Ending = ZySendResult::Ending;
 using Interruption = ZySendResult::Interruption;
 using State = SendMachine::State;
-
-namespace
-{
-
-constexpr qint64 chunk = 1048576;
-constexpr qint64 fileSize = 3 * chunk - 5;
-const QString key = QStringLiteral("78563412");
-
-// Events, as a printer that keeps to the protocol causes them.
-
-SendEvent plainEvent(SendEvent::Kind kind)
-{
-    SendEvent made;
-    made.kind = kind;
-    made.key = key;
-    return made;
-}
-
-SendEvent acknowledged(qint64 received, qint64 offset = 0, int code = 0)
-{
-    SendEvent made = plainEvent(SendEvent::Acknowledged);
-    made.bytes = received;
-    made.offset = offset;
-    made.code = code;
-    return made;
-}
-
-SendEvent refused(int errorcode, int wifiState)
-{
-    SendEvent made = plainEvent(SendEvent::Refusal);
-    made.code = errorcode;
-    made.wifiState = wifiState;
-    return made;
-}
-
-SendEvent verdict(int checkState, const QString &of = key)
-{
-    SendEvent made = plainEvent(SendEvent::Verdict);
-    made.code = checkState;
-    made.key = of;
-    return made;
-}
-
-SendEvent accepted(qint64 offset = 0, const QString &of = key)
-{
-    SendEvent made = plainEvent(SendEvent::Accepted);
-    made.offset = offset;
-    made.text = QStringLiteral("stored");
-    made.key = of;
-    return made;
-}
-
-SendEvent certificateChanged()
-{
-    SendEvent made = plainEvent(SendEvent::ConnectFailed);
-    made.connectionFault = ZySendResult::ConnectionFault::CertificateChanged;
-    return made;
-}
-
-SendEvent connectedWhileReading()
-{
-    SendEvent made = plainEvent(SendEvent::Connected);
-    made.isReading = true;
-    return made;
-}
-
-SendEvent dropped(qint64 offset = -1, int code = 1000)
-{
-    SendEvent made = plainEvent(SendEvent::Dropped);
-    made.offset = offset;
-    made.code = code;
-    return made;
-}
-
-SendEvent cancelRequested(qint64 offset = -1)
-{
-    SendEvent made = plainEvent(SendEvent::CancelRequested);
-    made.offset = offset;
-    return made;
-}
-
-const SendEvent start = plainEvent(SendEvent::Start);
-const SendEvent connected = plainEvent(SendEvent::Connected);
-const SendEvent timeLimit = plainEvent(SendEvent::TimeLimit);
-
-/// One letter for each action, in order; a timer with its milliseconds.
-QString letters(const SendActions &actions)
-{
-    QStringList words;
-    for (const SendAction &action : actions) {
-        switch (action.kind) {
-        case SendAction::Connect:
-            words.append(QStringLiteral("connect"));
-            break;
-        case SendAction::Offer:
-            words.append(QStringLiteral("offer"));
-            break;
-        case SendAction::Cancel:
-            words.append(QStringLiteral("cancel"));
-            break;
-        case SendAction::Drop:
-            words.append(QStringLiteral("drop"));
-            break;
-        case SendAction::StartTimer:
-            words.append(QStringLiteral("timer %1").arg(action.number));
-            break;
-        case SendAction::StopTimer:
-            break; // of no interest: the end stops it
-        case SendAction::TellOffered:
-            words.append(QStringLiteral("offered"));
-            break;
-        case SendAction::TellResumed:
-            words.append(QStringLiteral("resumed %1").arg(action.number));
-            break;
-        case SendAction::TellRestarted:
-            words.append(QStringLiteral("restarted"));
-            break;
-        case SendAction::TellProgress:
-            words.append(QStringLiteral("progress %1").arg(action.number));
-            break;
-        case SendAction::TellRetrying:
-            words.append(
-                QStringLiteral("retrying %1 after %2 ms").arg(action.attempt).arg(action.number));
-            break;
-        case SendAction::Finish:
-            words.append(QStringLiteral("finish"));
-            break;
-        }
-    }
-    return words.join(QStringLiteral(", "));
-}
-
-/// connect 1, stall 2, verdict 3, cancel 4 ms; pauses of 10, 20, 25, 25 … ms; 2 retries.
-ZySendOptions limits()
-{
-    ZySendOptions options;
-    options.setConnectTimeout(1);
-    options.setStallTimeout(2);
-    options.setVerdictTimeout(3);
-    options.setCancelTimeout(4);
-    options.setFirstPause(10);
-    options.setLongestPause(25);
-    options.setRetries(2);
-    return options;
-}
-
-/// Some events for one machine; what the last one leads to.
-struct Run {
-    explicit Run(const std::vector<SendEvent> &events)
-        : machine(QStringLiteral("part"), fileSize, QStringLiteral("ws://printer"), limits())
-    {
-        for (const SendEvent &each : events) {
-            const SendActions made = machine.handle(each);
-            last = letters(made);
-            all.append(last);
-            if (!made.isEmpty() && made.last().kind == SendAction::Finish) {
-                result = made.last().result;
-                ++finishCount;
-            }
-        }
-    }
-
-    SendMachine machine;
-    QString last;
-    QStringList all;
-    ZySendResult result;
-    int finishCount = 0;
-};
-
-const std::vector<SendEvent> throughLastChunk{start, connected, acknowledged(chunk),
-                                              acknowledged(2 * chunk), acknowledged(fileSize)};
-
-std::vector<SendEvent> operator+(std::vector<SendEvent> events, const SendEvent &further)
-{
-    events.push_back(further);
-    return events;
-}
-
-} // namespace
 
 Q_DECLARE_METATYPE(std::vector<SendEvent>)
 
@@ -288,6 +108,8 @@ void TestSendMachine::ends_data()
     const Events sending{start, connected, acknowledged(chunk)};
     row("good", throughLastChunk + verdict(1) + accepted(), Ending::Sent);
     row("good, acceptance first", throughLastChunk + accepted() + verdict(1), Ending::Sent);
+    row("good, with the last bytes of a connection",
+        throughLastChunk + verdict(1) + dropped() + accepted(), Ending::Sent);
     row("no opinion", throughLastChunk + accepted() + verdict(0), Ending::Sent);
     row("bad", throughLastChunk + accepted() + verdict(2), Ending::CheckFailed);
     row("negative verdict", throughLastChunk + accepted() + verdict(-1), Ending::CheckFailed);
@@ -380,6 +202,9 @@ void TestSendMachine::offersACancelOnlyWhileItHelps_data()
     QTest::newRow("last chunk") << Events{start, connected, acknowledged(chunk),
                                           acknowledged(2 * chunk)}
                                 << false;
+    SendEvent inWindow = acknowledged(chunk);
+    inWindow.window = 2;
+    QTest::newRow("last chunk of a window") << Events{start, connected, inWindow} << false;
     QTest::newRow("checking") << throughLastChunk << false;
     QTest::newRow("pausing") << Events{start, connected, dropped()} << true;
     QTest::newRow("cancelling") << Events{start, connected, cancelRequested()} << false;

@@ -52,6 +52,7 @@ void tst_Options::asksForNothingByDefault()
     QCOMPARE(options.recordInterval(), 0);
     QVERIFY(!options.syncsToDisk());
     QVERIFY(!options.checksDigest());
+    QCOMPARE(options.window(), 0);
     QVERIFY(!options.failureHandler());
 }
 
@@ -76,6 +77,7 @@ void tst_Options::asksForEverythingWhenHardened()
     QVERIFY(options.syncsToDisk());
     QVERIFY(options.checksDigest());
     // What only the host can know.
+    QCOMPARE(options.window(), 0);
     QCOMPARE(options.allowedOrigins(), QStringList());
     QCOMPARE(options.token(), QString());
     QVERIFY(options.tls().isNull());

@@ -1,99 +1,29 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// Commands and their connection, with a real server and through a proxy that mistreats them.
+// Commands, with a real server and through a proxy that mistreats them.
 
-#include "cuttingproxy.h"
-#include "exchange.h"
-#include "testprinter.h"
+#include "bench.h"
 #include "testprogram.h"
-#include "waiting.h"
 
-#include <QTcpServer>
-#include <QTcpSocket>
 #include <QtTest>
 
-#include <memory>
-#include <optional>
-
-using zysession::Exchange;
+using namespace zytest;
 using zysession::Parameters;
-using zysession::PrinterLink;
 using zysession::PrinterStatus;
-using zysession::TimeLimits;
-using zytest::CuttingProxy;
-using zytest::TestPrinter;
-using zytest::waitUntil;
 using Ending = Exchange::Ending;
-using Fault = PrinterLink::Fault;
 
 namespace
 {
 
-using Ask = std::function<void(Exchange &)>;
-
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-QUrl urlOf(quint16 port, const char *scheme = "ws")
-{
-    return QUrl(s("%1://127.0.0.1:%2").arg(s(scheme)).arg(port));
-}
-
-/// Whether the link is open, or why it is not.
-std::optional<Fault> outcomeOfOpening(PrinterLink &link)
-{
-    bool hasEnded = false;
-    const QObject context;
-    QObject::connect(&link, &PrinterLink::opened, &context, [&] { hasEnded = true; });
-    QObject::connect(&link, &PrinterLink::failed, &context, [&] { hasEnded = true; });
-    link.open();
-    if (hasEnded || !waitUntil([&] { return hasEnded; }))
-        return {};
-    return link.fault();
-}
-
-/// A connection to a printer behind a proxy, with one exchange on it.
-struct Bench {
-    explicit Bench(const TimeLimits &limits = {}) : link(proxy.url(), limits)
-    {
-        outcomeOfOpening(link);
-        exchange = std::make_unique<Exchange>(link);
-    }
-
-    /// What came of it; ends that come twice are none.
-    Exchange::Result resultOf(const Ask &ask)
-    {
-        QVector<Exchange::Result> results;
-        const auto connection
-            = QObject::connect(exchange.get(), &Exchange::ended,
-                               [&](const Exchange::Result &result) { results.append(result); });
-        ask(*exchange);
-        waitUntil([&] { return !results.isEmpty(); });
-        zytest::spinOnce();
-        QObject::disconnect(connection);
-        if (results.size() != 1)
-            qFatal("%d results", results.size());
-        return results.first();
-    }
-    Ending endingOf(const Ask &ask) { return resultOf(ask).ending; }
-
-    TestPrinter printer;
-    CuttingProxy proxy{printer.port()};
-    PrinterLink link;
-    std::unique_ptr<Exchange> exchange;
-};
-
 PrintStatusPara record(const char *eleSpeed)
 {
     PrintStatusPara para;
-    para.initExposure = s("30");
-    para.delayLight = s("1");
-    para.printExposure = s("2.5");
-    para.printHeight = s("5");
-    para.eleSpeed = s(eleSpeed);
-    para.bottomExposureNum = s("6");
+    para.initExposure = "30"_s;
+    para.delayLight = "1"_s;
+    para.printExposure = "2.5"_s;
+    para.printHeight = "5"_s;
+    para.eleSpeed = QString::fromUtf8(eleSpeed);
+    para.bottomExposureNum = "6"_s;
     return para;
 }
 
@@ -116,19 +46,12 @@ private Q_SLOTS:
     void saysWhichParametersAreNotTaken();
     void sendsTheToken();
     void sharesALinkWithOtherExchanges();
-    void opensAnewOnTheSameLink();
 
     // Rainy day.
     void saysThatNobodyAnswersInTime();
     void saysThatTheConnectionIsLost();
     void saysThatThereIsNoConnection();
     void endsAnAbandonedCommandNever();
-    void saysWhyNoConnectionComesAbout_data();
-    void saysWhyNoConnectionComesAbout();
-    void saysThatTheHandshakeIsRefused_data();
-    void saysThatTheHandshakeIsRefused();
-    void noticesThatThePrinterIsGone();
-    void staysSilentOnceClosed();
     void mayBeDeletedInItsOwnSlots();
 };
 
@@ -137,7 +60,7 @@ void TestExchange::asksForStatusAndVersion()
     Bench bench;
     PrintStatusPara status = record("60");
     status.printStatus = 1;
-    status.curSliceLayer = s("7");
+    status.curSliceLayer = "7"_s;
     bench.printer.host().answers.status = status;
     const Exchange::Result result
         = bench.resultOf([](Exchange &exchange) { exchange.askStatus(); });
@@ -148,7 +71,7 @@ void TestExchange::asksForStatusAndVersion()
     const Exchange::Result version
         = bench.resultOf([](Exchange &exchange) { exchange.askVersion(); });
     QCOMPARE(version.ending, Ending::Done);
-    QCOMPARE(Exchange::versionOf(version.answer), s("1"));
+    QCOMPARE(Exchange::versionOf(version.answer), "1"_s);
     QCOMPARE(bench.endingOf([](Exchange &exchange) { exchange.cancelFile(); }), Ending::Done);
 }
 
@@ -169,9 +92,9 @@ void TestExchange::knowsWhatPauseAndStopAnswer()
     bench.printer.host().answers.sigDoPrintPause = answer;
     bench.printer.host().answers.sigDoPrintStop = answer;
     QCOMPARE(bench.endingOf([](Exchange &exchange) { exchange.pause(); }), ending);
-    QCOMPARE(bench.printer.host().count(s("sigDoPrintPause")), 1);
+    QCOMPARE(bench.printer.host().count("sigDoPrintPause"_s), 1);
     QCOMPARE(bench.endingOf([](Exchange &exchange) { exchange.stop(); }), ending);
-    QCOMPARE(bench.printer.host().count(s("sigDoPrintStop")), 1);
+    QCOMPARE(bench.printer.host().count("sigDoPrintStop"_s), 1);
 }
 
 void TestExchange::knowsWhatAPrintAnswers_data()
@@ -193,7 +116,7 @@ void TestExchange::knowsWhatAPrintAnswers()
     Bench bench;
     bench.printer.host().answers.getFilePrintState = mayPrint;
     bench.printer.host().answers.checkFile = check;
-    QCOMPARE(bench.endingOf([](Exchange &exchange) { exchange.print(s("x.zydlp")); }), ending);
+    QCOMPARE(bench.endingOf([](Exchange &exchange) { exchange.print("x.zydlp"_s); }), ending);
 }
 
 void TestExchange::saysThatThePrinterChecksFirst()
@@ -206,9 +129,9 @@ void TestExchange::saysThatThePrinterChecksFirst()
         isChecking = true;
         bench.proxy.freeze(); // the result does not get through any more
     });
-    bench.printer.host().during(s("checkFile"), [&] { waitUntil([&] { return isChecking; }); });
+    bench.printer.host().during("checkFile"_s, [&] { waitUntil([&] { return isChecking; }); });
     const Exchange::Result result
-        = bench.resultOf([](Exchange &exchange) { exchange.print(s("x.zydlp")); });
+        = bench.resultOf([](Exchange &exchange) { exchange.print("x.zydlp"_s); });
     QVERIFY(isChecking);
     QCOMPARE(result.ending, Ending::NoAnswer);
     QCOMPARE(result.timeLimit, 100);
@@ -219,13 +142,13 @@ void TestExchange::setsSomeParametersAndKeepsTheOthers()
     Bench bench;
     bench.printer.host().answers.status = record("60.0");
     const Exchange::Result result = bench.resultOf([](Exchange &exchange) {
-        exchange.set(Parameters{{s("eleSpeed"), s("60")}});
+        exchange.set(Parameters{{"eleSpeed"_s, "60"_s}});
     });
     QCOMPARE(result.ending, Ending::Done);
-    QCOMPARE(PrinterStatus::fromReply(result.answer).parameters.value(s("eleSpeed")), s("60.0"));
+    QCOMPARE(PrinterStatus::fromReply(result.answer).parameters.value("eleSpeed"_s), "60.0"_s);
     // All six, the other five as they were.
-    const QStringList calls = bench.printer.host().calls().filter(s("sigSetPrintPara("));
-    QCOMPARE(calls, QStringList(s("sigSetPrintPara(||||30|1|2.5|5|60|6|||0, )")));
+    const QStringList calls = bench.printer.host().calls().filter("sigSetPrintPara("_s);
+    QCOMPARE(calls, QStringList("sigSetPrintPara(||||30|1|2.5|5|60|6|||0, )"_s));
 }
 
 void TestExchange::saysWhichParametersAreNotTaken()
@@ -233,26 +156,26 @@ void TestExchange::saysWhichParametersAreNotTaken()
     Bench bench;
     bench.printer.host().answers.status = record("60");
     const Exchange::Result result = bench.resultOf([](Exchange &exchange) {
-        exchange.set(Parameters{{s("eleSpeed"), s("61")}, {s("printHeight"), s("5.0")}});
+        exchange.set(Parameters{{"eleSpeed"_s, "61"_s}, {"printHeight"_s, "5.0"_s}});
     });
     QCOMPARE(result.ending, Ending::NotTaken);
-    QCOMPARE(result.kept, QStringList(s("eleSpeed")));
+    QCOMPARE(result.kept, QStringList("eleSpeed"_s));
 
     bench.printer.host().answers.status->printStatus = 8; // the token is rejected
     QCOMPARE(bench.endingOf([](Exchange &exchange) { exchange.set({}); }), Ending::TokenRejected);
     QCOMPARE(bench.endingOf([](Exchange &exchange) { exchange.askStatus(); }),
              Ending::TokenRejected);
-    QCOMPARE(bench.printer.host().count(s("sigSetPrintPara")), 1);
+    QCOMPARE(bench.printer.host().count("sigSetPrintPara"_s), 1);
 }
 
 void TestExchange::sendsTheToken()
 {
     Bench bench;
-    bench.exchange->setToken(s("secret"));
+    bench.exchange->setToken("secret"_s);
     bench.endingOf([](Exchange &exchange) { exchange.pause(); });
-    QVERIFY(bench.printer.host().takeCalls().last().endsWith(s(", secret)")));
+    QVERIFY(bench.printer.host().takeCalls().last().endsWith(", secret)"_s));
     bench.endingOf([](Exchange &exchange) { exchange.set({}); });
-    QCOMPARE(bench.printer.host().takeCalls().filter(s(", secret)")).size(), 3);
+    QCOMPARE(bench.printer.host().takeCalls().filter(", secret)"_s).size(), 3);
 }
 
 void TestExchange::sharesALinkWithOtherExchanges()
@@ -272,17 +195,6 @@ void TestExchange::sharesALinkWithOtherExchanges()
     QCOMPARE(endings, QVector<Ending>(2, Ending::Done));
 }
 
-void TestExchange::opensAnewOnTheSameLink()
-{
-    Bench bench;
-    bench.proxy.cut();
-    QVERIFY(waitUntil([&] { return !bench.link.isOpen(); }));
-    QCOMPARE(outcomeOfOpening(bench.link), Fault::None);
-    QCOMPARE(outcomeOfOpening(bench.link), Fault::None); // open already
-    QCOMPARE(bench.proxy.connectionCount(), 2);
-    QCOMPARE(bench.endingOf([](Exchange &exchange) { exchange.askVersion(); }), Ending::Done);
-}
-
 void TestExchange::saysThatNobodyAnswersInTime()
 {
     TimeLimits limits;
@@ -291,7 +203,7 @@ void TestExchange::saysThatNobodyAnswersInTime()
     bench.proxy.freeze();
     for (const Ask &ask : {Ask([](Exchange &exchange) { exchange.askStatus(); }),
                            Ask([](Exchange &exchange) { exchange.askVersion(); }),
-                           Ask([](Exchange &exchange) { exchange.print(s("x")); }),
+                           Ask([](Exchange &exchange) { exchange.print("x"_s); }),
                            Ask([](Exchange &exchange) { exchange.set({}); })}) {
         const Exchange::Result result = bench.resultOf(ask);
         QCOMPARE(result.ending, Ending::NoAnswer);
@@ -302,7 +214,7 @@ void TestExchange::saysThatNobodyAnswersInTime()
 void TestExchange::saysThatTheConnectionIsLost()
 {
     Bench bench;
-    bench.printer.host().during(s("sigGetPrinterStatus"),
+    bench.printer.host().during("sigGetPrinterStatus"_s,
                                 [&] { bench.proxy.cut(CuttingProxy::Ending::Reset); });
     QCOMPARE(bench.endingOf([](Exchange &exchange) { exchange.set({}); }), Ending::ConnectionLost);
     QVERIFY(bench.link.wasOpen());
@@ -313,7 +225,7 @@ void TestExchange::saysThatThereIsNoConnection()
     Bench bench;
     bench.link.close();
     QCOMPARE(bench.endingOf([](Exchange &exchange) { exchange.stop(); }), Ending::ConnectionLost);
-    QCOMPARE(bench.printer.host().count(s("sigDoPrintStop")), 0);
+    QCOMPARE(bench.printer.host().count("sigDoPrintStop"_s), 0);
 }
 
 void TestExchange::endsAnAbandonedCommandNever()
@@ -340,98 +252,6 @@ void TestExchange::endsAnAbandonedCommandNever()
     QCOMPARE(ends, 1);
 }
 
-void TestExchange::saysWhyNoConnectionComesAbout_data()
-{
-    QTest::addColumn<QUrl>("url");
-    QTest::addColumn<Fault>("fault");
-    QTcpServer closed;
-    QVERIFY(closed.listen(QHostAddress::LocalHost));
-    QTest::newRow("refused") << urlOf(closed.serverPort()) << Fault::Refused;
-    QTest::newRow("unknown host") << QUrl(s("ws://printer.invalid:80")) << Fault::UnknownHost;
-    QTest::newRow("scheme") << QUrl(s("http://127.0.0.1:80")) << Fault::BadAddress;
-    QTest::newRow("no URL") << QUrl() << Fault::BadAddress;
-}
-
-void TestExchange::saysWhyNoConnectionComesAbout()
-{
-    QFETCH(QUrl, url);
-    QFETCH(Fault, fault);
-    PrinterLink link(url, {});
-    QCOMPARE(outcomeOfOpening(link), fault);
-    QVERIFY(!link.wasOpen());
-    QCOMPARE(link.faultText().isEmpty(), fault == Fault::BadAddress);
-}
-
-void TestExchange::saysThatTheHandshakeIsRefused_data()
-{
-    QTest::addColumn<QByteArray>("answer");
-    QTest::addColumn<bool>("isClosed"); // after the answer
-    QTest::addColumn<QByteArray>("scheme");
-    QTest::addColumn<Fault>("fault");
-    const QByteArray page = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n";
-    QTest::newRow("web server") << page << true << QByteArray("ws") << Fault::NotAWebSocket;
-    QTest::newRow("web server that waits")
-        << page << false << QByteArray("ws") << Fault::NotAWebSocket;
-    QTest::newRow("another protocol")
-        << QByteArray("220 ready\r\n\r\n") << false << QByteArray("ws") << Fault::NotAWebSocket;
-    QTest::newRow("no answer at all")
-        << QByteArray() << true << QByteArray("ws") << Fault::NotAWebSocket;
-    QTest::newRow("silence") << QByteArray() << false << QByteArray("ws") << Fault::TimedOut;
-    QTest::newRow("no TLS") << page << true << QByteArray("wss") << Fault::Tls;
-}
-
-void TestExchange::saysThatTheHandshakeIsRefused()
-{
-    QFETCH(QByteArray, answer);
-    QFETCH(bool, isClosed);
-    QFETCH(QByteArray, scheme);
-    QFETCH(Fault, fault);
-    QTcpServer server;
-    QVERIFY(server.listen(QHostAddress::LocalHost));
-    QObject::connect(&server, &QTcpServer::newConnection, [&] {
-        QTcpSocket *socket = server.nextPendingConnection();
-        QObject::connect(socket, &QTcpSocket::readyRead, [=] {
-            socket->write(answer);
-            if (isClosed)
-                socket->disconnectFromHost();
-        });
-    });
-    TimeLimits limits;
-    // Only silence takes as long as it may.
-    limits.connecting = fault == Fault::TimedOut ? 100 : zytest::patience * 2;
-    PrinterLink link(urlOf(server.serverPort(), scheme.constData()), limits);
-    QCOMPARE(outcomeOfOpening(link), fault);
-}
-
-void TestExchange::noticesThatThePrinterIsGone()
-{
-    Bench bench;
-    int drops = 0;
-    QObject::connect(&bench.link, &PrinterLink::dropped, [&] { ++drops; });
-    bench.printer.destroyServer();
-    QVERIFY(waitUntil([&] { return drops > 0; }));
-    QVERIFY(!bench.link.isOpen());
-    QCOMPARE(drops, 1);
-    bench.proxy.freeze();
-    bench.link.open();
-    bench.link.close();
-}
-
-void TestExchange::staysSilentOnceClosed()
-{
-    Bench bench;
-    const auto never = [] { QFAIL("a closed link says something"); };
-    QObject::connect(&bench.link, &PrinterLink::opened, never);
-    QObject::connect(&bench.link, &PrinterLink::failed, never);
-    QObject::connect(&bench.link, &PrinterLink::dropped, never);
-    bench.link.close();
-    QVERIFY(bench.printer.waitForConnections(0));
-    bench.link.open();
-    bench.link.close();
-    QVERIFY(waitUntil([&] { return bench.proxy.connectionCount() == 2; }));
-    QVERIFY(bench.printer.waitForConnections(0));
-}
-
 void TestExchange::mayBeDeletedInItsOwnSlots()
 {
     TestPrinter printer;
@@ -441,7 +261,7 @@ void TestExchange::mayBeDeletedInItsOwnSlots()
         exchange.reset();
         link.reset();
     });
-    QObject::connect(link.get(), &PrinterLink::opened, [&] { exchange->print(s("x")); });
+    QObject::connect(link.get(), &PrinterLink::opened, [&] { exchange->print("x"_s); });
     link->open();
     QVERIFY(waitUntil([&] { return !link; }));
     QVERIFY(printer.waitForConnections(0));

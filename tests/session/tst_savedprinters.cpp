@@ -5,6 +5,7 @@
 #include "modelfiles.h"
 #include "savedprinters.h"
 #include "testprogram.h"
+#include "texts.h"
 #include "tlsidentity.h"
 
 #include <QFileInfo>
@@ -25,14 +26,9 @@ constexpr QFile::Permissions ownersOnly
     = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
 constexpr QFile::Permissions everybodys = ownersOnly | QFile::ReadGroup | QFile::ReadOther;
 
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
 Printer bench(const char *token = "")
 {
-    return {s("bench1"), QUrl(s("ws://10.0.0.1:80")), s(token)};
+    return {"bench1"_s, QUrl("ws://10.0.0.1:80"_s), QString::fromUtf8(token)};
 }
 
 } // namespace
@@ -64,7 +60,7 @@ private Q_SLOTS:
     void saysThatAFileIsNotWritable();
 
 private:
-    QString path(const char *name) const { return m_directory.filePath(s(name)); }
+    QString path(const char *name) const { return m_directory.filePath(QString::fromUtf8(name)); }
 
     QTemporaryDir m_directory;
 };
@@ -76,8 +72,8 @@ void TestSavedPrinters::readsWhatVersion1Saved()
     QVERIFY(saved.printers().isEmpty()); // not touched yet
     QCOMPARE(saved.read(), SettingsFault::None);
     QCOMPARE(saved.printers().size(), 2);
-    QCOMPARE(saved.find(s("lab-2")).url, QUrl(s("wss://lab:443")));
-    QCOMPARE(saved.find(s("lab-2")).token, QString());
+    QCOMPARE(saved.find("lab-2"_s).url, QUrl("wss://lab:443"_s));
+    QCOMPARE(saved.find("lab-2"_s).token, QString());
 }
 
 void TestSavedPrinters::readsAddressesThatEarlyVersionsSaved()
@@ -86,8 +82,8 @@ void TestSavedPrinters::readsAddressesThatEarlyVersionsSaved()
         writeFile(path("early.ini"),
                   "[printers]\nx=@Variant(\\0\\0\\0\\x11\\0\\0\\0\\bws://a:1)\ny=http://b\n"));
     QCOMPARE(saved.read(), SettingsFault::None);
-    QCOMPARE(saved.find(s("x")).url, QUrl(s("ws://a:1")));
-    QVERIFY(saved.find(s("y")).url.isEmpty());
+    QCOMPARE(saved.find("x"_s).url, QUrl("ws://a:1"_s));
+    QVERIFY(saved.find("y"_s).url.isEmpty());
 }
 
 void TestSavedPrinters::leavesWhatVersion1CanRead()
@@ -104,7 +100,7 @@ void TestSavedPrinters::keepsAnyToken_data()
     QTest::addColumn<QString>("token");
     for (const char *token : {"secret", " spaces around ", "a,b;c=d\"e\"", "@Invalid()", "[x]",
                               "two\nlines", "größer", "\\x41"})
-        QTest::newRow(token) << s(token);
+        QTest::newRow(token) << QString::fromUtf8(token);
 }
 
 void TestSavedPrinters::keepsAnyToken()
@@ -116,7 +112,7 @@ void TestSavedPrinters::keepsAnyToken()
     QCOMPARE(SavedPrinters(file).save(printer), SettingsFault::None);
     SavedPrinters saved(file);
     QCOMPARE(saved.read(), SettingsFault::None);
-    QCOMPARE(saved.find(s("bench1")).token, token);
+    QCOMPARE(saved.find("bench1"_s).token, token);
 }
 
 void TestSavedPrinters::keepsAFileWithTokensToItsOwner_data()
@@ -134,7 +130,7 @@ void TestSavedPrinters::keepsAFileWithTokensToItsOwner()
     QFETCH(QByteArray, before);
     QFETCH(bool, isSaving);
     const QTemporaryDir directory;
-    const QString file = directory.filePath(s("new folder/settings.ini"));
+    const QString file = directory.filePath("new folder/settings.ini"_s);
     if (!before.isNull()) {
         QVERIFY(QDir().mkpath(QFileInfo(file).path()));
         writeFile(file, before);
@@ -157,31 +153,28 @@ void TestSavedPrinters::leavesThePermissionsOfAFileWithoutTokens()
 void TestSavedPrinters::keepsACertificateWithItsPrinter()
 {
     const TlsIdentity identity = TlsIdentity::localhost();
-    const Printer printer{s("bench1"),
-                          QUrl(s("wss://10.0.0.1:80")),
-                          {},
-                          identity.certificate,
-                          identity.fingerprint()};
+    const Printer printer{
+        "bench1"_s, QUrl("wss://10.0.0.1:80"_s), {}, identity.certificate, identity.fingerprint()};
     const QString file = path("certificates.ini");
     QCOMPARE(SavedPrinters(file).save(printer), SettingsFault::None);
     SavedPrinters saved(file);
     QCOMPARE(saved.read(), SettingsFault::None);
-    QCOMPARE(saved.find(s("bench1")).authorities, printer.authorities);
-    QCOMPARE(saved.find(s("bench1")).fingerprint, printer.fingerprint);
-    QCOMPARE(saved.find(s("bench1")).trust().fingerprint(), printer.fingerprint);
-    QCOMPARE(saved.remove(s("bench1")), SettingsFault::None);
+    QCOMPARE(saved.find("bench1"_s).authorities, printer.authorities);
+    QCOMPARE(saved.find("bench1"_s).fingerprint, printer.fingerprint);
+    QCOMPARE(saved.find("bench1"_s).trust().fingerprint(), printer.fingerprint);
+    QCOMPARE(saved.remove("bench1"_s), SettingsFault::None);
     QCOMPARE(readFile(file), QByteArray());
 }
 
 void TestSavedPrinters::saysWhichCertificateCannotBeChecked()
 {
     const TlsIdentity identity = TlsIdentity::localhost();
-    const QUrl plain(s("ws://10.0.0.1:80"));
-    const QUrl encrypted(s("wss://10.0.0.1:80"));
+    const QUrl plain("ws://10.0.0.1:80"_s);
+    const QUrl encrypted("wss://10.0.0.1:80"_s);
     const QVector<std::pair<Printer, QString>> unusable{
-        {{s("a"), plain, {}, {}, identity.fingerprint()}, s("ws://10.0.0.1:80")},
-        {{s("a"), encrypted, {}, s("/none.pem"), {}}, s("/none.pem: No such file")},
-        {{s("a"), encrypted, {}, {}, s("F2")}, s("no SHA-256 fingerprint: F2")},
+        {{"a"_s, plain, {}, {}, identity.fingerprint()}, "ws://10.0.0.1:80"_s},
+        {{"a"_s, encrypted, {}, "/none.pem"_s, {}}, "/none.pem: No such file"_s},
+        {{"a"_s, encrypted, {}, {}, "F2"_s}, "no SHA-256 fingerprint: F2"_s},
     };
     for (const auto &[printer, part] : unusable) {
         ZyTlsTrust trust;
@@ -201,7 +194,7 @@ void TestSavedPrinters::forgetsATokenWithItsPrinter()
     QCOMPARE(saved.save(bench()), SettingsFault::None);
     QVERIFY(!readFile(saved.file()).contains("secret"));
     QCOMPARE(saved.save(bench("secret")), SettingsFault::None);
-    QCOMPARE(saved.remove(s("bench1")), SettingsFault::None);
+    QCOMPARE(saved.remove("bench1"_s), SettingsFault::None);
     QCOMPARE(readFile(saved.file()).trimmed(), QByteArray());
     QVERIFY(saved.printers().isEmpty());
 }
@@ -210,15 +203,15 @@ void TestSavedPrinters::resolvesNamesAndAddresses()
 {
     SavedPrinters saved(path("resolve.ini"));
     QCOMPARE(saved.save(bench("secret")), SettingsFault::None);
-    const Printer byName = saved.resolve(s(" bench1 "));
-    QCOMPARE(byName.label(), s("bench1"));
-    QCOMPARE(byName.description(), s("bench1 (ws://10.0.0.1:80)"));
-    QCOMPARE(byName.token, s("secret"));
-    const Printer byAddress = saved.resolve(s("10.0.0.2:80"));
-    QCOMPARE(byAddress.description(), s("ws://10.0.0.2:80"));
+    const Printer byName = saved.resolve(" bench1 "_s);
+    QCOMPARE(byName.label(), "bench1"_s);
+    QCOMPARE(byName.description(), "bench1 (ws://10.0.0.1:80)"_s);
+    QCOMPARE(byName.token, "secret"_s);
+    const Printer byAddress = saved.resolve("10.0.0.2:80"_s);
+    QCOMPARE(byAddress.description(), "ws://10.0.0.2:80"_s);
     QVERIFY(byAddress.token.isEmpty());
-    QVERIFY(saved.resolve(s("bench2")).url.isEmpty());
-    QVERIFY(saved.resolve(s("http://host")).url.isEmpty());
+    QVERIFY(saved.resolve("bench2"_s).url.isEmpty());
+    QVERIFY(saved.resolve("http://host"_s).url.isEmpty());
 }
 
 void TestSavedPrinters::sortsByName()
@@ -229,7 +222,7 @@ void TestSavedPrinters::sortsByName()
     QString names;
     for (const Printer &printer : saved.printers())
         names += printer.name;
-    QCOMPARE(names, s("abC"));
+    QCOMPARE(names, "abC"_s);
 }
 
 void TestSavedPrinters::keepsOtherSettings()
@@ -245,7 +238,7 @@ void TestSavedPrinters::usesTheFileThatTheEnvironmentNames()
     QCOMPARE(SavedPrinters().file(), path("named.ini"));
     QCOMPARE(SavedPrinters(path("given.ini")).file(), path("given.ini"));
     qunsetenv("ZYSLICER_SETTINGS");
-    QVERIFY(SavedPrinters().file().endsWith(s("/zyWebsocket/zyslicer.ini")));
+    QVERIFY(SavedPrinters().file().endsWith("/zyWebsocket/zyslicer.ini"_s));
 }
 
 void TestSavedPrinters::knowsWhatAnotherProgramSavedOnceReadAnew()
@@ -258,7 +251,7 @@ void TestSavedPrinters::knowsWhatAnotherProgramSavedOnceReadAnew()
     QCOMPARE(saved.printers().size(), 1);
     writeFile(saved.file(), "[printers]\na=ws://printer:1\n");
     QCOMPARE(saved.save(bench()), SettingsFault::None);
-    QCOMPARE(saved.find(s("a")).url, QUrl(s("ws://printer:1")));
+    QCOMPARE(saved.find("a"_s).url, QUrl("ws://printer:1"_s));
 }
 
 void TestSavedPrinters::refusesAFileThatHoldsNoSettings_data()
@@ -276,7 +269,7 @@ void TestSavedPrinters::refusesAFileThatHoldsNoSettings()
     SavedPrinters saved(writeFile(path("notes.txt"), bytes));
     QCOMPARE(saved.read(), SettingsFault::NotSettings);
     QCOMPARE(saved.save(bench("secret")), SettingsFault::NotSettings);
-    QCOMPARE(saved.remove(s("a")), SettingsFault::NotSettings);
+    QCOMPARE(saved.remove("a"_s), SettingsFault::NotSettings);
     QVERIFY(saved.printers().isEmpty());
     QVERIFY(readFile(saved.file()) == bytes);
 }

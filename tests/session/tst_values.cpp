@@ -6,6 +6,7 @@
 #include "ratemeter.h"
 #include "savedprinters.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QJsonObject>
 #include <QtTest>
@@ -16,14 +17,9 @@ using State = PrinterStatus::State;
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
 PrinterStatus statusWith(const char *key, const char *value)
 {
-    return PrinterStatus::fromReply({{s(key), s(value)}});
+    return PrinterStatus::fromReply({{QString::fromUtf8(key), QString::fromUtf8(value)}});
 }
 
 } // namespace
@@ -54,8 +50,9 @@ void TestValues::readsAddresses_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("url"); // empty: refused
-    const auto row
-        = [](const char *text, const char *url) { QTest::newRow(text) << s(text) << s(url); };
+    const auto row = [](const char *text, const char *url) {
+        QTest::newRow(text) << QString::fromUtf8(text) << QString::fromUtf8(url);
+    };
     row("ws://192.168.1.20:8080", "ws://192.168.1.20:8080");
     row("wss://printer.local:443", "wss://printer.local:443");
     row("192.168.1.20:8080", "ws://192.168.1.20:8080");
@@ -96,7 +93,7 @@ void TestValues::tellsNamesFromAddresses_data()
 
 void TestValues::tellsNamesFromAddresses()
 {
-    QTEST(isPrinterName(s(QTest::currentDataTag())), "isName");
+    QTEST(isPrinterName(QString::fromUtf8(QTest::currentDataTag())), "isName");
 }
 
 void TestValues::knowsEachStateWord_data()
@@ -123,7 +120,7 @@ void TestValues::knowsEachStateWord_data()
 void TestValues::knowsEachStateWord()
 {
     const PrinterStatus status = statusWith("printStatus", QTest::currentDataTag());
-    QCOMPARE(status.word, s(QTest::currentDataTag()));
+    QCOMPARE(status.word, QString::fromUtf8(QTest::currentDataTag()));
     QTEST(int(status.state), "state");
     QTEST(status.hasJob(), "hasJob");
     QTEST(status.canStop(), "canStop");
@@ -131,26 +128,25 @@ void TestValues::knowsEachStateWord()
 
 void TestValues::readsAWholeStatus()
 {
-    const PrinterStatus status
-        = PrinterStatus::fromReply({{s("printStatus"), s("PRINT_PROCESSING")},
-                                    {s("filename"), s("part.zydlp")},
-                                    {s("sliceLayerCount"), s("400")},
-                                    {s("curSliceLayer"), s("100")},
-                                    {s("printRemainTime"), s("750")},
-                                    {s("layerThickness"), s("0.05")},
-                                    {s("resin"), s("grey")},
-                                    {s("eleSpeed"), s("60")}});
-    QCOMPARE(status.filename, s("part.zydlp"));
+    const PrinterStatus status = PrinterStatus::fromReply({{"printStatus"_s, "PRINT_PROCESSING"_s},
+                                                           {"filename"_s, "part.zydlp"_s},
+                                                           {"sliceLayerCount"_s, "400"_s},
+                                                           {"curSliceLayer"_s, "100"_s},
+                                                           {"printRemainTime"_s, "750"_s},
+                                                           {"layerThickness"_s, "0.05"_s},
+                                                           {"resin"_s, "grey"_s},
+                                                           {"eleSpeed"_s, "60"_s}});
+    QCOMPARE(status.filename, "part.zydlp"_s);
     QCOMPARE(status.layer, 100);
     QCOMPARE(status.layerCount, 400);
     QCOMPARE(status.layerFraction(), 0.25);
     QCOMPARE(status.remainingSeconds(), qint64(750));
-    QCOMPARE(status.layerThickness, s("0.05"));
-    QCOMPARE(status.resin, s("grey"));
+    QCOMPARE(status.layerThickness, "0.05"_s);
+    QCOMPARE(status.resin, "grey"_s);
     QCOMPARE(status.parameters.size(), parameterKeys().size());
     for (const QString &key : parameterKeys())
         QVERIFY(status.parameters.contains(key));
-    QCOMPARE(status.parameters.value(s("eleSpeed")), s("60"));
+    QCOMPARE(status.parameters.value("eleSpeed"_s), "60"_s);
 }
 
 void TestValues::takesWhatIsNoCountAsNone_data()
@@ -180,7 +176,8 @@ void TestValues::comparesNumbersAsNumbers_data()
     QTest::addColumn<QString>("right");
     QTest::addColumn<bool>("isSame");
     const auto row = [](const char *left, const char *right, bool isSame) {
-        QTest::addRow("%s and %s", left, right) << s(left) << s(right) << isSame;
+        QTest::addRow("%s and %s", left, right)
+            << QString::fromUtf8(left) << QString::fromUtf8(right) << isSame;
     };
     row("30", "30.0", true);
     row("0", "0.000", true);

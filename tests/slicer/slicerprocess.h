@@ -1,58 +1,41 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// A running zyslicer, and what it needs: models, its own settings.
+// A running zyslicer with settings of its own.
 
 #ifndef SLICERPROCESS_H
 #define SLICERPROCESS_H
 
-#include <QByteArray>
+#include "programs.h"
+#include "scriptedprinter.h"
+
 #include <QJsonObject>
-#include <QProcess>
-#include <QStringList>
-#include <QTemporaryDir>
 #include <QVector>
+
+using zytest::deadUrl;
 
 /// QVERIFY with the bytes that were looked at.
 #define VERIFY_TEXT(condition, text) QVERIFY2(condition, QByteArray(text).constData())
 
-/// Runs beside the test, whose event loop serves printers and proxies meanwhile.
-class SlicerProcess
+class SlicerProcess : public zytest::ChildProcess
 {
 public:
     explicit SlicerProcess(const QStringList &arguments, const QString &settings = {});
-    /// Ends it if it still runs.
-    ~SlicerProcess();
+    ~SlicerProcess() override;
 
     /// False when it still runs after a long time, or crashed.
     bool waitForExit();
-    /// Waits until its standard output has @p text; false when it ends or lasts too long before.
-    bool waitForOutput(const QByteArray &text);
     /// Waits for a line of --json whose "event" is @p event; empty when none comes.
     QJsonObject waitForEvent(const QString &event);
 
     /// SIGINT, as Ctrl-C gives it.
     void interrupt();
-    void terminate() { m_process.terminate(); } ///< SIGTERM
-    void kill();
-
-    int exitCode() const { return m_process.exitCode(); }
-    const QByteArray &output() const { return m_output; }
-    const QByteArray &errors() const { return m_errors; }
+    void terminate(); ///< SIGTERM
 
 private:
-    Q_DISABLE_COPY(SlicerProcess)
-
     QTemporaryDir m_directory;
-    QProcess m_process;
-    QByteArray m_output;
-    QByteArray m_errors;
 };
 
-struct SlicerResult {
-    int exitCode = -1; ///< -1 when it crashed or did not end
-    QByteArray output;
-    QByteArray errors;
-};
+using SlicerResult = zytest::RunResult;
 
 SlicerResult runSlicer(const QStringList &arguments, const QString &settings = {});
 
@@ -75,11 +58,5 @@ bool isOneErrorLine(const QByteArray &errors, const QByteArray &part);
         VERIFY_TEXT(isOneErrorLine(failed.errors, part), failed.errors);                           \
         QCOMPARE(failed.exitCode, code);                                                           \
     } while (false)
-
-/// Writes a valid sliced model of @p layers small layers to @p path; returns @p path.
-QString makeModel(const QString &path, int layers = 20);
-
-/// A URL at which nobody listens.
-QString deadUrl();
 
 #endif // SLICERPROCESS_H

@@ -137,7 +137,7 @@ void TestFailures::tellsThatThePrinterIsChecking()
     QVERIFY(!print.waitForEvent("print-checking"_s).isEmpty());
     EXPECT_FAILURE(runSlicer(send(url)), 4, "busy, it is checking");
     EXPECT_FAILURE(runSlicer({"print"_s, "part.zydlp"_s, "--to"_s, url}), 4,
-                   "printer busy: part.zydlp on " + url.toUtf8());
+                   "receiving or checking a file: part.zydlp on " + url.toUtf8());
 }
 
 void TestFailures::tellsThatThePrinterRefusesTheFile()
@@ -178,7 +178,7 @@ void TestFailures::tellsThatAPrintIsBusy()
     TestPrinter printer;
     printer.host().answers.checkFile = 2;
     EXPECT_FAILURE(runSlicer({"print"_s, "x.zydlp"_s, "--to"_s, urlOf(printer)}), 4,
-                   "printer busy: x.zydlp");
+                   "receiving or checking a file: x.zydlp");
 }
 
 void TestFailures::tellsThatAPrintsTokenIsRejected()

@@ -2,20 +2,16 @@
 // SPDX-License-Identifier: MIT
 // Progress on a terminal: zyslicer behind a pseudo-terminal of a known size.
 
+#include "displaywidth.h"
 #include "modelfiles.h"
 #include "printerprocess.h"
 #include "slicerprocess.h"
+#include "terminal.h"
 #include "testprogram.h"
 #include "texts.h"
 
 #include <QRegularExpression>
 #include <QtTest>
-
-#include <fcntl.h>
-#include <pty.h>
-#include <sys/ioctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace
 {
@@ -30,39 +26,14 @@ struct TerminalResult {
 TerminalResult runOnTerminal(const QStringList &arguments, unsigned short columns,
                              unsigned short rows, const QByteArray &interruptAt = {})
 {
-    QList<QByteArray> bytes{QByteArrayLiteral(ZYSLICER)};
-    for (const QString &argument : arguments)
-        bytes.append(argument.toUtf8());
-    std::vector<char *> argv;
-    for (QByteArray &argument : bytes)
-        argv.push_back(argument.data());
-    argv.push_back(nullptr);
-
-    const winsize size{rows, columns, 0, 0};
-    int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, &size);
-    if (child == 0) {
-        setenv("TERM", "xterm", 1);
-        execv(argv[0], argv.data());
-        _exit(127);
-    }
-    TerminalResult result;
-    bool isInterrupted = interruptAt.isEmpty();
-    char buffer[4096];
-    // Reading fails once the child has closed its end.
-    for (ssize_t count; (count = read(terminal, buffer, sizeof buffer)) > 0;) {
-        result.screen.append(buffer, static_cast<int>(count));
-        if (!isInterrupted && result.screen.contains(interruptAt)) {
-            isInterrupted = true;
-            if (write(terminal, "\003", 1) != 1)
-                break;
-        }
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    close(terminal);
-    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return result;
+    zytest::Terminal terminal;
+    if (!terminal.start(QStringLiteral(ZYSLICER), arguments, QSize(columns, rows)))
+        return {};
+    if (!interruptAt.isEmpty()
+        && zytest::waitUntil([&] { return terminal.output().contains(interruptAt); }))
+        terminal.type('\003');
+    const int exitCode = terminal.waitForEnd();
+    return {exitCode, terminal.output()};
 }
 
 /// The lines drawn, without control sequences.
@@ -85,6 +56,8 @@ private Q_SLOTS:
     void drawsABarOverItself();
     void keepsToTheWidth_data();
     void keepsToTheWidth();
+    void keepsWideNamesOnOneLine_data();
+    void keepsWideNamesOnOneLine();
     void drawsOneLineForEachPrinter();
     void writesPlainLinesWhenTheTerminalIsTooLow();
     void cancelsWhenCtrlCIsTyped();
@@ -140,6 +113,27 @@ void TestTerminal::keepsToTheWidth()
         bars += line.contains(QLatin1Char('[')) ? 1 : 0;
     }
     QCOMPARE(bars > 0, columns > 30);
+}
+
+void TestTerminal::keepsWideNamesOnOneLine_data()
+{
+    keepsToTheWidth_data();
+}
+
+void TestTerminal::keepsWideNamesOnOneLine()
+{
+    QFETCH(int, columns);
+    PrinterProcess printer;
+    const QString name = QString::fromUtf8("\346\250\241\345\236\213\360\237\246\204").repeated(6);
+    const TerminalResult result = runOnTerminal(
+        {"send"_s, m_model, "--to"_s, printer.url().toString(), "--as"_s, name + ".zydlp"_s},
+        static_cast<unsigned short>(columns), 24);
+    QCOMPARE(result.exitCode, 0);
+    for (const QString &line : drawnLines(result.screen)) {
+        if (!line.contains(": "_s))
+            QVERIFY2(zyapp::displayWidth(line) < std::max(columns, 2), qPrintable(line));
+    }
+    QVERIFY(!printer.pathOf(name + ".zydlp"_s).isEmpty());
 }
 
 void TestTerminal::drawsOneLineForEachPrinter()

@@ -120,7 +120,7 @@ void TransferBox::setFile(const QString &path)
 {
     m_path->setText(path);
     m_name->setText(QFileInfo(path).fileName());
-    m_path->setCursorPosition(path.size());
+    m_path->end(false);
     // The same path may stand for another file by now.
     checkFile();
 }

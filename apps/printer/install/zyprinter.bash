@@ -17,12 +17,12 @@ _zyprinter()
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             return
             ;;
-        --port | --token | --speed | --name | --fail-at | --slow-check | \
+        --bind | --port | --token | --speed | --name | --fail-at | --slow-check | \
             --max-size | --keep-free | --max-connections | --allow-origin | --silence)
             return
             ;;
     esac
-    mapfile -t COMPREPLY < <(compgen -W "--dir --port --token --speed --name --view --preview
+    mapfile -t COMPREPLY < <(compgen -W "--dir --bind --port --token --speed --name --view --preview
         --max-size --keep-free --max-connections --allow-origin --silence --cert --key --unprotected
         --fail-at --slow-check --refuse --help --version" -- "$current")
 }

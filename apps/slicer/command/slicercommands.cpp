@@ -6,6 +6,7 @@
 
 #include "commandline.h"
 #include "outcome.h"
+#include "validators.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -30,6 +31,8 @@ struct OptionValues {
     const CLI::App *app = nullptr;
 
     std::vector<std::string> printers;
+    bool isAll = false;
+    std::vector<std::string> members;
     std::string token;
     std::string authorities;
     std::string fingerprint;
@@ -51,6 +54,9 @@ struct OptionValues {
     bool isWithoutDigest = false;
     bool isPrinting = false;
     bool isWatching = false;
+    bool isWaiting = false;
+    bool isKeeping = false;
+    std::string rateLimit;
     bool isJson = false;
     bool isQuiet = false;
     bool isVerbose = false;
@@ -118,22 +124,6 @@ zysession::Parameters toParameters(const std::vector<std::string> &assignments)
     return parameters;
 }
 
-/// Seconds that fit an int of milliseconds.
-CLI::Validator seconds(double least)
-{
-    const auto check = [least](const std::string &text) {
-        constexpr double most = 86400;
-        double value = 0;
-        // Not CLI::Range, which takes "nan": that is neither below nor above anything.
-        if (CLI::detail::lexical_cast(text, value) && value >= least && value <= most)
-            return std::string();
-        std::ostringstream error;
-        error << "Value " << text << " not in range " << least << " to " << most;
-        return error.str();
-    };
-    return CLI::Validator(check, "SECONDS");
-}
-
 void addTrustOptions(CLI::App *command, OptionValues &values)
 {
     command
@@ -147,9 +137,10 @@ void addTrustOptions(CLI::App *command, OptionValues &values)
 
 void addPrinterOptions(CLI::App *command, OptionValues &values)
 {
-    command->add_option("--to", values.printers, "Printer: URL or saved name; repeat for several")
-        ->type_name("PRINTER")
-        ->allow_extra_args(false);
+    auto *to = command->add_option("--to", values.printers,
+                                   "Printer: URL, saved name or group; repeat for several");
+    to->type_name("PRINTER")->allow_extra_args(false);
+    command->add_flag("--all", values.isAll, "All saved printers")->excludes(to);
     command->add_option("--token", values.token, "The printer's access token")
         ->envname("ZYSLICER_TOKEN")
         ->type_name("TOKEN");
@@ -184,6 +175,12 @@ CLI::Option *addWatchOptions(CLI::App *command, OptionValues &values, const std:
         ->check(seconds(0.01))
         ->capture_default_str();
     return command->add_flag("--watch", values.isWatching, help);
+}
+
+void addWait(CLI::App *command, OptionValues &values)
+{
+    command->add_flag("--wait", values.isWaiting,
+                      "Wait for a printer that is busy or not there, asking every --interval");
 }
 
 void addOutputOptions(CLI::App *command, OptionValues &values)
@@ -221,6 +218,13 @@ void addSend(CLI::App &app, OptionValues &values)
     send->add_flag("--no-digest", values.isWithoutDigest,
                    "Do not read the file beforehand for its SHA-256");
     addRetryOptions(send, values);
+    send->add_option("--limit-rate", values.rateLimit,
+                     "Bytes of the file in a second, on average, such as 500K or 2M")
+        ->check(rates())
+        ->type_name("RATE");
+    send->add_flag("--keep", values.isKeeping,
+                   "When interrupted, leave the printer its part, to be resumed");
+    addWait(send, values);
     auto *print = send->add_flag("--print", values.isPrinting, "Print it when the check is good");
     addWatchOptions(send, values, "Follow the print until it has ended")->needs(print);
 }
@@ -234,6 +238,7 @@ void addPrintCommands(CLI::App &app, OptionValues &values)
         ->type_name("");
     addPrinterOptions(print, values);
     addRetryOptions(print, values);
+    addWait(print, values);
     addWatchOptions(print, values, "Follow the print until it has ended");
 
     addPrinterOptions(addCommand(app, values, Request::Command::Pause, "pause", "Pause the print"),
@@ -258,15 +263,15 @@ void addOtherCommands(CLI::App &app, OptionValues &values)
         addCommand(app, values, Request::Command::Version, "version", "Ask the printer's version"),
         values);
     addPrinterOptions(addCommand(app, values, Request::Command::Cancel, "cancel",
-                                 "Send a cancel; a transfer under way is cancelled by Ctrl-C in "
-                                 "the program that sends it"),
+                                 "Send a cancel, which reaches no transfer of another "
+                                 "connection:\nthat is cancelled by Ctrl-C where it is sent"),
                       values);
 }
 
 void addPrinters(CLI::App &app, OptionValues &values)
 {
     CLI::App *printers = addCommand(app, values, Request::Command::PrintersList, "printers",
-                                    "List, add and remove saved printers");
+                                    "List, add, group and remove saved printers");
     printers->require_subcommand(0, 1);
     CLI::App *add = addCommand(*printers, values, Request::Command::PrintersAdd, "add",
                                "Save a name for a URL, or change what is saved with it");
@@ -278,22 +283,29 @@ void addPrinters(CLI::App &app, OptionValues &values)
         ->type_name("TOKEN");
     addTrustOptions(add, values);
     CLI::App *remove = addCommand(*printers, values, Request::Command::PrintersRemove, "remove",
-                                  "Forget a saved name");
+                                  "Forget a saved printer or group");
     remove->add_option("NAME", values.savedName, "The saved name")->required()->type_name("");
+    CLI::App *group = addCommand(*printers, values, Request::Command::PrintersGroup, "group",
+                                 "Save a name for several saved printers");
+    group->add_option("NAME", values.savedName, "Letters, digits, '-' and '_'")
+        ->required()
+        ->type_name("");
+    group->add_option("PRINTER", values.members, "Saved names")->required()->type_name("");
 }
 
 std::string footer()
 {
     std::ostringstream text;
-    text << "A printer is named by --to with a URL (ws://host:port), with host:port, or with a "
-            "name\nsaved by 'zyslicer printers add'. Without --to, the only saved printer is "
-            "meant.\n'zyslicer COMMAND --help' explains a command.\n\n"
-            "Examples:\n"
-            "  zyslicer printers add bench1 ws://192.168.1.20:8080\n"
-            "  zyslicer send part.zydlp --to bench1 --print --watch\n"
-            "  zyslicer send part.zydlp --to bench1 --to bench2 --to 192.168.1.22:8080\n"
-            "  zyslicer status --to bench1 --watch --json\n\n"
-            "Exit codes:\n";
+    text
+        << "A printer is named by --to with a URL (ws://host:port), with host:port, or with a "
+           "name\nsaved by 'zyslicer printers add' or 'printers group'. Without --to or --all, the "
+           "only\nsaved printer is meant.\n'zyslicer COMMAND --help' explains a command.\n\n"
+           "Examples:\n"
+           "  zyslicer printers add bench1 ws://192.168.1.20:8080\n"
+           "  zyslicer send part.zydlp --to bench1 --print --watch\n"
+           "  zyslicer send part.zydlp --to bench1 --to bench2 --to 192.168.1.22:8080\n"
+           "  zyslicer status --to bench1 --watch --json\n\n"
+           "Exit codes:\n";
     for (const ExitCodeMeaning &entry : exitCodeMeanings())
         text << std::setw(5) << static_cast<int>(entry.code) << "  " << entry.meaning << '\n';
     return text.str();
@@ -324,9 +336,13 @@ void OptionValues::fill(Request &request) const
         command = command->get_subcommands().front();
     request.command = commands.at(command);
     request.printers = toTexts(printers);
+    request.isAll = isAll;
+    request.members = toTexts(members);
     request.token = given(*command, "--token", token);
     request.isPrinting = isPrinting;
     request.isWatching = isWatching;
+    request.isWaiting = isWaiting;
+    request.isKeeping = isKeeping;
     request.parameters = toParameters(parameters);
     request.savedName = zyapp::fromArgument(savedName);
     request.savedUrl = zyapp::fromArgument(savedUrl);
@@ -368,6 +384,7 @@ void OptionValues::fillLimits(Request &request) const
     request.sending.setCancelTimeout(milliseconds(std::min(stall, reply)));
     request.sending.setRetries(retries);
     request.sending.setFirstPause(milliseconds(backOff));
+    request.sending.setRateLimit(rateOf(rateLimit));
     if (compressionLevel)
         request.sending.setCompressionLevel(*compressionLevel);
     request.sending.setSendsDigest(!isWithoutDigest);

@@ -13,6 +13,7 @@ namespace
 using Command = Request::Command;
 using zysession::Exchange;
 using zysession::PrinterLink;
+using zysession::PrinterStatus;
 
 /// For people, in messages.
 QString title(Command command)
@@ -45,14 +46,18 @@ QString versionText(const QString &version)
 } // namespace
 
 CommandStep::CommandStep(JobContext &context, Command command)
-    : Step(context), m_command(command), m_exchange(context.link)
+    : Step(context), m_command(command), m_exchange(context.link), m_before(context.link)
 {
     m_exchange.setToken(token());
+    m_before.setToken(token());
     connect(&context.link, &PrinterLink::failed, this, [this] { endUnconnected(); });
     connect(&context.link, &PrinterLink::opened, this, &CommandStep::ask);
     connect(&m_exchange, &Exchange::checking, this,
             [this] { reportPrint(Event::Kind::PrintChecking); });
     connect(&m_exchange, &Exchange::ended, this, &CommandStep::onEnded);
+    connect(&m_before, &Exchange::ended, this, [this](const Exchange::Result &result) {
+        m_statusBefore = PrinterStatus::fromReply(result.answer);
+    });
 }
 
 void CommandStep::start()
@@ -79,9 +84,17 @@ void CommandStep::ask()
         m_exchange.cancelFile();
         break;
     default:
-        m_exchange.print(file());
+        askToPrint();
         break;
     }
+}
+
+/// The answer does not say whether a paused print goes on; the status before tells it. Printers
+/// answer in order, and nothing depends on this answer coming.
+void CommandStep::askToPrint()
+{
+    m_before.askStatus();
+    m_exchange.print(file());
 }
 
 void CommandStep::onEnded(const Exchange::Result &result)
@@ -93,15 +106,10 @@ void CommandStep::onEnded(const Exchange::Result &result)
         end();
         break;
     case Exchange::Ending::Busy:
-        end({ExitCode::Busy, QStringLiteral("printer busy"),
-             QStringLiteral("%1 on %2").arg(file(), printer()),
-             QStringLiteral("wait until 'zyslicer status' shows that it is free")});
+        endPrintBusy();
         break;
     case Exchange::Ending::CheckFailed:
-        end({ExitCode::CheckFailed, QStringLiteral("check failed"),
-             QStringLiteral("%1 on %2").arg(file(), printer()),
-             QStringLiteral("the printer lacks this file or it is no valid model; send it "
-                            "again")});
+        endCheckFailed();
         break;
     case Exchange::Ending::Refused:
         end({ExitCode::Refused, what + QStringLiteral(" refused"), printer(),
@@ -115,9 +123,40 @@ void CommandStep::onEnded(const Exchange::Result &result)
         break;
     case Exchange::Ending::NoAnswer:
     case Exchange::Ending::ConnectionLost:
-        endUnanswered(what, unansweredText(result));
+        endUnanswered(what, unansweredText(result), result.ending == Exchange::Ending::NoAnswer);
         break;
     }
+}
+
+void CommandStep::endPrintBusy()
+{
+    const QString value = QStringLiteral("%1 on %2").arg(file(), printer());
+    endBusyOr({ExitCode::Busy, QStringLiteral("printer busy, it is receiving or checking a file"),
+               value,
+               QStringLiteral("'zyslicer status' does not show that; try again later, or wait for "
+                              "it with --wait")},
+              value);
+}
+
+/// A print that is stopped during its check has the same answer as a bad model.
+void CommandStep::endCheckFailed()
+{
+    findOut([this](const PrinterStatus &status) {
+        const QString value = QStringLiteral("%1 on %2").arg(file(), printer());
+        const bool isStopped = status.state == PrinterStatus::State::Ended;
+        const bool wasStopped = m_statusBefore.state == PrinterStatus::State::Ended;
+        if (isStopped && !wasStopped)
+            end({ExitCode::PrintFailed, QStringLiteral("print stopped during the check"), value,
+                 QStringLiteral("another program or the printer has stopped it; start it again "
+                                "with 'zyslicer print'")});
+        else
+            end({ExitCode::CheckFailed,
+                 isStopped ? QStringLiteral("check failed, or print stopped during it")
+                           : QStringLiteral("check failed"),
+                 value,
+                 QStringLiteral("the printer lacks this file or it is no valid model; send it "
+                                "again")});
+    });
 }
 
 void CommandStep::onDone(const QJsonObject &answer)
@@ -133,14 +172,16 @@ void CommandStep::onDone(const QJsonObject &answer)
         QJsonObject set;
         for (const QString &key : zysession::parameterKeys())
             set.insert(key, context().request.parameters.value(key, answer.value(key).toString()));
-        reportAnswer(QStringLiteral("parameters set"), set);
+        reportAnswer(QStringLiteral("parameters set: ") + assignments({}), set);
         break;
     }
     case Command::Version:
         reportAnswer(versionText(Exchange::versionOf(answer)), answer);
         break;
     case Command::Cancel:
-        reportAnswer(QStringLiteral("cancel acknowledged"), answer);
+        reportAnswer(QStringLiteral("cancel acknowledged; it reaches no transfer of another "
+                                    "connection: stop one with Ctrl-C where it is sent"),
+                     answer);
         break;
     default:
         reportPrint(Event::Kind::PrintStarted);
@@ -153,6 +194,9 @@ void CommandStep::reportPrint(Event::Kind kind)
     Event event;
     event.kind = kind;
     event.file = file();
+    event.isResumed
+        = (m_statusBefore.canContinue() || m_statusBefore.state == PrinterStatus::State::Halting)
+        && m_statusBefore.filename == event.file;
     Q_EMIT reported(event);
 }
 
@@ -167,11 +211,32 @@ void CommandStep::reportAnswer(const QString &text, const QJsonObject &answer)
 
 void CommandStep::endNotTaken(const Exchange::Result &result)
 {
-    const QString key = result.kept.first();
-    end({ExitCode::Refused, QStringLiteral("parameter not taken"),
-         QStringLiteral("%1=%2 on %3").arg(key, context().request.parameters.value(key), printer()),
-         QStringLiteral("the printer keeps %1; give a value it accepts")
-             .arg(result.answer.value(key).toString())});
+    QStringList kept;
+    QStringList values;
+    for (const QString &key : result.kept) {
+        kept += QStringLiteral("%1=%2").arg(key, context().request.parameters.value(key));
+        values += QStringLiteral("%1=%2").arg(key, result.answer.value(key).toString());
+    }
+    const QString taken = assignments(result.kept);
+    end({ExitCode::Refused,
+         kept.size() == 1 ? QStringLiteral("parameter not taken")
+                          : QStringLiteral("parameters not taken"),
+         QStringLiteral("%1 on %2").arg(kept.join(QLatin1Char(' ')), printer()),
+         QStringLiteral("the printer keeps %1; it has taken %2; give values it accepts")
+             .arg(values.join(QLatin1Char(' ')),
+                  taken.isEmpty() ? QStringLiteral("none") : taken)});
+}
+
+/// The parameters to set, but @p left out.
+QString CommandStep::assignments(const QStringList &left) const
+{
+    QStringList texts;
+    const zysession::Parameters &parameters = context().request.parameters;
+    for (const QString &key : zysession::parameterKeys()) {
+        if (parameters.contains(key) && !left.contains(key))
+            texts += QStringLiteral("%1=%2").arg(key, parameters.value(key));
+    }
+    return texts.join(QLatin1Char(' '));
 }
 
 /// The one to print: the one named, or the one that this job has just sent.

@@ -21,15 +21,21 @@ public:
 
 private:
     void ask();
+    void askToPrint();
     void onEnded(const zysession::Exchange::Result &result);
+    void endPrintBusy();
+    void endCheckFailed();
     void onDone(const QJsonObject &answer);
     void reportPrint(Event::Kind kind);
     void reportAnswer(const QString &text, const QJsonObject &answer);
     void endNotTaken(const zysession::Exchange::Result &result);
+    QString assignments(const QStringList &left) const;
     QString file() const;
 
     Request::Command m_command;
     zysession::Exchange m_exchange;
+    zysession::Exchange m_before; ///< print: what the printer was doing
+    zysession::PrinterStatus m_statusBefore;
 };
 
 } // namespace zyslicer

@@ -8,7 +8,7 @@ namespace zyslicer
 {
 
 Fleet::Fleet(const Request &request, const QVector<zysession::Printer> &printers)
-    : m_outcomes(printers.size()), m_running(printers.size())
+    : m_outcomes(printers.size()), m_running(int(printers.size()))
 {
     for (int index = 0; index < printers.size(); ++index) {
         m_jobs.push_back(std::make_unique<Job>(request, printers[index]));
@@ -16,7 +16,7 @@ Fleet::Fleet(const Request &request, const QVector<zysession::Printer> &printers
         connect(job, &Job::reported, this,
                 [this, index](const Event &event) { Q_EMIT reported(index, event); });
         connect(job, &Job::ended, this,
-                [this, index](const Outcome &outcome) { onJobEnded(index, outcome); });
+                [this, index](const Outcomes &outcomes) { onJobEnded(index, outcomes); });
     }
 }
 
@@ -32,10 +32,10 @@ void Fleet::interrupt()
         job->interrupt();
 }
 
-void Fleet::onJobEnded(int printer, const Outcome &outcome)
+void Fleet::onJobEnded(int printer, const Outcomes &outcomes)
 {
-    m_outcomes[printer] = outcome;
-    Q_EMIT printerEnded(printer, outcome);
+    m_outcomes[printer] = outcomes;
+    Q_EMIT printerEnded(printer, outcomes);
     if (--m_running == 0)
         Q_EMIT ended();
 }

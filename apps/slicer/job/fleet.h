@@ -24,18 +24,18 @@ public:
     void interrupt();
 
     /// In the order of the printers; complete once ended() has come.
-    const QVector<Outcome> &outcomes() const { return m_outcomes; }
+    const QVector<Outcomes> &outcomes() const { return m_outcomes; }
 
 Q_SIGNALS:
     void reported(int printer, const zyslicer::Event &event);
-    void printerEnded(int printer, const zyslicer::Outcome &outcome);
+    void printerEnded(int printer, const zyslicer::Outcomes &outcomes);
     void ended();
 
 private:
-    void onJobEnded(int printer, const Outcome &outcome);
+    void onJobEnded(int printer, const Outcomes &outcomes);
 
     std::vector<std::unique_ptr<Job>> m_jobs;
-    QVector<Outcome> m_outcomes;
+    QVector<Outcomes> m_outcomes;
     int m_running;
 };
 

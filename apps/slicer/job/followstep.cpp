@@ -54,7 +54,7 @@ void FollowStep::start()
 
 void FollowStep::interrupt()
 {
-    if (m_mode == Mode::UntilDone || m_wasRunning)
+    if (m_mode == Mode::UntilDone || wasRunning())
         endInterrupted(
             QStringLiteral("the print goes on; follow it with 'zyslicer status --watch'"));
     else
@@ -68,7 +68,7 @@ void FollowStep::onEnded(const Exchange::Result &result)
         return;
     }
     if (result.ending != Exchange::Ending::Done) {
-        retry(unansweredText(result));
+        retry(unansweredText(result), result.ending == Exchange::Ending::NoAnswer);
         return;
     }
     m_failures = 0;
@@ -89,7 +89,7 @@ void FollowStep::onEnded(const Exchange::Result &result)
 void FollowStep::judge(const PrinterStatus &status)
 {
     if (status.hasJob())
-        m_wasRunning = true;
+        m_lastJob = status;
     else if (status.state == PrinterStatus::State::Ready)
         onReady(status);
     else if (status.state == PrinterStatus::State::Complete)
@@ -102,8 +102,10 @@ void FollowStep::judge(const PrinterStatus &status)
 
 void FollowStep::onReady(const PrinterStatus &status)
 {
-    if (m_wasRunning)
-        endPrint(status, QStringLiteral("print ended without being complete"));
+    if (wasRunning())
+        endPrint(m_lastJob,
+                 m_wasLost ? QStringLiteral("print lost, the printer has restarted")
+                           : QStringLiteral("print ended without being complete"));
     else if (m_mode == Mode::UntilIdle)
         end();
     else if (++m_readyAnswers > toleratedReadyAnswers)
@@ -120,15 +122,16 @@ void FollowStep::endPrint(const PrinterStatus &status, const QString &what)
          QStringLiteral("look at the printer, then start again with 'zyslicer print'")});
 }
 
-void FollowStep::retry(const QString &reason)
+void FollowStep::retry(const QString &reason, bool isSilent)
 {
     m_pause.stop();
+    m_wasLost = true;
     context().link.close();
     // Only a user who watches is helped by trying again.
     if (!context().link.wasOpen() || context().link.isRefused()) {
         endUnconnected();
     } else if (m_mode == Mode::Once || ++m_failures > context().request.sending.retries()) {
-        endUnanswered(QStringLiteral("status"), reason);
+        endUnanswered(QStringLiteral("status"), reason, isSilent);
     } else {
         Event event;
         event.kind = Event::Kind::Retrying;

@@ -33,12 +33,14 @@ private:
     void judge(const zysession::PrinterStatus &status);
     void onReady(const zysession::PrinterStatus &status);
     void endPrint(const zysession::PrinterStatus &status, const QString &what);
-    void retry(const QString &reason);
+    void retry(const QString &reason, bool isSilent = false);
+    bool wasRunning() const { return m_lastJob.hasJob(); }
 
     Mode m_mode;
     zysession::Exchange m_exchange;
     QTimer m_pause;
-    bool m_wasRunning = false;
+    zysession::PrinterStatus m_lastJob; ///< Unknown until a print is seen
+    bool m_wasLost = false; ///< the connection, at any time
     int m_readyAnswers = 0;
     int m_failures = 0; ///< in a row
 };

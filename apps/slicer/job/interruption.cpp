@@ -27,7 +27,7 @@ void onSignal(int)
 {
     if (signalCount.fetch_add(1) > 0) {
         constexpr char text[] = "\nzyslicer: interrupted twice: left without waiting for the "
-                                "printer; send again to resume\n";
+                                "printer; what it still holds is resumed when sent again\n";
         [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text, sizeof text - 1);
         _exit(static_cast<int>(ExitCode::Interrupted));
     }

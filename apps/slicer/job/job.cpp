@@ -8,8 +8,27 @@
 #include "followstep.h"
 #include "sendstep.h"
 
+#include <QTimer>
+
 namespace zyslicer
 {
+
+namespace
+{
+
+/// It would meet the next file as well.
+bool isAboutThePrinter(const Outcome &outcome)
+{
+    return outcome.code == ExitCode::NoConnection || outcome.code == ExitCode::TokenRejected
+        || outcome.code == ExitCode::Interrupted;
+}
+
+bool maySoonBeOtherwise(const Outcome &outcome)
+{
+    return outcome.code == ExitCode::Busy || outcome.code == ExitCode::NoConnection;
+}
+
+} // namespace
 
 Job::Job(const Request &request, const zysession::Printer &printer)
     : m_context(request, printer), m_steps(stepsOf(request))
@@ -66,26 +85,69 @@ void Job::onStepEnded(const Outcome &outcome)
 {
     // It is still on the stack; its part of the job's connection is over.
     m_step.release()->deleteLater();
-    if (outcome.isOk())
-        QMetaObject::invokeMethod(this, &Job::startNextStep, Qt::QueuedConnection);
-    else
+    if (m_context.request.isWaiting && maySoonBeOtherwise(outcome)) {
+        waitFor(outcome);
+        return;
+    }
+    if (hasSeveralFiles())
+        endFile(outcome);
+    else if (!outcome.isOk())
         end(outcome);
+    QMetaObject::invokeMethod(this, &Job::startNextStep, Qt::QueuedConnection);
+}
+
+/// The step is made anew after a while.
+void Job::waitFor(const Outcome &outcome)
+{
+    --m_nextStep;
+    Event event;
+    event.kind = Event::Kind::Waiting;
+    event.text = outcome.what;
+    event.delay = m_context.request.pollInterval;
+    Q_EMIT reported(event);
+    QTimer::singleShot(event.delay, this, &Job::startNextStep);
+}
+
+/// One of several; those that are not tried any more share its end.
+void Job::endFile(const Outcome &outcome)
+{
+    const QVector<ModelFile> &files = m_context.request.files;
+    do {
+        Event event;
+        event.kind = Event::Kind::FileEnded;
+        event.file = files[m_outcomes.size()].name;
+        event.outcome = outcome;
+        event.outcome.file = event.file;
+        m_outcomes.append(event.outcome);
+        Q_EMIT reported(event);
+    } while (isAboutThePrinter(outcome) && m_outcomes.size() < files.size());
+    m_nextStep = static_cast<std::size_t>(m_outcomes.size());
 }
 
 void Job::interrupt()
 {
+    const Outcome outcome{ExitCode::Interrupted, QStringLiteral("interrupted"),
+                          m_context.printer.description(), QStringLiteral("nothing was under way")};
     if (m_step)
         m_step->interrupt();
-    else if (!m_hasEnded)
-        end({ExitCode::Interrupted, QStringLiteral("interrupted"), m_context.printer.description(),
-             QStringLiteral("nothing was under way")});
+    else if (!m_hasEnded && hasSeveralFiles()) {
+        endFile(outcome);
+        end({});
+    } else if (!m_hasEnded) {
+        end(outcome);
+    }
 }
 
 void Job::end(const Outcome &outcome)
 {
     m_hasEnded = true;
     m_context.link.close();
-    Q_EMIT ended(outcome);
+    if (!hasSeveralFiles()) {
+        m_outcomes = {outcome};
+        if (!m_context.request.files.isEmpty())
+            m_outcomes.first().file = m_context.request.files.first().name;
+    }
+    Q_EMIT ended(m_outcomes);
 }
 
 } // namespace zyslicer

@@ -23,13 +23,14 @@ public:
     Job(const Request &request, const zysession::Printer &printer);
     ~Job() override;
 
-    /// Runs the steps until the first that fails. ended() comes exactly once.
+    /// Runs the steps until the first that fails; where several files are sent, one that fails
+    /// leaves the others to be sent. ended() comes exactly once.
     void start();
     void interrupt();
 
 Q_SIGNALS:
     void reported(const zyslicer::Event &event);
-    void ended(const zyslicer::Outcome &outcome);
+    void ended(const zyslicer::Outcomes &outcomes);
 
 private:
     using StepMaker = std::function<std::unique_ptr<Step>(JobContext &)>;
@@ -37,12 +38,16 @@ private:
     static std::vector<StepMaker> stepsOf(const Request &request);
     void startNextStep();
     void onStepEnded(const Outcome &outcome);
+    void waitFor(const Outcome &outcome);
+    void endFile(const Outcome &outcome);
     void end(const Outcome &outcome);
+    bool hasSeveralFiles() const { return m_context.request.files.size() > 1; }
 
     JobContext m_context;
     std::vector<StepMaker> m_steps;
     std::size_t m_nextStep = 0;
     std::unique_ptr<Step> m_step;
+    Outcomes m_outcomes; ///< of the files so far, where there are several
     bool m_hasEnded = false;
 };
 

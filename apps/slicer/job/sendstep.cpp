@@ -8,6 +8,8 @@
 #include <QHash>
 #include <QLoggingCategory>
 
+#include <algorithm>
+
 namespace zyslicer
 {
 
@@ -19,6 +21,8 @@ Q_LOGGING_CATEGORY(lcSlicer, "zyslicer", QtDebugMsg)
 using Ending = ZySendResult::Ending;
 using FileFault = ZySendResult::FileFault;
 using Interruption = ZySendResult::Interruption;
+
+constexpr int noticedSilence = 1000; // ms
 
 Outcome fileOutcome(FileFault fault, const ModelFile &file)
 {
@@ -60,22 +64,24 @@ QString checkFailedAdvice(const ZySendResult &result, const ZySendOptions &optio
 
 } // namespace
 
-Outcome checkModelFiles(const QVector<ModelFile> &files)
+Outcomes checkModelFiles(const QVector<ModelFile> &files)
 {
     QHash<QString, QString> paths; // by name
     for (const ModelFile &file : files) {
         if (paths.contains(file.name))
-            return {ExitCode::Usage, QStringLiteral("two files of one name"),
-                    QStringLiteral("%1 and %2").arg(paths.value(file.name), file.path),
-                    QStringLiteral("send one of them by itself, under another name, with --as")};
+            return {{ExitCode::Usage, QStringLiteral("two files of one name"),
+                     QStringLiteral("%1 and %2").arg(paths.value(file.name), file.path),
+                     QStringLiteral("send one of them by itself, under another name, with --as")}};
         paths.insert(file.name, file.path);
     }
+    Outcomes outcomes;
     for (const ModelFile &file : files) {
         const FileFault fault = ZyFileSender::checkFile(file.path, file.name).fileFault();
-        if (fault != FileFault::None)
-            return fileOutcome(fault, file);
+        if (fault == FileFault::None)
+            return {};
+        outcomes.append(fileOutcome(fault, file));
     }
-    return {};
+    return outcomes;
 }
 
 SendStep::SendStep(JobContext &context, const ModelFile &file)
@@ -90,12 +96,13 @@ SendStep::SendStep(JobContext &context, const ModelFile &file)
     connect(&m_sender, &ZyFileSender::resumed, this,
             [this](qint64 from) { report(Event::Kind::Resumed, from); });
     connect(&m_sender, &ZyFileSender::restarted, this, [this] { report(Event::Kind::Restarted); });
-    connect(&m_sender, &ZyFileSender::progress, this,
-            [this](qint64 received) { report(Event::Kind::Progress, received); });
+    connect(&m_sender, &ZyFileSender::progress, this, &SendStep::onProgress);
     connect(&m_sender, &ZyFileSender::reading, this,
             [this](qint64 done) { report(Event::Kind::Reading, done); });
     connect(&m_sender, &ZyFileSender::retrying, this, &SendStep::onRetrying);
     connect(&m_sender, &ZyFileSender::finished, this, &SendStep::onFinished);
+    m_silenceWatch.setInterval(std::min(noticedSilence, options.stallTimeout() / 3));
+    connect(&m_silenceWatch, &QTimer::timeout, this, &SendStep::watchSilence);
 }
 
 void SendStep::start()
@@ -106,20 +113,58 @@ void SendStep::start()
 
 void SendStep::interrupt()
 {
+    if (context().request.isKeeping) {
+        m_isKept = m_sender.canCancel();
+        m_sender.leave();
+        return;
+    }
     qCDebug(lcSlicer) << "cancelling" << m_file.name;
+    if (m_sender.canCancel())
+        report(Event::Kind::Cancelling);
     m_sender.cancel();
 }
 
 void SendStep::onOffered()
 {
     m_isOffered = true;
+    m_sinceAnswer.start();
+    m_silenceWatch.start();
     report(Event::Kind::Offered);
+}
+
+void SendStep::onProgress(qint64 received)
+{
+    m_received = received;
+    m_longestGap = std::max(m_longestGap, m_sinceAnswer.restart());
+    if (received >= m_size)
+        m_silenceWatch.stop(); // a printer that checks is not stalled
+    report(Event::Kind::Progress, received);
+}
+
+/// A slow network makes long gaps, too; so does a limit to the rate.
+void SendStep::watchSilence()
+{
+    constexpr int muchLonger = 3;
+    constexpr qint64 chunk = 1024 * 1024;
+    const qint64 limit = context().request.sending.rateLimit();
+    const qint64 rest = limit > 0 ? chunk * 1000 / limit : 0;
+    const qint64 silence = m_sinceAnswer.elapsed();
+    if (silence < m_silenceWatch.interval() + rest || silence < muchLonger * m_longestGap)
+        return;
+    Event event;
+    event.kind = Event::Kind::Stalled;
+    event.file = m_file.name;
+    event.received = m_received;
+    event.total = m_size;
+    event.delay = static_cast<int>(silence);
+    Q_EMIT reported(event);
 }
 
 void SendStep::onRetrying(Interruption reason, int attempt, int pause)
 {
     ++m_attempts;
     m_isOffered = false;
+    m_silenceWatch.stop();
     Event event;
     event.kind = Event::Kind::Retrying;
     event.file = m_file.name;
@@ -132,6 +177,7 @@ void SendStep::onRetrying(Interruption reason, int attempt, int pause)
 void SendStep::onFinished(const ZySendResult &result)
 {
     qCDebug(lcSlicer) << result.sentence();
+    m_silenceWatch.stop();
     switch (result.ending()) {
     case Ending::Sent:
         reportStored(result);
@@ -147,7 +193,9 @@ void SendStep::onFinished(const ZySendResult &result)
         break;
     case Ending::LeftForLater:
         endWith(ExitCode::Interrupted, QStringLiteral("interrupted"),
-                result.bytes() < result.total()
+                m_isKept ? QStringLiteral(
+                    "what the printer holds is resumed when the file is sent again")
+                    : result.bytes() < result.total()
                     ? QStringLiteral("not cancelled, since the printer may have the whole file by "
                                      "now; send it again to be sure")
                     : QStringLiteral("the printer has the whole file and is checking it"));
@@ -162,12 +210,13 @@ void SendStep::endNotSent(const ZySendResult &result)
 {
     switch (result.ending()) {
     case Ending::BusyReceiving:
-        endWith(ExitCode::Busy, QStringLiteral("printer busy, it is receiving a file"),
-                QStringLiteral("try again when that transfer has ended"));
+        endWith(
+            ExitCode::Busy, QStringLiteral("printer busy, it is receiving a file"),
+            QStringLiteral("try again when that transfer has ended, or wait for it with --wait"));
         break;
     case Ending::BusyChecking:
         endWith(ExitCode::Busy, QStringLiteral("printer busy, it is checking a file to print"),
-                QStringLiteral("try again when the check has ended"));
+                QStringLiteral("try again when the check has ended, or wait for it with --wait"));
         break;
     case Ending::TokenRejected:
         endTokenRejected();
@@ -195,11 +244,13 @@ void SendStep::endNotSent(const ZySendResult &result)
                 QStringLiteral("check the network and the printer and send again; what the printer "
                                "still holds of it, if anything, is resumed"));
         break;
-    default:
-        endWith(ExitCode::Refused, QStringLiteral("refused by the printer"),
-                QStringLiteral("it takes no files now; look with 'zyslicer status' whether it is "
-                               "printing"));
+    default: {
+        const QString value = QStringLiteral("%1 to %2").arg(m_file.name, printer());
+        endBusyOr({ExitCode::Refused, QStringLiteral("refused by the printer"), value,
+                   QStringLiteral("it takes no files now, though it does not say that it prints")},
+                  value);
         break;
+    }
     }
 }
 

@@ -7,14 +7,17 @@
 
 #include "step.h"
 
+#include <QElapsedTimer>
+#include <QTimer>
+
 #include <zyfilesender.h>
 
 namespace zyslicer
 {
 
-/// Ok, or why one of the files cannot be sent. Two must not have one name: the second would replace
-/// the first.
-Outcome checkModelFiles(const QVector<ModelFile> &files);
+/// Empty unless the files cannot be sent at all: two of them have one name, so the second would
+/// replace the first, or each of them has a fault. One that has a fault does not stop the others.
+Outcomes checkModelFiles(const QVector<ModelFile> &files);
 
 class SendStep : public Step
 {
@@ -24,11 +27,14 @@ public:
     SendStep(JobContext &context, const ModelFile &file);
 
     void start() override;
-    /// Cancels the transfer, or leaves where that would delete the complete file.
+    /// Cancels the transfer; leaves it to be resumed where the user wants that, or where a cancel
+    /// would delete the complete file.
     void interrupt() override;
 
 private:
     void onOffered();
+    void onProgress(qint64 received);
+    void watchSilence();
     void onRetrying(ZySendResult::Interruption reason, int attempt, int pause);
     void onFinished(const ZySendResult &result);
     void endNotSent(const ZySendResult &result);
@@ -44,6 +50,11 @@ private:
     qint64 m_size;
     int m_attempts = 1;
     bool m_isOffered = false; ///< in this attempt
+    bool m_isKept = false; ///< left by the user, with bytes still to come
+    qint64 m_received = 0;
+    QTimer m_silenceWatch; ///< runs while the printer is to acknowledge something
+    QElapsedTimer m_sinceAnswer;
+    qint64 m_longestGap = 0; ///< ms, between two acknowledgements
 };
 
 } // namespace zyslicer

@@ -4,6 +4,10 @@
 
 #include "step.h"
 
+#include <QTimer>
+
+#include <utility>
+
 namespace zyslicer
 {
 
@@ -11,6 +15,10 @@ namespace
 {
 
 using Fault = ZySendResult::ConnectionFault;
+using zysession::Exchange;
+using zysession::PrinterStatus;
+
+constexpr int longestFinding = 3000; // ms: it only makes a message better
 
 QString connectionAdvice(Fault fault, const QString &fingerprint)
 {
@@ -91,11 +99,58 @@ void Step::endUnconnected(Fault fault, const QString &detail, const QString &fin
          connectionAdvice(fault, fingerprint)});
 }
 
-void Step::endUnanswered(const QString &question, const QString &reason)
+void Step::endUnanswered(const QString &question, const QString &reason, bool isSilent)
 {
+    // The protocol has no answer to a command that a printer does not know.
+    const QString advice = isSilent
+        ? QStringLiteral("the connection is open, but the printer did not answer this command: it "
+                         "may not know it, or be busy with something long")
+        : QStringLiteral("look at the printer's state with 'zyslicer status' and try again");
     end({ExitCode::NoConnection, QStringLiteral("%1 not answered (%2)").arg(question, reason),
-         printer(),
-         QStringLiteral("look at the printer's state with 'zyslicer status' and try again")});
+         printer(), advice});
+}
+
+void Step::findOut(const Finding &then)
+{
+    m_finding = then;
+    m_question = std::make_unique<Exchange>(m_context.link);
+    m_question->setToken(token());
+    Exchange *question = m_question.get();
+    const auto giveUp = [this] { onFound({}); };
+    connect(question, &Exchange::ended, this, [this](const Exchange::Result &result) {
+        onFound(result.ending == Exchange::Ending::Done ? PrinterStatus::fromReply(result.answer)
+                                                        : PrinterStatus());
+    });
+    QTimer::singleShot(longestFinding, question, giveUp);
+    if (m_context.link.isOpen()) {
+        question->askStatus();
+        return;
+    }
+    connect(&m_context.link, &zysession::PrinterLink::opened, question, &Exchange::askStatus);
+    connect(&m_context.link, &zysession::PrinterLink::failed, question, giveUp);
+    m_context.link.open();
+}
+
+void Step::onFound(const PrinterStatus &status)
+{
+    if (!m_finding)
+        return;
+    m_question.release()->deleteLater(); // it may be on the stack
+    std::exchange(m_finding, nullptr)(status);
+}
+
+void Step::endBusyOr(const Outcome &otherwise, const QString &value)
+{
+    findOut([=](const PrinterStatus &status) {
+        if (!status.hasJob()) {
+            end(otherwise);
+            return;
+        }
+        const QString what = status.canContinue() ? QStringLiteral("it holds a paused print of %1")
+                                                  : QStringLiteral("it is printing %1");
+        end({ExitCode::Busy, QStringLiteral("printer busy, ") + what.arg(status.filename), value,
+             QStringLiteral("try again when that print has ended, or wait for it with --wait")});
+    });
 }
 
 void Step::endTokenRejected()

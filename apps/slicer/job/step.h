@@ -13,6 +13,9 @@
 
 #include <QObject>
 
+#include <functional>
+#include <memory>
+
 namespace zyslicer
 {
 
@@ -59,14 +62,25 @@ protected:
     void endInterrupted(const QString &consequence);
     void endUnconnected();
     /// @p detail in the system's words; @p fingerprint of a certificate that was refused.
-    void endUnconnected(ZySendResult::ConnectionFault fault, const QString &detail,
-                        const QString &fingerprint);
-    /// @p question for people.
-    void endUnanswered(const QString &question, const QString &reason);
+    void endUnconnected(ZySendResult::ConnectionFault fault, const QString &detail = {},
+                        const QString &fingerprint = {});
+    /// @p question for people; @p isSilent where the connection is open.
+    void endUnanswered(const QString &question, const QString &reason, bool isSilent);
     void endTokenRejected();
 
+    using Finding = std::function<void(const zysession::PrinterStatus &status)>;
+    /// Asks what the printer is doing, and calls @p then once: with a status of the state Unknown
+    /// where it does not say so soon. Opens the link where it is not.
+    void findOut(const Finding &then);
+    /// Ends as busy if the printer is found to have a print, else with @p otherwise.
+    void endBusyOr(const Outcome &otherwise, const QString &value);
+
 private:
+    void onFound(const zysession::PrinterStatus &status);
+
     JobContext &m_context;
+    std::unique_ptr<zysession::Exchange> m_question;
+    Finding m_finding;
     bool m_hasEnded = false;
 };
 

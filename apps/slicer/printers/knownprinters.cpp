@@ -5,7 +5,10 @@
 #include "knownprinters.h"
 
 #include "jsonview.h"
+#include "printergroups.h"
 #include "standardoutput.h"
+
+#include <QJsonArray>
 
 #include <algorithm>
 
@@ -16,8 +19,18 @@ namespace
 {
 
 using zysession::Printer;
+using zysession::PrinterGroups;
 using zysession::SavedPrinters;
 using zysession::SettingsFault;
+
+struct Saved {
+    explicit Saved(const QString &settings) : printers(settings), groups(printers.file()) { }
+
+    Outcome read();
+
+    SavedPrinters printers;
+    PrinterGroups groups;
+};
 
 Outcome settingsOutcome(SettingsFault fault, const SavedPrinters &saved)
 {
@@ -62,100 +75,170 @@ Outcome trustOutcome(const Printer &printer)
             QStringLiteral("give a wss:// address with --ca or --fingerprint, or neither of them")};
 }
 
-/// The settings are read only for a saved name: URLs need none.
-Outcome resolve(SavedPrinters &saved, const QString &nameOrUrl, Printer &printer)
+Outcome Saved::read()
 {
-    const bool isName = zysession::isPrinterName(nameOrUrl);
-    if (isName) {
-        Outcome outcome = settingsOutcome(saved.read(), saved);
-        if (!outcome.isOk())
-            return outcome;
-    }
-    printer = saved.resolve(nameOrUrl);
-    if (!printer.url.isEmpty())
-        return {};
-    if (!isName)
-        return notAnAddress(nameOrUrl);
-    return {ExitCode::Usage, QStringLiteral("unknown printer"), nameOrUrl,
+    const SettingsFault fault = printers.read();
+    return settingsOutcome(fault == SettingsFault::None ? groups.read() : fault, printers);
+}
+
+Outcome notAName(const QString &name)
+{
+    return {ExitCode::Usage, QStringLiteral("not a printer name"), name,
+            QStringLiteral("use letters, digits, '-' and '_', at most 64")};
+}
+
+Outcome unknownPrinter(const QString &name)
+{
+    return {ExitCode::Usage, QStringLiteral("unknown printer"), name,
             QStringLiteral("give a URL such as ws://192.168.1.20:8080, or save the name "
                            "with 'zyslicer printers add'")};
 }
 
-Outcome findOnlyPrinter(SavedPrinters &saved, QVector<Printer> &printers)
+/// The settings are read only for a saved name: URLs need none.
+Outcome resolve(Saved &saved, const QString &nameOrUrl, QVector<Printer> &printers)
 {
-    Outcome outcome = settingsOutcome(saved.read(), saved);
-    printers = saved.printers();
-    if (!outcome.isOk() || printers.size() == 1)
-        return outcome;
-    return {ExitCode::Usage, QStringLiteral("no printer named"),
-            QStringLiteral("%1 saved printers to choose from").arg(printers.size()),
-            QStringLiteral("give --to with a URL or a saved name")};
+    const bool isName = zysession::isPrinterName(nameOrUrl);
+    if (isName) {
+        Outcome outcome = saved.read();
+        if (!outcome.isOk())
+            return outcome;
+    }
+    const QStringList members = saved.groups.all().value(nameOrUrl, {nameOrUrl});
+    for (const QString &member : members) {
+        const Printer printer = saved.printers.resolve(member);
+        if (printer.url.isEmpty())
+            return isName ? unknownPrinter(member) : notAnAddress(nameOrUrl);
+        printers.append(printer);
+    }
+    return {};
 }
 
-Outcome addPrinter(const Request &request, SavedPrinters &saved)
+Outcome findSavedPrinters(Saved &saved, bool isAll, QVector<Printer> &printers)
 {
-    if (!zysession::isPrinterName(request.savedName))
-        return {ExitCode::Usage, QStringLiteral("not a printer name"), request.savedName,
-                QStringLiteral("use letters, digits, '-' and '_', at most 64")};
+    Outcome outcome = saved.read();
+    printers = saved.printers.printers();
+    if (!outcome.isOk() || printers.size() == 1 || (isAll && !printers.isEmpty()))
+        return outcome;
+    if (isAll)
+        return {ExitCode::Usage, QStringLiteral("no saved printers"), saved.printers.file(),
+                QStringLiteral("save them with 'zyslicer printers add'")};
+    return {ExitCode::Usage, QStringLiteral("no printer named"),
+            QStringLiteral("%1 saved printers to choose from").arg(printers.size()),
+            QStringLiteral("give --to with a URL or a saved name, or --all")};
+}
+
+Outcome addPrinter(const Request &request, Saved &saved)
+{
+    const QString name = request.savedName;
+    if (!zysession::isPrinterName(name))
+        return notAName(name);
     const QUrl url = zysession::printerUrl(request.savedUrl);
     if (url.isEmpty())
         return notAnAddress(request.savedUrl);
-    const SettingsFault fault = saved.read();
-    if (fault != SettingsFault::None)
-        return settingsOutcome(fault, saved);
+    const Outcome outcome = saved.read();
+    if (!outcome.isOk())
+        return outcome;
+    if (saved.groups.all().contains(name))
+        return {ExitCode::Usage, QStringLiteral("name of a group"), name,
+                QStringLiteral("give another name, or remove the group first")};
     // A printer that moves to another address keeps its token and its certificate.
-    const Printer before = saved.find(request.savedName);
-    const Printer printer{request.savedName, url, orSaved(request.token, before.token),
+    const Printer before = saved.printers.find(name);
+    const Printer printer{name, url, orSaved(request.token, before.token),
                           orSaved(request.authorities, before.authorities),
                           orSaved(request.fingerprint, before.fingerprint)};
-    const Outcome outcome = trustOutcome(printer);
-    return outcome.isOk() ? settingsOutcome(saved.save(printer), saved) : outcome;
+    const Outcome trusted = trustOutcome(printer);
+    return trusted.isOk() ? settingsOutcome(saved.printers.save(printer), saved.printers)
+                          : trusted;
 }
 
-Outcome removePrinter(const QString &name, SavedPrinters &saved)
+Outcome addGroup(const Request &request, Saved &saved)
 {
-    const SettingsFault fault = saved.read();
-    if (fault != SettingsFault::None)
-        return settingsOutcome(fault, saved);
-    if (!zysession::isPrinterName(name) || saved.find(name).name.isEmpty())
+    if (!zysession::isPrinterName(request.savedName))
+        return notAName(request.savedName);
+    const Outcome outcome = saved.read();
+    if (!outcome.isOk())
+        return outcome;
+    if (!saved.printers.find(request.savedName).name.isEmpty())
+        return {ExitCode::Usage, QStringLiteral("name of a printer"), request.savedName,
+                QStringLiteral("give the group another name")};
+    for (const QString &member : request.members) {
+        if (!zysession::isPrinterName(member) || saved.printers.find(member).name.isEmpty())
+            return unknownPrinter(member);
+    }
+    return settingsOutcome(saved.groups.save(request.savedName, request.members), saved.printers);
+}
+
+Outcome removePrinter(const QString &name, Saved &saved)
+{
+    const Outcome outcome = saved.read();
+    if (!outcome.isOk())
+        return outcome;
+    const bool isPrinter
+        = zysession::isPrinterName(name) && !saved.printers.find(name).name.isEmpty();
+    if (!isPrinter && !saved.groups.all().contains(name))
         return {ExitCode::Usage, QStringLiteral("no such printer"), name,
                 QStringLiteral("see the saved ones with 'zyslicer printers'")};
-    return settingsOutcome(saved.remove(name), saved);
+    const SettingsFault fault = saved.groups.remove(name);
+    return settingsOutcome(fault == SettingsFault::None && isPrinter ? saved.printers.remove(name)
+                                                                     : fault,
+                           saved.printers);
 }
 
-void writeJson(const QVector<Printer> &printers)
+void writeJson(const Saved &saved)
 {
-    for (const Printer &printer : printers)
-        writeJsonLine({{QStringLiteral("name"), printer.name},
+    for (const Printer &printer : saved.printers.printers())
+        writeJsonLine(QStringLiteral("printer"),
+                      {{QStringLiteral("name"), printer.name},
                        {QStringLiteral("url"), printer.url.toString()}});
+    const auto &groups = saved.groups.all();
+    for (auto group = groups.cbegin(); group != groups.cend(); ++group)
+        writeJsonLine(QStringLiteral("group"),
+                      {{QStringLiteral("name"), group.key()},
+                       {QStringLiteral("printers"), QJsonArray::fromStringList(group.value())}});
 }
 
-void writeTable(const QVector<Printer> &printers)
+void writeTable(const Saved &saved)
 {
+    QVector<QPair<QString, QString>> rows;
+    for (const Printer &printer : saved.printers.printers())
+        rows.append({printer.name, printer.url.toString()});
+    const auto &groups = saved.groups.all();
+    for (auto group = groups.cbegin(); group != groups.cend(); ++group)
+        rows.append({group.key(), group.value().join(QLatin1Char(' '))});
     int width = 0;
+<<<<<<< HEAD
     for (const Printer &printer : printers)
-        width = std::max(width, printer.name.size());
+        width = std::max(width, int(printer.name.size()));
     for (const Printer &printer : printers)
         writeOut(printer.name.leftJustified(width + 2) + printer.url.toString()
                  + QLatin1Char('\n'));
+=======
+    for (const auto &row : qAsConst(rows))
+        width = std::max(width, row.first.size());
+    for (const auto &row : qAsConst(rows))
+        writeOut(row.first.leftJustified(width + 2) + row.second + QLatin1Char('\n'));
+>>>>>>> main
 }
 
 /// The printers that the request names, as they are saved.
 Outcome findNamedPrinters(const Request &request, QVector<Printer> &printers)
 {
-    SavedPrinters saved(request.settingsFile);
+    Saved saved(request.settingsFile);
     if (request.printers.isEmpty())
-        return findOnlyPrinter(saved, printers);
+        return findSavedPrinters(saved, request.isAll, printers);
     for (const QString &nameOrUrl : request.printers) {
-        Printer printer;
-        Outcome outcome = resolve(saved, nameOrUrl, printer);
+        QVector<Printer> named;
+        Outcome outcome = resolve(saved, nameOrUrl, named);
         if (!outcome.isOk())
             return outcome;
-        const auto isSame = [&](const Printer &other) { return other.url == printer.url; };
-        if (std::any_of(printers.cbegin(), printers.cend(), isSame))
-            return {ExitCode::Usage, QStringLiteral("printer named twice"), nameOrUrl,
-                    QStringLiteral("name each printer once")};
-        printers.append(printer);
+        for (const Printer &printer : qAsConst(named)) {
+            const auto isSame = [&](const Printer &other) { return other.url == printer.url; };
+            if (std::none_of(printers.cbegin(), printers.cend(), isSame))
+                printers.append(printer);
+            else if (named.size() == 1) // groups may overlap
+                return {ExitCode::Usage, QStringLiteral("printer named twice"), nameOrUrl,
+                        QStringLiteral("name each printer once")};
+        }
     }
     return {};
 }
@@ -178,16 +261,18 @@ Outcome findPrinters(const Request &request, QVector<Printer> &printers)
 
 Outcome runPrintersCommand(const Request &request)
 {
-    SavedPrinters saved(request.settingsFile);
+    Saved saved(request.settingsFile);
     if (request.command == Request::Command::PrintersAdd)
         return addPrinter(request, saved);
+    if (request.command == Request::Command::PrintersGroup)
+        return addGroup(request, saved);
     if (request.command == Request::Command::PrintersRemove)
         return removePrinter(request.savedName, saved);
-    Outcome outcome = settingsOutcome(saved.read(), saved);
+    Outcome outcome = saved.read();
     if (request.isJson)
-        writeJson(saved.printers());
+        writeJson(saved);
     else if (!request.isQuiet)
-        writeTable(saved.printers());
+        writeTable(saved);
     return outcome;
 }
 

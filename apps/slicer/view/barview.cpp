@@ -7,6 +7,8 @@
 #include "standardoutput.h"
 #include "wording.h"
 
+#include <algorithm>
+
 namespace zyslicer
 {
 
@@ -14,6 +16,12 @@ namespace
 {
 
 constexpr int drawInterval = 100; // ms
+
+double fractionOf(const Event &event)
+{
+    return event.total > 0 ? static_cast<double>(event.received) / static_cast<double>(event.total)
+                           : 0;
+}
 
 } // namespace
 
@@ -27,7 +35,7 @@ BarView::BarView(const QVector<zysession::Printer> &printers)
 
 void BarView::report(int printer, const Event &event)
 {
-    transfers().note(printer, event);
+    QString text = news(printer, event);
     switch (event.kind) {
     case Event::Kind::Reading:
         setNote(printer, event, QStringLiteral("reading ") + byteText(event.received, event.total));
@@ -41,6 +49,17 @@ void BarView::report(int printer, const Event &event)
     case Event::Kind::Status:
         m_rows[printer] = statusRow(printer, event);
         break;
+    case Event::Kind::Stalled:
+        m_rows[printer] = stalledRow(printer, event);
+        text.clear(); // the row shows it
+        break;
+    case Event::Kind::Waiting:
+        setNote(printer, event, text);
+        text.clear();
+        break;
+    case Event::Kind::Cancelling:
+        setNote(printer, event, QStringLiteral("cancelling"));
+        break;
     case Event::Kind::Stored:
         m_rows[printer] = storedRow(printer, event);
         break;
@@ -50,18 +69,19 @@ void BarView::report(int printer, const Event &event)
     default:
         break;
     }
-    const QString news = eventText(event, printers()[printer]);
-    if (news.isEmpty())
+    if (text.isEmpty())
         drawSoon();
     else
-        scroll(marked(printer, news));
+        scroll(marked(printer, text));
 }
 
-void BarView::endPrinter(int printer, const Outcome &outcome)
+void BarView::endPrinter(int printer, const Outcomes &outcomes)
 {
-    TextView::endPrinter(printer, outcome);
-    if (!outcome.isOk() && isSeveral())
-        m_rows[printer] = {printers()[printer].label(), -1, {outcome.what}};
+    TextView::endPrinter(printer, outcomes);
+    const auto failure = std::find_if(outcomes.begin(), outcomes.end(),
+                                      [](const Outcome &outcome) { return !outcome.isOk(); });
+    if (failure != outcomes.end() && isSeveral())
+        m_rows[printer] = {printers()[printer].label(), -1, {failure->what}};
     drawSoon();
 }
 
@@ -69,18 +89,16 @@ void BarView::finish()
 {
     m_drawing.stop();
     draw();
-    TextView::finish();
 }
 
 ProgressRow BarView::progressRow(int printer, const Event &event) const
 {
-    const TransferLog::Entry &entry = transfers().entry(printer);
+    const TransferLog::Entry entry = transfers().entry(printer, event.file);
     const qint64 left = entry.rate.secondsLeft(event.total);
-    const double fraction = event.total > 0
-        ? static_cast<double>(event.received) / static_cast<double>(event.total)
-        : 0;
-    ProgressRow row{label(printer, event), fraction, {byteText(event.received, event.total)}};
-    row.columns += rateText(entry.rate.bytesPerSecond());
+    ProgressRow row{
+        label(printer, event), fractionOf(event), {byteText(event.received, event.total)}};
+    if (entry.rate.bytesPerSecond() > 0)
+        row.columns += rateText(entry.rate.bytesPerSecond());
     if (event.received >= event.total)
         row.columns += QStringLiteral("checking");
     else if (left >= 0)
@@ -88,18 +106,26 @@ ProgressRow BarView::progressRow(int printer, const Event &event) const
     return row;
 }
 
+ProgressRow BarView::stalledRow(int printer, const Event &event) const
+{
+    return {label(printer, event),
+            fractionOf(event),
+            {byteText(event.received, event.total), silenceText(event)}};
+}
+
 ProgressRow BarView::storedRow(int printer, const Event &event) const
 {
-    const TransferLog::Entry &entry = transfers().entry(printer);
-    return {label(printer, event),
-            1.0,
-            {byteText(event.total), rateText(meanRate(entry)), durationText(duration(entry))}};
+    const TransferLog::Entry entry = transfers().entry(printer, event.file);
+    ProgressRow row{label(printer, event), 1.0, {byteText(event.total)}};
+    if (meanRate(entry) > 0)
+        row.columns += {rateText(meanRate(entry)), durationText(duration(entry))};
+    return row;
 }
 
 ProgressRow BarView::statusRow(int printer, const Event &event) const
 {
     const auto status = zysession::PrinterStatus::fromReply(event.answer);
-    ProgressRow row{label(printer, event), status.layerFraction(), {stateText(status.state)}};
+    ProgressRow row{label(printer, event), printedFraction(status), {stateText(status.state)}};
     row.columns += QStringLiteral("layer %1/%2").arg(status.layer).arg(status.layerCount);
     const QString remaining = remainingText(status);
     if (!remaining.isEmpty())

@@ -19,11 +19,12 @@ public:
     explicit BarView(const QVector<zysession::Printer> &printers);
 
     void report(int printer, const Event &event) override;
-    void endPrinter(int printer, const Outcome &outcome) override;
+    void endPrinter(int printer, const Outcomes &outcomes) override;
     void finish() override;
 
 private:
     ProgressRow progressRow(int printer, const Event &event) const;
+    ProgressRow stalledRow(int printer, const Event &event) const;
     ProgressRow storedRow(int printer, const Event &event) const;
     ProgressRow statusRow(int printer, const Event &event) const;
     QString label(int printer, const Event &event) const;

@@ -12,8 +12,8 @@
 namespace zyslicer
 {
 
-/// One object, one line.
-void writeJsonLine(const QJsonObject &object);
+/// One object, one line, with the time.
+void writeJsonLine(const QString &event, QJsonObject object);
 /// An "error" that belongs to no printer: none was asked yet.
 void writeJsonError(const Outcome &outcome);
 
@@ -23,7 +23,7 @@ public:
     using View::View;
 
     void report(int printer, const Event &event) override;
-    void endPrinter(int printer, const Outcome &outcome) override;
+    void endPrinter(int printer, const Outcomes &outcomes) override;
 
 private:
     void write(int printer, const QString &event, QJsonObject object) const;

@@ -4,6 +4,9 @@
 
 #include "progressline.h"
 
+#include "displaywidth.h"
+#include "errorline.h"
+
 #include <algorithm>
 
 namespace zyslicer
@@ -26,13 +29,6 @@ QString bar(double fraction, int width)
     return QLatin1Char('[') + cells.leftJustified(inner) + QLatin1Char(']');
 }
 
-QString elided(const QString &text, int width)
-{
-    if (text.size() <= width)
-        return text;
-    return width > 1 ? text.left(width - 1) + QChar(0x2026) : text.left(width);
-}
-
 QString joined(const QStringList &parts)
 {
     return parts.join(QLatin1String("  "));
@@ -40,21 +36,36 @@ QString joined(const QStringList &parts)
 
 } // namespace
 
+int percentOf(double fraction)
+{
+    // 29 of 100 is a little less than 0.29.
+    constexpr double inexactness = 1e-9;
+    constexpr int whole = 100;
+    const int percent = static_cast<int>(fraction * whole + inexactness);
+    return fraction < 1.0 ? std::min(percent, whole - 1) : whole;
+}
+
 QString progressLine(const ProgressRow &row, int width)
 {
-    const QString label = elided(row.label, longestLabel);
+    const QString label = zyapp::elided(zyapp::onOneLine(row.label), longestLabel);
     if (row.fraction < 0)
-        return elided(joined(QStringList(label) + row.columns), width);
+        return zyapp::elided(joined(QStringList(label) + row.columns), width);
 
     const double fraction = std::clamp(row.fraction, 0.0, 1.0);
     const QString percent
-        = QStringLiteral("%1 %").arg(static_cast<int>(fraction * 100), 3, 10, QLatin1Char(' '));
+        = QStringLiteral("%1 %").arg(percentOf(fraction), 3, 10, QLatin1Char(' '));
     QStringList right = QStringList(percent) + row.columns;
-    const auto space = [&] { return width - label.size() - joined(right).size() - 4; };
+<<<<<<< HEAD
+    const auto space = [&] { return width - int(label.size() + joined(right).size()) - 4; };
+=======
+    const auto space = [&] {
+        return width - zyapp::displayWidth(label) - zyapp::displayWidth(joined(right)) - 4;
+    };
+>>>>>>> main
     while (right.size() > 1 && space() < narrowestBar)
         right.removeLast();
     if (space() < narrowestBar)
-        return elided(joined({percent, label}), width);
+        return zyapp::elided(joined({percent, label}), width);
     return joined({label, bar(fraction, std::min(space(), widestBar)), joined(right)});
 }
 

@@ -17,7 +17,11 @@ struct ProgressRow {
     QStringList columns; ///< right of the bar, the most important first
 };
 
-/// At most @p width characters: columns go first, from the last; then the bar; then the label.
+/// Rounded down, from 0 to 100, which is for the whole alone.
+int percentOf(double fraction);
+
+/// At most @p width columns of a terminal: columns go first, from the last; then the bar; then the
+/// label.
 QString progressLine(const ProgressRow &row, int width);
 
 } // namespace zyslicer

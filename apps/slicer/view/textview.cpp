@@ -4,6 +4,9 @@
 
 #include "textview.h"
 
+#include "displaywidth.h"
+#include "errorline.h"
+#include "progressline.h"
 #include "standardoutput.h"
 #include "wording.h"
 
@@ -16,11 +19,10 @@ namespace
 {
 
 using zysession::PrinterStatus;
-using Table = QVector<QStringList>;
 
 constexpr int newsEvery = 10; // percent
 
-QString tableText(const Table &table)
+QString tableText(const QVector<QStringList> &table)
 {
     QString text;
     for (const QStringList &cells : table) {
@@ -28,12 +30,24 @@ QString tableText(const Table &table)
         for (int column = 0; column < cells.size(); ++column) {
             int width = 0;
             for (const QStringList &other : table)
-                width = std::max(width, other[column].size());
+<<<<<<< HEAD
+                width = std::max(width, int(other[column].size()));
             line += cells[column].leftJustified(width + 2);
+=======
+                width = std::max(width, zyapp::displayWidth(other[column]));
+            line += zyapp::padded(cells[column], width + 2);
+>>>>>>> main
         }
-        text += line.trimmed() + QLatin1Char('\n');
+        text += zyapp::onOneLine(line.trimmed()) + QLatin1Char('\n');
     }
     return text;
+}
+
+/// The same while nothing changes but the time.
+QString stepOf(const Event &event)
+{
+    return event.kind == Event::Kind::Waiting ? event.text
+                                              : QStringLiteral("stalled %1").arg(event.received);
 }
 
 QStringList transferTitles()
@@ -46,52 +60,102 @@ QStringList transferCells(const TransferLog::Entry &entry)
     const QString none = QStringLiteral("-");
     if (entry.sent <= 0)
         return {none, none, none};
-    return {byteText(entry.sent), durationText(duration(entry)), rateText(meanRate(entry))};
+    const double rate = meanRate(entry);
+    return {byteText(entry.sent), durationText(duration(entry)), rate > 0 ? rateText(rate) : none};
 }
 
 } // namespace
 
 TextView::TextView(const QVector<zysession::Printer> &printers)
-    : View(printers), m_transfers(printers.size()), m_outcomes(printers.size())
+<<<<<<< HEAD
+    : View(printers), m_transfers(int(printers.size())), m_outcomes(printers.size())
+=======
+    : View(printers), m_transfers(printers.size()), m_outcomes(printers.size()),
+      m_snapshots(printers.size())
+>>>>>>> main
 {
 }
 
-void TextView::endPrinter(int printer, const Outcome &outcome)
+void TextView::endPrinter(int printer, const Outcomes &outcomes)
 {
-    m_outcomes[printer] = outcome;
+    m_outcomes[printer] = outcomes;
 }
 
-void TextView::finish()
+/// A row for each printer, or for each of its files where there are several.
+void TextView::sumUp()
 {
+    if (!isSeveral() && !hasSeveralFiles())
+        return;
+    if (std::any_of(m_snapshots.begin(), m_snapshots.end(),
+                    [](const auto &status) { return status.has_value(); })) {
+        writeOut(tableText(statusTable()));
+        return;
+    }
+    const bool isTransfer = m_transfers.hasSent();
+    Table table{(isSeveral() ? QStringList(QStringLiteral("PRINTER")) : QStringList())
+                + (hasSeveralFiles() ? QStringList(QStringLiteral("FILE")) : QStringList())
+                + (isTransfer ? transferTitles() : QStringList())
+                + QStringList(QStringLiteral("RESULT"))};
+    for (int printer = 0; printer < printers().size(); ++printer) {
+        for (const Outcome &outcome : m_outcomes[printer])
+            table.append(summaryRow(printer, outcome, isTransfer));
+    }
+    writeOut(tableText(table));
+}
+
+TextView::Table TextView::statusTable() const
+{
+    Table table{{QStringLiteral("PRINTER"), QStringLiteral("STATE"), QStringLiteral("FILE"),
+                 QStringLiteral("LAYER"), QStringLiteral("REMAINING")}};
+    const QString none = QStringLiteral("-");
+    const auto orNone = [&](const QString &text) { return text.isEmpty() ? none : text; };
+    for (int i = 0; i < printers().size(); ++i) {
+        const QString label = printers()[i].label();
+        if (const auto &status = m_snapshots[i])
+            table.append({label, stateText(status->state), orNone(status->filename),
+                          orNone(layerText(*status)), orNone(remainingText(*status))});
+        else
+            table.append({label, m_outcomes[i].first().what, none, none, none});
+    }
+    return table;
+}
+
+QStringList TextView::summaryRow(int printer, const Outcome &outcome, bool isTransfer) const
+{
+    QStringList cells;
     if (isSeveral())
-        writeOut(summary());
+        cells += printers()[printer].label();
+    if (hasSeveralFiles())
+        cells += outcome.file;
+    if (isTransfer)
+        cells += transferCells(m_transfers.entry(printer, outcome.file));
+    return cells + QStringList(outcome.isOk() ? QStringLiteral("ok") : outcome.what);
+}
+
+bool TextView::hasSeveralFiles() const
+{
+    return m_outcomes.first().size() > 1;
+}
+
+QString TextView::news(int printer, const Event &event)
+{
+    m_transfers.note(printer, event);
+    if (event.kind == Event::Kind::Snapshot && isSeveral()) {
+        m_snapshots[printer] = PrinterStatus::fromReply(event.answer);
+        return {};
+    }
+    return eventText(event, printers()[printer]);
 }
 
 QString TextView::marked(int printer, const QString &text) const
 {
-    if (!isSeveral())
-        return text + QLatin1Char('\n');
+    const QString mark
+        = isSeveral() ? printers()[printer].label() + QStringLiteral(": ") : QString();
     const QStringList plain = text.split(QLatin1Char('\n'));
     QString lines;
-    for (const QString &line : plain)
-        lines += QStringLiteral("%1: %2\n").arg(printers()[printer].label(), line);
+    for (const QString &line : plain) // names and words come from the printer, too
+        lines += mark + zyapp::onOneLine(line) + QLatin1Char('\n');
     return lines;
-}
-
-QString TextView::summary() const
-{
-    const bool isTransfer = m_transfers.hasSent();
-    Table table{QStringList(QStringLiteral("PRINTER"))
-                + (isTransfer ? transferTitles() : QStringList())
-                + QStringList(QStringLiteral("RESULT"))};
-    for (int i = 0; i < printers().size(); ++i) {
-        QStringList cells(printers()[i].label());
-        if (isTransfer)
-            cells += transferCells(m_transfers.entry(i));
-        cells += m_outcomes[i].isOk() ? QStringLiteral("ok") : m_outcomes[i].what;
-        table.append(cells);
-    }
-    return tableText(table);
 }
 
 PlainView::PlainView(const QVector<zysession::Printer> &printers)
@@ -101,16 +165,15 @@ PlainView::PlainView(const QVector<zysession::Printer> &printers)
 
 void PlainView::report(int printer, const Event &event)
 {
-    transfers().note(printer, event);
-    QString text;
+    QString text = news(printer, event);
     if (event.kind == Event::Kind::Progress)
         text = progressText(printer, event);
     else if (event.kind == Event::Kind::Reading)
         text = readingText(printer, event);
     else if (event.kind == Event::Kind::Status)
         text = statusText(printer, event);
-    else
-        text = eventText(event, printers()[printer]);
+    else if (event.kind == Event::Kind::Stalled || event.kind == Event::Kind::Waiting)
+        text = isNews(printer, stepOf(event)) ? text : QString();
     if (!text.isEmpty())
         writeOut(marked(printer, text));
 }
@@ -119,14 +182,16 @@ QString PlainView::progressText(int printer, const Event &event)
 {
     if (event.total <= 0)
         return {};
-    const qint64 percent = event.received * 100 / event.total;
+    const int percent
+        = percentOf(static_cast<double>(event.received) / static_cast<double>(event.total));
     if (!isNews(printer, event.file + QString::number(percent / newsEvery)))
         return {};
-    return QStringLiteral("%1: %2 % %3 %4")
-        .arg(event.file)
-        .arg(percent, 3)
-        .arg(byteText(event.received, event.total),
-             rateText(transfers().entry(printer).rate.bytesPerSecond()));
+    const QString text = QStringLiteral("%1: %2 % %3")
+                             .arg(event.file)
+                             .arg(percent, 3)
+                             .arg(byteText(event.received, event.total));
+    const double rate = transfers().entry(printer, event.file).rate.bytesPerSecond();
+    return rate > 0 ? text + QLatin1Char(' ') + rateText(rate) : text;
 }
 
 QString PlainView::readingText(int printer, const Event &event)
@@ -138,7 +203,7 @@ QString PlainView::readingText(int printer, const Event &event)
 QString PlainView::statusText(int printer, const Event &event)
 {
     const PrinterStatus status = PrinterStatus::fromReply(event.answer);
-    const int percent = static_cast<int>(status.layerFraction() * 100);
+    const int percent = percentOf(printedFraction(status));
     const QString step = status.word + status.filename + QString::number(percent / newsEvery);
     return isNews(printer, step) ? statusLine(status) : QString();
 }

@@ -8,6 +8,8 @@
 #include "transferlog.h"
 #include "view.h"
 
+#include <optional>
+
 namespace zyslicer
 {
 
@@ -17,20 +19,27 @@ class TextView : public View
 public:
     explicit TextView(const QVector<zysession::Printer> &printers);
 
-    void endPrinter(int printer, const Outcome &outcome) override;
-    void finish() override;
+    void endPrinter(int printer, const Outcomes &outcomes) override;
+    void sumUp() override;
 
 protected:
     /// Lines of @p text, marked with the printer's name when there are several.
     QString marked(int printer, const QString &text) const;
-    TransferLog &transfers() { return m_transfers; }
+    /// Notes the event; what it is to people, as eventText(). A status is kept for the table of
+    /// several printers.
+    QString news(int printer, const Event &event);
     const TransferLog &transfers() const { return m_transfers; }
 
 private:
-    QString summary() const;
+    using Table = QVector<QStringList>;
+
+    Table statusTable() const;
+    QStringList summaryRow(int printer, const Outcome &outcome, bool isTransfer) const;
+    bool hasSeveralFiles() const;
 
     TransferLog m_transfers;
-    QVector<Outcome> m_outcomes;
+    QVector<Outcomes> m_outcomes;
+    QVector<std::optional<zysession::PrinterStatus>> m_snapshots;
 };
 
 /// For where nothing can be drawn over.

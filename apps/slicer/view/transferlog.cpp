@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// How the transfer to each printer stands: amounts, rate and time, for bars and the summary.
+// How the transfer of each file to each printer stands: amounts, rate and time, for bars and the
+// summary.
 
 #include "transferlog.h"
 
@@ -16,7 +17,7 @@ TransferLog::TransferLog(int printers) : m_entries(printers)
 
 void TransferLog::note(int printer, const Event &event)
 {
-    Entry &entry = m_entries[printer];
+    Entry &entry = m_entries[printer][event.file];
     const qint64 now = m_clock.elapsed();
     switch (event.kind) {
     case Event::Kind::Offered:
@@ -44,8 +45,10 @@ void TransferLog::note(int printer, const Event &event)
 
 bool TransferLog::hasSent() const
 {
-    return std::any_of(m_entries.begin(), m_entries.end(),
-                       [](const Entry &entry) { return entry.sent > 0; });
+    return std::any_of(m_entries.begin(), m_entries.end(), [](const QHash<QString, Entry> &files) {
+        return std::any_of(files.begin(), files.end(),
+                           [](const Entry &entry) { return entry.sent > 0; });
+    });
 }
 
 qint64 duration(const TransferLog::Entry &entry)

@@ -20,7 +20,7 @@ class QuietView : public View
 public:
     using View::View;
     void report(int, const Event &) override { }
-    void endPrinter(int, const Outcome &) override { }
+    void endPrinter(int, const Outcomes &) override { }
 };
 
 } // namespace

@@ -22,9 +22,11 @@ public:
     virtual ~View() = default;
 
     virtual void report(int printer, const Event &event) = 0;
-    virtual void endPrinter(int printer, const Outcome &outcome) = 0;
-    /// All printers have ended.
+    virtual void endPrinter(int printer, const Outcomes &outcomes) = 0;
+    /// All printers have ended, and errors may be written.
     virtual void finish() { }
+    /// After the errors.
+    virtual void sumUp() { }
 
 protected:
     const QVector<zysession::Printer> &printers() const { return m_printers; }

@@ -4,6 +4,10 @@
 
 #include "wording.h"
 
+#include "progressline.h"
+
+#include <algorithm>
+
 namespace zyslicer
 {
 
@@ -34,17 +38,6 @@ Unit unitFor(double bytes)
 QString numberIn(const Unit &unit, double bytes)
 {
     return QString::number(bytes / unit.size, 'f', unit.size > 1.0 ? 1 : 0);
-}
-
-QString layerText(const PrinterStatus &status)
-{
-    const double fraction = status.layerFraction();
-    if (fraction < 0)
-        return {};
-    return QStringLiteral("%1 of %2 (%3 %)")
-        .arg(status.layer)
-        .arg(status.layerCount)
-        .arg(static_cast<int>(fraction * 100));
 }
 
 QString row(const QString &name, const QString &value)
@@ -111,8 +104,12 @@ QString byteText(qint64 bytes)
 QString byteText(qint64 bytes, qint64 total)
 {
     const Unit unit = unitFor(static_cast<double>(total));
-    return numberIn(unit, static_cast<double>(bytes)) + QLatin1Char('/')
-        + numberIn(unit, static_cast<double>(total)) + QLatin1Char(' ') + QLatin1String(unit.name);
+    const QString whole = numberIn(unit, static_cast<double>(total));
+    QString part = numberIn(unit, static_cast<double>(bytes));
+    constexpr double step = 0.1;
+    if (bytes < total && part == whole && unit.size > 1.0) // rounded up, it would look complete
+        part = numberIn(unit, static_cast<double>(bytes) - step * unit.size);
+    return part + QLatin1Char('/') + whole + QLatin1Char(' ') + QLatin1String(unit.name);
 }
 
 QString rateText(double bytesPerSecond)
@@ -160,6 +157,24 @@ QString stateText(PrinterStatus::State state)
     return QStringLiteral("unknown");
 }
 
+double printedFraction(const PrinterStatus &status)
+{
+    constexpr double lastLayer = 0.999; // it is still being printed
+    const bool isUnderWay = status.hasJob() && status.state != PrinterStatus::State::Completing;
+    return isUnderWay ? std::min(status.layerFraction(), lastLayer) : status.layerFraction();
+}
+
+QString layerText(const PrinterStatus &status)
+{
+    const double fraction = printedFraction(status);
+    if (fraction < 0)
+        return {};
+    return QStringLiteral("%1 of %2 (%3 %)")
+        .arg(status.layer)
+        .arg(status.layerCount)
+        .arg(percentOf(fraction));
+}
+
 QString remainingText(const PrinterStatus &status)
 {
     const qint64 seconds = status.remainingSeconds();
@@ -180,6 +195,11 @@ QString statusLine(const PrinterStatus &status)
     return line;
 }
 
+QString silenceText(const Event &event)
+{
+    return QStringLiteral("no acknowledgement for %1 s").arg(event.delay / 1000);
+}
+
 QString eventText(const Event &event, const zysession::Printer &printer)
 {
     switch (event.kind) {
@@ -194,12 +214,23 @@ QString eventText(const Event &event, const zysession::Printer &printer)
         return event.file + QStringLiteral(": from the start: the printer holds nothing of it");
     case Event::Kind::Retrying:
         return retryingText(event);
+    case Event::Kind::Stalled:
+        return event.file + QStringLiteral(": ") + silenceText(event);
+    case Event::Kind::Waiting:
+        return event.text + QStringLiteral("; waiting for it");
+    case Event::Kind::Cancelling:
+        return event.file + QStringLiteral(": cancelling; again to leave at once");
     case Event::Kind::Stored:
         return storedText(event);
+    case Event::Kind::FileEnded:
+        return event.outcome.isOk() ? QString()
+                                    : event.file + QStringLiteral(": ") + event.outcome.what;
     case Event::Kind::PrintChecking:
         return event.file + QStringLiteral(": checking before the print");
     case Event::Kind::PrintStarted:
-        return event.file + QStringLiteral(": print started");
+        return event.file
+            + (event.isResumed ? QStringLiteral(": the paused print goes on")
+                               : QStringLiteral(": print started"));
     case Event::Kind::Snapshot:
         return statusBlock(printer.description(), PrinterStatus::fromReply(event.answer));
     case Event::Kind::Answer:

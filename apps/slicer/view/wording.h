@@ -23,10 +23,17 @@ QString durationText(qint64 seconds);
 
 /// "printing", "complete", …
 QString stateText(zysession::PrinterStatus::State state);
+/// As layerFraction(), but 1 only once the last layer is done.
+double printedFraction(const zysession::PrinterStatus &status);
+/// "120 of 400 (30 %)"; empty where the printer names no layers.
+QString layerText(const zysession::PrinterStatus &status);
 /// "0:12:30" for a count of seconds, any other text as it is.
 QString remainingText(const zysession::PrinterStatus &status);
 /// "printing demo.zydlp, layer 120 of 400 (30 %), remaining 0:12:30"
 QString statusLine(const zysession::PrinterStatus &status);
+
+/// "no acknowledgement for 5 s"
+QString silenceText(const Event &event);
 
 /// What an event is to people; empty for what is no news by itself: progress, and the status while
 /// a print is followed.

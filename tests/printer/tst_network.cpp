@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Where zyprinter listens, and what its log says of who sends.
+
+#include "models.h"
+#include "printerprocess.h"
+#include "programs.h"
+#include "slicer.h"
+#include "testprogram.h"
+
+#include <QTcpSocket>
+#include <QtTest>
+
+class TestPrinterNetwork : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void listensOnTheAddressThatItIsGiven();
+    void refusesAnAddressThatIsNone();
+    void saysThatAnAddressIsNotThisMachines();
+    void namesTheFileAndThePeerInUtf8();
+};
+
+void TestPrinterNetwork::listensOnTheAddressThatItIsGiven()
+{
+    PrinterProcess printer(PrinterProcess::NotStarted);
+    QVERIFY(printer.start({QStringLiteral("--bind"), QStringLiteral("127.0.0.2")}));
+    QCOMPARE(printer.url().host(), QStringLiteral("127.0.0.2"));
+    QTcpSocket socket;
+    socket.connectToHost(QStringLiteral("127.0.0.1"), quint16(printer.url().port()));
+    QVERIFY(!socket.waitForConnected());
+    Slicer slicer;
+    QVERIFY(slicer.connectTo(printer.url()));
+}
+
+void TestPrinterNetwork::refusesAnAddressThatIsNone()
+{
+    const RunResult result = runPrinter({QStringLiteral("--dir"), QStringLiteral("."),
+                                         QStringLiteral("--bind"), QStringLiteral("bench")});
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.errors.contains("bench is no IP address"), result.errors.constData());
+}
+
+void TestPrinterNetwork::saysThatAnAddressIsNotThisMachines()
+{
+    const QTemporaryDir directory;
+    const RunResult result
+        = runPrinter({QStringLiteral("--dir"), directory.path(), QStringLiteral("--bind"),
+                      QStringLiteral("192.0.2.1"), QStringLiteral("--port"), QStringLiteral("9")});
+    QCOMPARE(result.exitCode, 4);
+    QVERIFY2(result.errors.contains("address is not this machine's"), result.errors.constData());
+    QVERIFY2(result.errors.contains("ws://192.0.2.1:9"), result.errors.constData());
+}
+
+void TestPrinterNetwork::namesTheFileAndThePeerInUtf8()
+{
+    const QByteArray name = "\346\250\241\345\236\213\360\237\246\204.zydlp"; // CJK and an emoji
+    qputenv("LC_ALL", "C"); // as systemd runs it
+    PrinterProcess printer(PrinterProcess::NotStarted);
+    QVERIFY(printer.start());
+    const QTemporaryDir local;
+    const QString path = local.filePath(QStringLiteral("part.zydlp"));
+    writeFile(path, smallModel(3));
+    Slicer slicer;
+    QVERIFY(slicer.connectTo(printer.url()));
+    QCOMPARE(slicer.send(path, QString::fromUtf8(name)), 1);
+    QVERIFY(printer.waitForOutput("transfer accepted: \"" + name + "\" from 127.0.0.1:"));
+    QVERIFY(printer.waitForOutput("received \"" + name + "\": "));
+}
+
+ZY_TEST(TestPrinterNetwork)
+
+#include "tst_network.moc"
