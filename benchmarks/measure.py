@@ -40,10 +40,10 @@ def run_json(command, **options):
 class Server:
     """A server's process. Its usage is known once the context has ended."""
 
-    def __init__(self, side, directory, environment=None, prefix=()):
+    def __init__(self, side, directory, environment=None, prefix=(), options=()):
         self.usage = None
         self._process = subprocess.Popen(
-            [*prefix, server_of(side), "--dir", directory], stdout=subprocess.PIPE,
+            [*prefix, server_of(side), "--dir", directory, *options], stdout=subprocess.PIPE,
             stderr=subprocess.DEVNULL, env={**os.environ, **(environment or {})})
         words = self._process.stdout.readline().split()
         if len(words) != 2 or words[0] != b"listening":
@@ -79,9 +79,9 @@ def interleave(pairs, measure, sides=SIDES):
     return results
 
 
-def row(case, measure, unit, results, key, target=None, side="library"):
+def row(case, measure, unit, results, key, target=None, side="library", base="floor"):
     """One line of a result table: medians, their ratio, and the spread of the pairs' ratios."""
-    own, bare = ([result[key] for result in results[of]] for of in (side, "floor"))
+    own, bare = ([result[key] for result in results[of]] for of in (side, base))
     pairs = [mine / floor for mine, floor in zip(own, bare)]
     ratio = statistics.median(own) / statistics.median(bare)
     return {"case": case, "measure": measure, "unit": unit,
@@ -121,6 +121,10 @@ def scratch(need_bytes):
     memory = "/dev/shm"
     has_room = os.path.isdir(memory) and shutil.disk_usage(memory).free > 2 * need_bytes
     return tempfile.TemporaryDirectory(prefix="zybench-", dir=memory if has_room else None)
+
+
+def scratch_on_disk():
+    return tempfile.TemporaryDirectory(prefix="zybench-", dir=BUILD)
 
 
 def file_system(path):

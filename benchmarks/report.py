@@ -54,13 +54,23 @@ def missing(section):
     return "".join(f"\n- {line}" for line in section.get("missing", []))
 
 
+def ratio_lines(section):
+    return [[row["case"], f"{row['measure']}, {row['unit']}", row["library"], row["floor"],
+             f"{row['ratio']:.3f}", *(f"{end:.3f}" for end in row["spread"]),
+             (row.get("target") or "").replace("<=", "≤").replace(">=", "≥"), VERDICT[row.get("met")]]
+            for row in section["rows"]]
+
+
 def floor_table(section):
     return table(
         ["Case", "Measure", "Library", "Bare Qt", "Ratio", "Pairs from", "to", "Target", ""],
-        [[row["case"], f"{row['measure']}, {row['unit']}", row["library"], row["floor"],
-          f"{row['ratio']:.3f}", *(f"{end:.3f}" for end in row["spread"]),
-          (row.get("target") or "").replace("<=", "≤").replace(">=", "≥"), VERDICT[row.get("met")]]
-         for row in section["rows"]])
+        ratio_lines(section))
+
+
+def protection_table(section):
+    return table(
+        ["Case", "Measure", "With it", "Default", "Ratio", "Pairs from", "to", "Target", ""],
+        ratio_lines(section))
 
 
 def gap_table(section):
@@ -127,6 +137,7 @@ def expectations(shaped):
 
 SECTIONS = {
     **{name: (title, floor_table) for name, title in FLOOR_SECTIONS.items()},
+    "protection": ("What protection costs, against the default server", protection_table),
     "gap": ("How long the sending application's own thread is kept", gap_table),
     "peers": ("Other ways to send the same files", peers_tables),
     "roundtrip": ("One acknowledgement per chunk, on links with a delay", roundtrip_tables),

@@ -21,14 +21,17 @@ ClientOptions clientOptions(const QCoreApplication &app)
     const QCommandLineOption threads(QStringLiteral("threads"),
                                      QStringLiteral("Compress in N threads."), QStringLiteral("N"),
                                      QStringLiteral("0"));
+    const QCommandLineOption sha256(QStringLiteral("sha256"),
+                                    QStringLiteral("Send HEX as the file's digest."),
+                                    QStringLiteral("HEX"));
     QCommandLineParser parser;
     parser.addHelpOption();
-    parser.addOptions({url, file, level, threads});
+    parser.addOptions({url, file, level, threads, sha256});
     parser.process(app);
     if (!parser.isSet(url) || !parser.isSet(file))
         parser.showHelp(2);
     return {QUrl(parser.value(url)), parser.value(file), parser.value(level).toInt(),
-            parser.value(threads).toInt()};
+            parser.value(threads).toInt(), parser.value(sha256)};
 }
 
 } // namespace zybench

@@ -18,9 +18,11 @@ struct ClientOptions {
     QString file;
     int level = -1; ///< as ZySslEchoClient::setCompressionLevel()
     int threads = 0; ///< as ZySslEchoClient::setCompressionThreads()
+    QString sha256; ///< as ZySslEchoClient::setFileDigest()
 };
 
-/// Reads "--url URL --file FILE [--level N] [--threads N]"; leaves the process when they are wrong.
+/// Reads "--url URL --file FILE [--level N] [--threads N] [--sha256 HEX]"; leaves the
+/// process when they are wrong.
 ClientOptions clientOptions(const QCoreApplication &app);
 
 } // namespace zybench

@@ -24,11 +24,17 @@ ServerOptions serverOptions(const QCoreApplication &app)
     const QCommandLineOption port(QStringLiteral("port"),
                                   QStringLiteral("Listen on PORT; 0 for any that is free."),
                                   QStringLiteral("PORT"), QStringLiteral("0"));
+    const QCommandLineOption protection(
+        QStringLiteral("protection"),
+        QStringLiteral("Protect the library's server: none, unsynced (all but syncing to disk), "
+                       "synced."),
+        QStringLiteral("LEVEL"), QStringLiteral("none"));
     QCommandLineParser parser;
     parser.addHelpOption();
-    parser.addOptions({directory, port});
+    parser.addOptions({directory, port, protection});
     parser.process(app);
-    return {QDir(parser.value(directory)).absolutePath(), parser.value(port).toUShort()};
+    return {QDir(parser.value(directory)).absolutePath(), parser.value(port).toUShort(),
+            parser.value(protection)};
 }
 
 int serve(QCoreApplication &app, quint16 port)

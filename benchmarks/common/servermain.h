@@ -17,9 +17,10 @@ namespace zybench
 struct ServerOptions {
     QString directory; ///< absolute; where files are received
     quint16 port = 0;
+    QString protection; ///< "none", "unsynced" or "synced"; the library's server alone knows it
 };
 
-/// Reads "--dir DIR --port PORT"; leaves the process when they are wrong.
+/// Reads "--dir DIR --port PORT --protection LEVEL"; leaves the process when they are wrong.
 ServerOptions serverOptions(const QCoreApplication &app);
 
 /**

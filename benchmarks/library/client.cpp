@@ -18,6 +18,7 @@ int main(int argc, char *argv[])
     ZySslEchoClient client(options.url);
     client.setCompressionLevel(options.level);
     client.setCompressionThreads(options.threads);
+    client.setFileDigest(options.sha256);
     QObject::connect(&client, &ZySslEchoClient::connected, &client, [&] {
         clock.start();
         client.sendFile(options.file, QFileInfo(options.file).fileName());

@@ -9,6 +9,8 @@
 
 #include <QCoreApplication>
 
+#include <memory>
+
 namespace
 {
 
@@ -30,18 +32,29 @@ void fill(PrintStatusPara &record)
     record.resin = status::resin;
 }
 
+std::unique_ptr<ZySslEchoServer> makeServer(const zybench::ServerOptions &options)
+{
+    if (options.protection == QLatin1String("none"))
+        return std::make_unique<ZySslEchoServer>(options.port, QString(), QString(),
+                                                 options.directory, nullptr);
+    ZyServerOptions protection = ZyServerOptions::hardened();
+    protection.setSyncsToDisk(options.protection == QLatin1String("synced"));
+    protection.setKeepFree(0); // the files lie in a small file system
+    return std::make_unique<ZySslEchoServer>(options.port, options.directory, protection);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     const zybench::ServerOptions options = zybench::serverOptions(app);
-    ZySslEchoServer server(options.port, {}, {}, options.directory, nullptr);
-    QObject::connect(&server, &ZySslEchoServer::getPrintState, &server,
+    const auto server = makeServer(options);
+    QObject::connect(server.get(), &ZySslEchoServer::getPrintState, server.get(),
                      [](int &answer, const QString &, bool) { answer = 1; });
-    QObject::connect(&server, &ZySslEchoServer::finish, &server,
+    QObject::connect(server.get(), &ZySslEchoServer::finish, server.get(),
                      [](const QString &, int &checkState) { checkState = 1; });
-    QObject::connect(&server, &ZySslEchoServer::sigGetPrinterStatus, &server,
+    QObject::connect(server.get(), &ZySslEchoServer::sigGetPrinterStatus, server.get(),
                      [](PrintStatusPara &record, const QString &) { fill(record); });
-    return zybench::serve(app, server.serverPort());
+    return zybench::serve(app, server->serverPort());
 }

@@ -57,4 +57,47 @@ async def attack_by_odd_but_plain_names(arena):
     assert arena.incoming() == [], arena.incoming()
 
 
+async def attack_a_directory_whose_name_begins_alike(arena):
+    beside = arena.place / (arena.directory.name + "-beside")
+    beside.mkdir()
+    (beside / "x.bin").write_bytes(b"not yours")
+    async with arena.peer() as peer:
+        for name in (f"../{beside.name}/x.bin", str(beside / "x.bin"), f"{beside}/y.bin",
+                     f"{arena.directory}-beside/x.bin", f"../../{beside.name}/x.bin"):
+            expect(await peer.ask(**start_file(name, DATA)), refused())
+            expect((await peer.ask(cmd="START_PRINT", filename=name))["status"], "CHECK_FALSE")
+            await peer.ask(cmd="CANCEL_FILE")
+    expect(os.listdir(beside), ["x.bin"])
+    expect((beside / "x.bin").read_bytes(), b"not yours")
+    (beside / "x.bin").unlink()
+    beside.rmdir()
+
+
+async def attack_by_fields_that_name_no_file(arena):
+    """Only "filename" is a name: nothing else that a peer says becomes part of a path."""
+    paths = ["../decoy.zydlp", "../../decoy.zydlp", str(arena.decoy), "wifi_tranfer.tmp", "a/b", ".."]
+    async with arena.peer() as peer:
+        for field in ("key", "offset", "token", "compress", "unknown"):
+            for path in paths:
+                request = {**start_file("plain.bin", DATA), field: path}
+                expect((await peer.ask(**request))["errorcode"], 0)
+                expect(arena.incoming(), ["wifi_tranfer.tmp"])
+                await peer.chunk(DATA[:MIB // 2])
+                await peer.receive()
+                await peer.ask(cmd="CANCEL_FILE")
+                expect(arena.incoming(), [])
+        for path in paths:
+            expect((await peer.ask(cmd="GET_PRINT_STATUS", filename=path, token=path))["cmd"],
+                   "GET_PRINT_STATUS")
+    # A dropped connection writes its record with the same fields.
+    async with arena.peer() as peer:
+        await peer.ask(**{**start_file("plain.bin", DATA), "key": "../decoy.zydlp"})
+    expect(arena.incoming(), ["wifi_tranfer.tmp"])
+    async with arena.peer() as peer:
+        request = {**start_file("plain.bin", DATA), "key": "../decoy.zydlp"}
+        while (await peer.ask(**request)).get("wifistate") == 3:
+            pass
+        await peer.ask(cmd="CANCEL_FILE")
+
+
 run(globals())

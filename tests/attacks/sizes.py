@@ -3,6 +3,8 @@
 """Announced sizes, messages, frames and streams that are too large, or none."""
 
 import asyncio
+import os
+import pathlib
 import struct
 import time
 import zlib
@@ -119,6 +121,30 @@ async def attack_by_replies_that_are_not_read(arena):
         raise AssertionError("the printer still answers")
     except ConnectionError:
         pass
+
+
+def seconds_of_work(arena):
+    fields = pathlib.Path(f"/proc/{arena.pid}/stat").read_text().rpartition(")")[2].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+async def attack_by_an_upload_that_never_goes_on(arena):
+    """Data that bring a transfer no further, and frames that end in their middle, cost no work."""
+    whole = wire.pack(DATA[:MIB])
+    half = RawPeer(arena.port)
+    half.socket.sendall(RawPeer.frame(2, whole)[:1000])
+    async with arena.peer() as peer:
+        await peer.ask(**start_file("stuck.bin", DATA))
+        for payload in (b"", b"\0\0\0\0", whole[:4], whole[:-5], whole[:100], bytes(MIB),
+                        whole[:4] + b"x" * 1000):
+            await peer.socket.send(payload)
+            expect((await peer.receive())["received"], "0")
+        before = seconds_of_work(arena)
+        await asyncio.sleep(2)
+        spent = seconds_of_work(arena) - before
+        assert spent < 0.5, f"{spent} s of work in 2 s of nothing"
+        await peer.ask(cmd="CANCEL_FILE")
+    half.socket.close()
 
 
 run(globals(), "--max-size", "8")

@@ -4,6 +4,7 @@
 
 #include "modelfiles.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "slicerprocess.h"
 #include "testprogram.h"
 #include "texts.h"
@@ -68,6 +69,7 @@ void TestCertificates::everyCommandChecksTheCertificate_data()
     QTest::newRow("status") << QStringList{"status"_s} << 0;
     QTest::newRow("watched status") << QStringList{"status"_s, "--watch"_s} << 0;
     QTest::newRow("send") << QStringList{"send"_s, path("part.zydlp"_s)} << 0;
+    QTest::newRow("patient send") << QStringList{"send"_s, path("part.zydlp"_s), "--wait"_s} << 0;
     QTest::newRow("print") << QStringList{"print"_s, "none.zydlp"_s} << 8;
     QTest::newRow("pause") << QStringList{"pause"_s} << 5;
     QTest::newRow("stop") << QStringList{"stop"_s} << 5;

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void waitsNoMoreAfterCtrlC();
     void showsThatATransferStalls();
     void answersCtrlCAtOnce();
+    void readsALargeFileBeforeItIsSent();
     void keepsThePartWhenAskedTo();
     void leavesSomeOfTheLineToOthers();
     void refusesARateThatIsNone_data();
@@ -145,6 +146,23 @@ void TestPatience::answersCtrlCAtOnce()
     slicer.interrupt();
     QVERIFY(slicer.waitForExit());
     QCOMPARE(slicer.exitCode(), 130);
+}
+
+void TestPatience::readsALargeFileBeforeItIsSent()
+{
+    constexpr qint64 size = Q_INT64_C(65536) * chunkBytes; // sparse: of no use but to be read
+    const TestPrinter printer;
+    const QString url = "ws://127.0.0.1:%1"_s.arg(printer.port());
+    const QString file = zytest::writeFile(m_directory.filePath("large.zydlp"_s), "x");
+    QVERIFY(QFile::resize(file, size));
+    SlicerProcess slicer(send(file, url, {"--json"_s}));
+    const QJsonObject reading = slicer.waitForEvent("reading"_s);
+    QCOMPARE(reading.value("total"_s).toDouble(), double(size));
+    QVERIFY(reading.value("read"_s).toDouble() > 0);
+    slicer.interrupt();
+    QVERIFY(slicer.waitForExit());
+    QCOMPARE(slicer.exitCode(), 130);
+    QVERIFY(eventsNamed("offered"_s, slicer.output()).isEmpty());
 }
 
 void TestPatience::keepsThePartWhenAskedTo()

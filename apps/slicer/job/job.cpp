@@ -85,7 +85,8 @@ void Job::onStepEnded(const Outcome &outcome)
 {
     // It is still on the stack; its part of the job's connection is over.
     m_step.release()->deleteLater();
-    if (m_context.request.isWaiting && maySoonBeOtherwise(outcome)) {
+    if (m_context.request.isWaiting && !m_context.isCertificateRefused
+        && maySoonBeOtherwise(outcome)) {
         waitFor(outcome);
         return;
     }

@@ -31,6 +31,7 @@ struct JobContext {
     const zysession::Printer printer;
     const ZyTlsTrust trust = printer.trust();
     zysession::PrinterLink link; ///< for commands
+    bool isCertificateRefused = false; ///< which waiting does not change
     QString storedName; ///< the name under which the printer stored the last file sent
 };
 
