@@ -22,6 +22,7 @@ private Q_SLOTS:
     void asksForNothingByDefault();
     void asksForEverythingWhenHardened();
     void isAValue();
+    void keepsEachValueByItself();
     void takesNegativeNumbersForNone();
     void isReadBackFromTheServer();
     void changesNothingWhenItAsksForNothing();
@@ -92,6 +93,39 @@ void tst_Options::isAValue()
     options = copy;
     copy.setToken({});
     QCOMPARE(options.token(), QStringLiteral("secret"));
+}
+
+void tst_Options::keepsEachValueByItself()
+{
+    ZyServerOptions options;
+    options.setHandshakeTimeout(1);
+    options.setMaxDataMessage(2);
+    options.setMaxTextMessage(3);
+    options.setMaxChunk(4);
+    options.setMaxBacklog(5);
+    QCOMPARE(options.handshakeTimeout(), 1);
+    QCOMPARE(options.maxDataMessage(), 2);
+    QCOMPARE(options.maxTextMessage(), 3);
+    QCOMPARE(options.maxChunk(), 4);
+    QCOMPARE(options.maxBacklog(), 5);
+
+    using Options = ZyServerOptions;
+    struct Switch {
+        void (Options::*set)(bool);
+        bool (Options::*isSet)() const;
+    };
+    const Switch switches[]{{&Options::setChecksOrigin, &Options::checksOrigin},
+                            {&Options::setNeedsPlainNames, &Options::needsPlainNames},
+                            {&Options::setKeepsTransfersApart, &Options::keepsTransfersApart},
+                            {&Options::setReservesSpace, &Options::reservesSpace},
+                            {&Options::setSyncsToDisk, &Options::syncsToDisk},
+                            {&Options::setChecksDigest, &Options::checksDigest}};
+    for (const Switch &one : switches) {
+        Options alone;
+        (alone.*one.set)(true);
+        for (const Switch &other : switches)
+            QCOMPARE((alone.*other.isSet)(), other.isSet == one.isSet);
+    }
 }
 
 void tst_Options::takesNegativeNumbersForNone()

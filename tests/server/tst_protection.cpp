@@ -5,6 +5,7 @@
 #include "memberaccess.h"
 #include "modelfiles.h"
 #include "rawpeer.h"
+#include "rawtcppeer.h"
 #include "requests.h"
 #include "testprinter.h"
 #include "testprogram.h"
@@ -62,6 +63,7 @@ private Q_SLOTS:
     void doesNotTakeOverWhileTheHostChecks();
     void doesNotCountItsOwnStallsAgainstPeers();
     void sparesTheHostAFileOfAnotherDigest();
+    void dropsAPeerThatDoesNotReadItsReplies();
     void reportsAReceptionThatCannotGoOn();
     void survivesAHostThatDeletesItOnATakeOver();
 };
@@ -275,6 +277,22 @@ void tst_Protection::sparesTheHostAFileOfAnotherDigest()
     peer.sendChunk("abcde");
     QVERIFY(peer.waitForReplies(3));
     QCOMPARE(printer.host().count(QStringLiteral("finish")), 1);
+}
+
+void tst_Protection::dropsAPeerThatDoesNotReadItsReplies()
+{
+    constexpr int replies = 64; // more than the kernel keeps of a MiB each
+    Reports reports;
+    TestPrinter printer(reports.attachedTo(ZyServerOptions::hardened()));
+    printer.host().answers.version = QString(chunkBytes, QLatin1Char('v'));
+    RawTcpPeer peer(printer.port());
+    QVERIFY(peer.isConnected());
+    peer.socket().setReadBufferSize(1);
+    for (int i = 0; i < replies; ++i)
+        peer.sendText(R"({"cmd":"VERSION_CHECK"})");
+    QVERIFY(printer.waitForConnections(0));
+    QCOMPARE(reports.kinds, QList<Failure>{Failure::Dropped});
+    QCOMPARE(reports.reasons, QStringList{QStringLiteral("replies are not read")});
 }
 
 void tst_Protection::reportsAReceptionThatCannotGoOn()
