@@ -53,8 +53,8 @@ QByteArray startFile(const QByteArray &size, const QString &key)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray input = fuzzing::bytesOf(data, size);
-    const int lineEnd = input.indexOf('\n');
-    const int space = input.indexOf(' ');
+    const auto lineEnd = input.indexOf('\n');
+    const auto space = input.indexOf(' ');
     if (space < 0 || lineEnd < space)
         return 0;
     const QByteArray announced = input.left(space);

@@ -17,6 +17,8 @@ namespace fuzzing
 {
 
 /**
+ * With all protection where ZYFUZZ_HARDENED is defined.
+ *
  * Each input gets its own connection and an empty receive directory: what it does depends on
  * nothing before it.
  */
@@ -41,6 +43,9 @@ public:
 
     /// Called with each finished file's path; null to ignore them.
     std::function<void(const QString &)> onFinished;
+
+    /// True for a data message that the printer does not write for its size alone.
+    static bool refuses(const QByteArray &inflated);
 
 private:
     FuzzedPrinter();

@@ -84,7 +84,7 @@ int below(Random &random, int bound)
 /// One small change, of the kinds that parsers trip over.
 void mutate(QByteArray &bytes, Random &random)
 {
-    const int size = bytes.size();
+    const int size = int(bytes.size());
     const int at = size ? below(random, size) : 0;
     switch (below(random, 6)) {
     case 0:
@@ -161,6 +161,6 @@ int main(int argc, char **argv)
         run(input.bytes);
         runMutants(input.bytes, options.mutants);
     }
-    std::printf("%d inputs, %d mutants of each: no finding\n", inputs.size(), options.mutants);
+    std::printf("%d inputs, %d mutants of each: no finding\n", int(inputs.size()), options.mutants);
     return 0;
 }

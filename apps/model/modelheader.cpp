@@ -5,6 +5,7 @@
 #include "modelheader.h"
 
 #include <QDataStream>
+#include <QIODevice>
 
 namespace zymodel
 {
@@ -79,7 +80,7 @@ QByteArray headerBytes(const ModelHeader &header, const QVector<LayerEntry> &lay
     for (const auto number : numbers)
         stream << header.*number;
     stream << quint32(resin.size());
-    stream.writeRawData(resin.constData(), resin.size());
+    stream.writeRawData(resin.constData(), int(resin.size()));
     for (const LayerEntry &layer : layers)
         stream << layer.offset << layer.length << layer.crc;
     return bytes;

@@ -71,7 +71,7 @@ void describe(CLI::App &app, ModelOptions &options, Arguments &arguments)
 
 std::optional<int> checkResin(const QString &name)
 {
-    const int bytes = name.toUtf8().size();
+    const auto bytes = name.toUtf8().size();
     if (bytes <= maxResinBytes)
         return std::nullopt;
     zyapp::printError(QStringLiteral("zymodel"),

@@ -15,6 +15,8 @@
 #include <QRegularExpression>
 #include <QTextStream>
 
+#include <zytlstrust.h>
+
 namespace
 {
 
@@ -28,6 +30,12 @@ void describe(QCommandLineParser &parser)
     parser.addOption({{QStringLiteral("t"), QStringLiteral("token")},
                       QStringLiteral("Access token of the printer."),
                       QStringLiteral("token")});
+    parser.addOption({QStringLiteral("ca"),
+                      QStringLiteral("PEM file of who may vouch for the wss:// printer."),
+                      QStringLiteral("file")});
+    parser.addOption({QStringLiteral("fingerprint"),
+                      QStringLiteral("SHA-256 of the only certificate to accept from it."),
+                      QStringLiteral("sha256hex")});
     parser.addPositionalArgument(
         QStringLiteral("printer"),
         QStringLiteral("Connect at once to this printer: ws://host:port, or a saved name."),
@@ -53,6 +61,26 @@ int usageError(const QString &what)
     return 2;
 }
 
+/// What is wrong with the options for the printer's certificate; empty when nothing is.
+QString certificateFault(const QCommandLineParser &parser)
+{
+    ZyTlsTrust trust;
+    const QString authorities = parser.value(QStringLiteral("ca"));
+    const QString fingerprint = parser.value(QStringLiteral("fingerprint"));
+    if (parser.isSet(QStringLiteral("ca"))) {
+        const QString fault = trust.useAuthorities(authorities);
+        if (!fault.isEmpty())
+            return QStringLiteral("--ca '%1': %2").arg(authorities, fault);
+    }
+    if (parser.isSet(QStringLiteral("fingerprint")) && !trust.pin(fingerprint))
+        return QStringLiteral("--fingerprint '%1' is no SHA-256: 64 hex digits, with or without "
+                              "colons")
+            .arg(fingerprint);
+    if (trust.isRestricted() && parser.positionalArguments().isEmpty())
+        return QStringLiteral("--ca and --fingerprint need a printer");
+    return {};
+}
+
 void nameApplication()
 {
     QCoreApplication::setOrganizationName(QStringLiteral("zyWebsocket"));
@@ -72,8 +100,10 @@ int main(int argc, char *argv[])
         parser.process(application);
     }
 
+#if QT_VERSION_MAJOR < 6 // which always does both
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
     QApplication application(argc, argv);
     QGuiApplication::setDesktopFileName(QStringLiteral("zypanel"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/zypanel/icon.png")));
@@ -89,11 +119,22 @@ int main(int argc, char *argv[])
         return usageError(
             QStringLiteral("too many arguments: %1").arg(arguments.mid(2).join(QLatin1Char(' '))));
 
+    const QString fault = certificateFault(parser);
+    if (!fault.isEmpty())
+        return usageError(fault);
+
     zypanel::MainWindow window;
     window.panel()->setToken(parser.value(QStringLiteral("token")));
     if (arguments.size() == 2)
         window.panel()->setFile(QFileInfo(arguments.at(1)).absoluteFilePath());
     window.show();
+    const QString authorities = parser.value(QStringLiteral("ca"));
+    const QString fingerprint = parser.value(QStringLiteral("fingerprint"));
+    if (!authorities.isEmpty() || !fingerprint.isEmpty())
+        window.panel()->setCertificate(
+            arguments.first(),
+            authorities.isEmpty() ? QString() : QFileInfo(authorities).absoluteFilePath(),
+            fingerprint);
     if (!arguments.isEmpty())
         window.panel()->connectTo(arguments.first());
     return QApplication::exec();

@@ -29,8 +29,12 @@ void install(QCoreApplication &application, const QLocale &locale, const QString
 
 void installTranslations(QCoreApplication &application, const QLocale &locale)
 {
-    install(application, locale, QStringLiteral("qtbase"),
-            QLibraryInfo::location(QLibraryInfo::TranslationsPath));
+#if QT_VERSION_MAJOR >= 6
+    const QString qtFolder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+#else
+    const QString qtFolder = QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+#endif
+    install(application, locale, QStringLiteral("qtbase"), qtFolder);
     install(application, locale, QStringLiteral("zypanel"), QStringLiteral(":/zypanel/i18n"));
 }
 

@@ -54,7 +54,7 @@ void printLine(const QString &line)
 }
 
 /// Each connection has a handle, which is a child of the server.
-int connections(const ZySslEchoServer &server)
+qsizetype connections(const ZySslEchoServer &server)
 {
     return server.findChildren<ZyFileTransHandle *>(QString(), Qt::FindDirectChildrenOnly).size();
 }

@@ -15,6 +15,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace zyprinter
 {
 
@@ -26,6 +29,17 @@ const QLatin1String receptionFile("wifi_tranfer.tmp"); // the library's own, mis
 QString lastError()
 {
     return QString::fromLocal8Bit(std::strerror(errno));
+}
+
+/// So that a loss of power does not take back the names in it.
+void syncDirectory(const QString &path)
+{
+    const int descriptor
+        = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    ::fsync(descriptor);
+    ::close(descriptor);
 }
 
 } // namespace
@@ -136,8 +150,12 @@ QString ModelStore::keep(const QString &receivedName)
     }
     // QFile::rename() does not replace; a print of the old model goes on reading the old file.
     if (std::rename(QFile::encodeName(received).constData(), QFile::encodeName(kept).constData())
-        == 0)
+        == 0) {
+        // Where it is now first: better in both places than in neither.
+        syncDirectory(m_directory);
+        syncDirectory(m_incoming);
         return {};
+    }
     QString reason = lastError();
     QFile::remove(received);
     return reason;

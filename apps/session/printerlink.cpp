@@ -54,7 +54,7 @@ void PrinterLink::open()
     if (printerUrl(m_url.toString()).isEmpty())
         return; // the watch finds no client
     qCDebug(lcSession) << "connecting to" << m_url;
-    m_client = new ZySslEchoClient(m_url, this);
+    m_client = new ZySslEchoClient(m_url, m_trust, this);
     connect(m_client, &ZySslEchoClient::connected, this, &PrinterLink::onConnected);
     connect(m_client, &ZySslEchoClient::disconnected, this, &PrinterLink::onDisconnected);
     connect(m_client, &ZySslEchoClient::jsonMessageReceived, this, &PrinterLink::received);
@@ -81,6 +81,7 @@ void PrinterLink::onConnected()
     m_wasOpen = true;
     m_fault = Fault::None;
     m_faultText.clear();
+    m_refusedFingerprint.clear();
     qCDebug(lcSession) << "connected to" << m_url;
     Q_EMIT opened();
 }
@@ -104,6 +105,7 @@ void PrinterLink::fail(Fault fault)
 {
     m_fault = fault;
     m_faultText = m_client ? m_client->socketErrorText() : QString();
+    m_refusedFingerprint = m_client ? m_client->refusedFingerprint() : QString();
     qCDebug(lcSession) << "no connection to" << m_url << fault << m_faultText;
     close();
     Q_EMIT failed();

@@ -13,6 +13,7 @@
 
 #include <zysendresult.h>
 #include <zysslechoclient.h>
+#include <zytlstrust.h>
 
 namespace zysession
 {
@@ -44,6 +45,9 @@ public:
     /// Closes the connection.
     ~PrinterLink() override;
 
+    /// For the next opening.
+    void setTlsTrust(const ZyTlsTrust &trust) { m_trust = trust; }
+
     QUrl url() const { return m_url; }
     const TimeLimits &limits() const { return m_limits; }
     bool isOpen() const;
@@ -53,6 +57,10 @@ public:
     Fault fault() const { return m_fault; }
     /// The same in the system's words: of a Network or Tls fault these say more.
     QString faultText() const { return m_faultText; }
+    /// Of the certificate that was refused; empty with any other fault.
+    QString refusedFingerprint() const { return m_refusedFingerprint; }
+    /// Trying again would help no more, since the printer's certificate was refused.
+    bool isRefused() const { return !m_refusedFingerprint.isEmpty(); }
     /// The current client; null while there is no connection, nor one being opened.
     ZySslEchoClient *client() const { return m_client; }
 
@@ -78,12 +86,14 @@ private:
 
     QUrl m_url;
     TimeLimits m_limits;
+    ZyTlsTrust m_trust;
     QPointer<ZySslEchoClient> m_client;
     QTimer m_openingWatch;
     QTimer m_openingLimit;
     bool m_wasOpen = false;
     Fault m_fault = Fault::None;
     QString m_faultText;
+    QString m_refusedFingerprint;
 };
 
 } // namespace zysession

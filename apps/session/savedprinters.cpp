@@ -21,6 +21,17 @@ constexpr int longestName = 64;
 const QLatin1String printersGroup("printers");
 const QLatin1String tokensGroup("tokens");
 
+/// What a printer may have besides its address, each in a group of its own.
+struct Extra {
+    QLatin1String group;
+    QString Printer::*value;
+};
+const Extra extras[] = {
+    {tokensGroup, &Printer::token},
+    {QLatin1String("authorities"), &Printer::authorities},
+    {QLatin1String("fingerprints"), &Printer::fingerprint},
+};
+
 QString keyIn(QLatin1String group, const QString &name)
 {
     return group + QLatin1Char('/') + name;
@@ -75,6 +86,32 @@ QString Printer::description() const
     return name.isEmpty() ? url.toString() : QStringLiteral("%1 (%2)").arg(name, url.toString());
 }
 
+bool Printer::isEncrypted() const
+{
+    return url.scheme() == QLatin1String("wss");
+}
+
+QString Printer::readTrust(ZyTlsTrust &trust) const
+{
+    if (!authorities.isEmpty()) {
+        const QString fault = trust.useAuthorities(authorities);
+        if (!fault.isEmpty())
+            return QStringLiteral("%1: %2").arg(authorities, fault);
+    }
+    if (!fingerprint.isEmpty() && !trust.pin(fingerprint))
+        return QStringLiteral("no SHA-256 fingerprint: %1").arg(fingerprint);
+    if (trust.isRestricted() && !isEncrypted())
+        return QStringLiteral("%1 has no certificate: only wss:// has").arg(url.toString());
+    return {};
+}
+
+ZyTlsTrust Printer::trust() const
+{
+    ZyTlsTrust trust;
+    readTrust(trust);
+    return trust;
+}
+
 QUrl printerUrl(const QString &text)
 {
     QString address = text.trimmed();
@@ -110,8 +147,10 @@ SettingsFault SavedPrinters::read()
     for (const QString &name : names) {
         // A QUrl, as early versions saved it, converts to its text.
         const QString address = settings.value(keyIn(printersGroup, name)).toString();
-        m_printers.append(
-            {name, printerUrl(address), settings.value(keyIn(tokensGroup, name)).toString()});
+        Printer printer{name, printerUrl(address)};
+        for (const Extra &extra : extras)
+            printer.*extra.value = settings.value(keyIn(extra.group, name)).toString();
+        m_printers.append(printer);
     }
     std::stable_sort(m_printers.begin(), m_printers.end(),
                      [](const Printer &left, const Printer &right) {
@@ -132,17 +171,19 @@ Printer SavedPrinters::find(const QString &name) const
 Printer SavedPrinters::resolve(const QString &nameOrAddress) const
 {
     const QString text = nameOrAddress.trimmed();
-    return isPrinterName(text) ? find(text) : Printer{{}, printerUrl(text), {}};
+    return isPrinterName(text) ? find(text) : Printer{{}, printerUrl(text)};
 }
 
 SettingsFault SavedPrinters::save(const Printer &printer)
 {
     return change([&](QSettings &settings) {
         settings.setValue(keyIn(printersGroup, printer.name), printer.url.toString());
-        if (printer.token.isEmpty())
-            settings.remove(keyIn(tokensGroup, printer.name));
-        else
-            settings.setValue(keyIn(tokensGroup, printer.name), printer.token);
+        for (const Extra &extra : extras) {
+            if ((printer.*extra.value).isEmpty())
+                settings.remove(keyIn(extra.group, printer.name));
+            else
+                settings.setValue(keyIn(extra.group, printer.name), printer.*extra.value);
+        }
     });
 }
 
@@ -150,7 +191,8 @@ SettingsFault SavedPrinters::remove(const QString &name)
 {
     return change([&](QSettings &settings) {
         settings.remove(keyIn(printersGroup, name));
-        settings.remove(keyIn(tokensGroup, name));
+        for (const Extra &extra : extras)
+            settings.remove(keyIn(extra.group, name));
     });
 }
 

@@ -12,6 +12,8 @@
 
 #include <functional>
 
+#include <zytlstrust.h>
+
 class QSettings;
 
 namespace zysession
@@ -20,12 +22,21 @@ namespace zysession
 struct Printer {
     QString name; ///< as saved; empty for a printer that is known by its address alone
     QUrl url; ///< empty where a saved address is none
-    QString token; ///< for commands; empty when none is saved
+    QString token = {}; ///< for commands; empty when none is saved
+    QString authorities = {}; ///< PEM file of who may vouch for it; empty: whom the system trusts
+    QString fingerprint
+        = {}; ///< of the one certificate that it may show; empty for any trusted one
 
     /// The name, or the URL when it has none.
     QString label() const;
     /// "bench1 (ws://…)", or the URL alone.
     QString description() const;
+    bool isEncrypted() const;
+    /// Sets @p trust as authorities and fingerprint say; returns empty, or what is wrong with them.
+    /// @p trust trusts nobody then.
+    QString readTrust(ZyTlsTrust &trust) const;
+    /// The same for a printer that is known to be right.
+    ZyTlsTrust trust() const;
 };
 
 /// The URL for "ws://host:port", "wss://host:port", or "host:port" with "ws://" left out; an empty
@@ -38,8 +49,8 @@ bool isPrinterName(const QString &text);
 
 /**
  * The saved printers, in a file that all programs share: a section "[printers]" of lines
- * "name=URL" and a section "[tokens]" of lines "name=token". Version 1.0 wrote only the first, and
- * leaves the second alone.
+ * "name=URL", and sections "[tokens]", "[authorities]" and "[fingerprints]" for what some of them
+ * have besides. Version 1.0 wrote only the first, and leaves the others alone.
  *
  * A file that holds tokens is made readable by its owner only.
  */

@@ -15,6 +15,7 @@ namespace zyslicer
 
 struct Event {
     enum class Kind {
+        Reading, ///< file, received (bytes read), total: before the offer, for its digest
         Offered, ///< file: the printer is asked to take it
         Progress, ///< file, received, total
         Resumed, ///< file, received (the offset), total

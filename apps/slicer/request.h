@@ -43,6 +43,8 @@ struct Request {
     QStringList printers; ///< URLs, saved names or groups, as given with --to
     bool isAll = false; ///< all saved printers instead
     QString token; ///< null when none is given: each printer's saved one counts
+    QString authorities; ///< --ca: a PEM file; null when not given, empty to forget a saved one
+    QString fingerprint; ///< the same of --fingerprint
     QVector<ModelFile> files; ///< send
     bool isPrinting = false; ///< send: --print
     bool isWatching = false;

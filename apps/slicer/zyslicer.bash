@@ -21,7 +21,7 @@ _zyslicer()
     _init_completion -n =: || return
 
     local commands='send print pause stop status set version cancel printers'
-    local printer='--to --all --token --connect-timeout --timeout --check-timeout'
+    local printer='--to --all --token --ca --fingerprint --connect-timeout --timeout --check-timeout'
     local retry='--retries --back-off'
     local watch='--watch --interval'
     local common='--json --quiet --verbose --settings --help'
@@ -33,7 +33,7 @@ _zyslicer()
             COMPREPLY=($(compgen -W "$(_zyslicer_names)" -- "$cur"))
             return
             ;;
-        --settings)
+        --settings | --ca)
             _filedir
             return
             ;;
@@ -41,7 +41,7 @@ _zyslicer()
             COMPREPLY=($(compgen -W "0 1 2 3 4 5 6 7 8 9" -- "$cur"))
             return
             ;;
-        --token | --as | --limit-rate | --stall | --retries | --back-off | --interval | --*timeout)
+        --token | --fingerprint | --as | --limit-rate | --stall | --retries | --back-off | --interval | --*timeout)
             return
             ;;
     esac
@@ -58,8 +58,8 @@ _zyslicer()
     case $command in
         '') options="$commands --version --verbose --settings --help" ;;
         send)
-            options="$printer $retry $watch --as --compression --keep --limit-rate --stall --print
-                --wait $common"
+            options="$printer $retry $watch --as --compression --keep --limit-rate --no-digest --stall
+                --print --wait $common"
             ;;
         print) options="$printer $retry $watch --wait $common" ;;
         status) options="$printer $retry $watch $common" ;;
@@ -67,7 +67,7 @@ _zyslicer()
         printers)
             case $prev in
                 remove | group) options=$(_zyslicer_names) ;;
-                *) options="add group remove --token $common" ;;
+                *) options="add group remove --token --ca --fingerprint $common" ;;
             esac
             ;;
         *) options="$printer $common" ;;

@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QSocketNotifier>
 
 #include <utility>
 
@@ -21,7 +22,8 @@ struct HeldSocket::State {
     QVector<QPointer<QTcpSocket>> replaced;
 };
 
-/// Qt's frame reader runs in an event posted to the socket, so a filter can stand around it.
+/// Stands around Qt's frame reader. Qt 5 runs it in an event posted to the socket, Qt 6 within the
+/// system's notice of data to read.
 class HeldSocket::ReaderFilter : public QObject
 {
 public:
@@ -30,12 +32,24 @@ public:
     {
     }
 
-    bool eventFilter(QObject *socket, QEvent *event) override
+    bool eventFilter(QObject *receiver, QEvent *event) override
     {
-        if (event->type() != QEvent::MetaCall)
+        if (event->type() != (QT_VERSION_MAJOR < 6 ? QEvent::MetaCall : QEvent::SockAct))
             return false;
-        occupy(m_state, [socket, event] { socket->event(event); });
+        occupy(m_state, [receiver, event] { receiver->event(event); });
         return true;
+    }
+
+    /// Stands around the notices for @p tcp as well, which exist once it is connected.
+    void watch(QTcpSocket *tcp)
+    {
+        const auto filterNotices = [this, tcp] {
+            const auto notices = tcp->findChildren<QSocketNotifier *>();
+            for (QSocketNotifier *notice : notices)
+                notice->installEventFilter(this);
+        };
+        filterNotices();
+        connect(tcp, &QTcpSocket::connected, this, filterNotices);
     }
 
 private:
@@ -62,7 +76,8 @@ HeldSocket::Emission::~Emission()
 
 HeldSocket::HeldSocket() : m_state(std::make_shared<State>())
 {
-    m_state->socket->installEventFilter(new ReaderFilter(m_state));
+    m_filter = new ReaderFilter(m_state);
+    m_state->socket->installEventFilter(m_filter);
 }
 
 HeldSocket::~HeldSocket()
@@ -82,6 +97,11 @@ void HeldSocket::open(const QUrl &url)
 {
     const auto before = socket().findChildren<QTcpSocket *>();
     socket().open(url);
+    const auto sockets = socket().findChildren<QTcpSocket *>();
+    for (QTcpSocket *tcp : sockets) {
+        if (!before.contains(tcp))
+            m_filter->watch(tcp);
+    }
     if (m_state->emissions == 0)
         return;
     // Qt has asked for their deferred deletion, which a nested event loop would carry out.

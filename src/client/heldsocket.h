@@ -69,6 +69,7 @@ private:
     Q_DISABLE_COPY(HeldSocket)
 
     std::shared_ptr<State> m_state;
+    ReaderFilter *m_filter; ///< the socket's child
 };
 
 } // namespace zyws

@@ -4,6 +4,7 @@
 
 #include "zysslechoclient.h"
 
+#include "certificatecheck.h"
 #include "clientlog.h"
 #include "deliveryqueue.h"
 #include "heldsocket.h"
@@ -37,11 +38,17 @@ Q_NEVER_INLINE QTimer *newKeepAliveTimer()
 } // namespace
 
 ZySslEchoClient::ZySslEchoClient(const QUrl &url, QObject *parent)
-    : QObject(parent), m_heldSocket(std::make_unique<zyws::HeldSocket>()),
-      m_webSocket(m_heldSocket->socket()), m_deliveries(std::make_unique<zyws::DeliveryQueue>(this))
+    : ZySslEchoClient(url, ZyTlsTrust(), parent)
+{
+}
+
+ZySslEchoClient::ZySslEchoClient(const QUrl &url, const ZyTlsTrust &trust, QObject *parent)
+    : QObject(parent), m_certificateCheck(std::make_unique<zyws::CertificateCheck>(trust)),
+      m_heldSocket(std::make_unique<zyws::HeldSocket>()), m_webSocket(m_heldSocket->socket()),
+      m_deliveries(std::make_unique<zyws::DeliveryQueue>(this))
 {
     connect(&m_webSocket, &QWebSocket::connected, this, &ZySslEchoClient::onConnected);
-    m_heldSocket->open(url);
+    open(url);
     m_url = url;
     // Deliberate: never started and never deleted. Deployed hosts count on a connection that no
     // keep-alive ends.
@@ -67,7 +74,14 @@ ZySslEchoClient::~ZySslEchoClient()
 void ZySslEchoClient::openWithUrl(const QUrl &url)
 {
     m_url = url;
+    open(url);
+}
+
+void ZySslEchoClient::open(const QUrl &url)
+{
+    m_certificateCheck->prepare(m_webSocket);
     m_heldSocket->open(url);
+    m_certificateCheck->watch(m_webSocket);
 }
 
 void ZySslEchoClient::close()
@@ -90,6 +104,16 @@ QAbstractSocket::SocketError ZySslEchoClient::socketError() const
 QString ZySslEchoClient::socketErrorText() const
 {
     return m_webSocket.errorString();
+}
+
+ZyTlsTrust ZySslEchoClient::tlsTrust() const
+{
+    return m_certificateCheck->trust();
+}
+
+QString ZySslEchoClient::refusedFingerprint() const
+{
+    return m_certificateCheck->refused();
 }
 
 int ZySslEchoClient::closeCode() const
@@ -118,7 +142,16 @@ void ZySslEchoClient::onConnected()
         else
             m_deliveries->append([this] { onDisConnected(); });
     });
+#if QT_VERSION_MAJOR >= 6
+    // Qt reads within the TCP socket's readyRead(), which does not come again before it returns: a
+    // slot that spins the event loop would wait for the printer in vain.
+    m_deliveries->append([this] {
+        const zyws::WakeAfterwards wakeOnceMore;
+        Q_EMIT connected();
+    });
+#else
     m_heldSocket->outsideReader([this] { Q_EMIT connected(); });
+#endif
 }
 
 void ZySslEchoClient::onDisConnected()
@@ -172,5 +205,7 @@ void ZySslEchoClient::onSslErrors(const QList<QSslError> &errors)
 {
     Q_UNUSED(errors)
     qCDebug(lcZyClient) << "ssl Error!";
-    m_webSocket.ignoreSslErrors();
+    // A trust that was asked for outweighs a host that takes any certificate.
+    if (!m_certificateCheck->trust().isRestricted())
+        m_webSocket.ignoreSslErrors();
 }

@@ -24,9 +24,11 @@
 class QFile;
 class QTimer;
 class QWebSocket;
+class ZyTlsTrust;
 
 namespace zyws
 {
+class CertificateCheck;
 class DeliveryQueue;
 class HeldSocket;
 } // namespace zyws
@@ -54,6 +56,9 @@ public:
     /// Opens the connection to @p url ("ws://host:port") at once. A first attempt that fails emits
     /// nothing; it shows in socketConnectStatus().
     explicit ZySslEchoClient(const QUrl &url, QObject *parent = nullptr);
+    /// The same for a "wss" URL whose printer has to be one that @p trust accepts; holds for all
+    /// connections of this client.
+    ZySslEchoClient(const QUrl &url, const ZyTlsTrust &trust, QObject *parent = nullptr);
     /// Closes the connection (code 1000).
     ~ZySslEchoClient() override;
 
@@ -79,6 +84,12 @@ public:
     /// The same in Qt's words, in the application's language; "Unknown error" without one. The
     /// text about a handshake or a URL stays for the life of the client.
     QString socketErrorText() const;
+    /// What the client was made with; an unrestricted one without.
+    ZyTlsTrust tlsTrust() const;
+    /// The SHA-256 fingerprint, as ZyTlsTrust::fingerprintOf() writes it, of the certificate for
+    /// which the last attempt to connect was refused; empty when it was not. socketErrorText() then
+    /// says what is wrong with a certificate, unless a pinned one was expected.
+    QString refusedFingerprint() const;
     /// The WebSocket close code with which the last connection ended, the peer's own where it sent
     /// one: 1011, for instance, from a peer that failed.
     int closeCode() const;
@@ -123,6 +134,10 @@ public:
     /// Sent as "token" with each START_FILE to come; an empty one, the default, is left out. A
     /// printer asks its host to check the token only when there is one.
     void setFileToken(const QString &token);
+    /// Sent as "sha256" with each START_FILE to come: the SHA-256 digest of the whole file as 64
+    /// hex digits. An empty one, the default, is left out. A printer that checks it answers -1 in
+    /// finish() for a file that arrived otherwise; deployed ones ignore it.
+    void setFileDigest(const QString &sha256);
     /// A compression level that is chosen for each chunk, so that neither the network nor the
     /// processor waits for the other: hard for a slow network, little for a fast one, not at all
     /// for what does not shrink.
@@ -232,11 +247,13 @@ private:
     void onPrintParaReply(const QJsonObject &reply);
     void onWorkingLifeReply(const QJsonObject &reply);
 
+    void open(const QUrl &url);
     void sendFrom(QFile &file, const QJsonObject &reply);
     void sendChunks(QFile &file, bool compress);
     bool pumpOut();
     bool pumpUntil(const std::function<bool()> &hasCome);
 
+    std::unique_ptr<zyws::CertificateCheck> m_certificateCheck;
     std::unique_ptr<zyws::HeldSocket> m_heldSocket;
     QWebSocket &m_webSocket;
     QMap<QString, QString> m_keyFileMap;
@@ -253,6 +270,7 @@ private:
     int m_compressionThreads = 0;
     int m_window = 1;
     QString m_fileToken;
+    QString m_fileDigest;
     qint64 m_transferOffset = -1;
     int m_transferWindow = 1;
 

@@ -55,6 +55,8 @@ bool ZySslEchoClient::sendFileStart(QFile &file, QString fileName)
         request.insert(keys::token, m_fileToken);
     if (m_window > 1)
         request.insert(keys::window, m_window);
+    if (!m_fileDigest.isEmpty())
+        request.insert(keys::sha256, m_fileDigest);
     sendJsonMessage(request);
     return true;
 }
@@ -62,6 +64,11 @@ bool ZySslEchoClient::sendFileStart(QFile &file, QString fileName)
 void ZySslEchoClient::setFileToken(const QString &token)
 {
     m_fileToken = token;
+}
+
+void ZySslEchoClient::setFileDigest(const QString &sha256)
+{
+    m_fileDigest = sha256;
 }
 
 QString ZySslEchoClient::getFileKey(QFile &file)
@@ -242,7 +249,7 @@ void ZySslEchoClient::cancel()
 {
     m_isCanceling = true;
     if (m_webSocket.state() == QAbstractSocket::UnconnectedState) {
-        m_heldSocket->open(m_url);
+        open(m_url);
         return;
     }
     const QPointer<ZySslEchoClient> self(this);

@@ -10,8 +10,9 @@
 #include <libdeflate.h>
 
 #include <memory>
-#include <new>
 #endif
+
+#include <new>
 
 namespace zyws
 {
@@ -22,6 +23,14 @@ namespace
 /// Of zlib and libdeflate alike. libdeflate's levels from 10 on pack a sliced model tighter by 3 %,
 /// but need 9 MiB of memory in each thread.
 constexpr int rungLevels[rungCount] = {0, 1, 6, 9};
+
+QByteArray compressedByQt(const QByteArray &bytes, int level)
+{
+    const QByteArray payload = qCompress(bytes, level);
+    if (payload.isEmpty()) // Qt 6 says so when memory runs out, where Qt 5 throws
+        throw std::bad_alloc();
+    return payload;
+}
 
 #ifdef ZYWS_WITH_LIBDEFLATE
 constexpr int prefixSize = 4;
@@ -52,7 +61,7 @@ QByteArray quicklyCompressed(const QByteArray &bytes, int level)
 #else
 QByteArray quicklyCompressed(const QByteArray &bytes, int level)
 {
-    return qCompress(bytes, level);
+    return compressedByQt(bytes, level);
 }
 #endif
 
@@ -61,7 +70,7 @@ QByteArray quicklyCompressed(const QByteArray &bytes, int level)
 QByteArray compressed(const QByteArray &bytes, Effort effort)
 {
     if (effort.kind == Effort::ZlibLevel)
-        return qCompress(bytes, effort.number);
+        return compressedByQt(bytes, effort.number);
     return quicklyCompressed(bytes, rungLevels[effort.number]);
 }
 

@@ -71,7 +71,7 @@ int LevelController::attempt(int rung)
     return rung;
 }
 
-void LevelController::compressed(int rung, int size, int packedSize, double seconds)
+void LevelController::compressed(int rung, int size, qsizetype packedSize, double seconds)
 {
     m_rungs[index(rung)].cost.add(seconds / size);
     m_rungs[index(rung)].share.add(static_cast<double>(packedSize) / size);
@@ -88,7 +88,7 @@ void LevelController::starved(int rung, int size, double seconds)
         m_parallel.add(m_rungs[index(rung)].cost.value() * size / seconds);
 }
 
-void LevelController::acknowledged(int rung, int size, int packedSize, double seconds)
+void LevelController::acknowledged(int rung, int size, qsizetype packedSize, double seconds)
 {
     if (rung == 0 && m_trial == 0)
         m_trial = -1;

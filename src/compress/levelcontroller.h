@@ -44,13 +44,13 @@ public:
     /// The rung for the chunk that is compressed next.
     int choose();
     /// A chunk of @p size bytes became @p packedSize bytes at @p rung in @p seconds.
-    void compressed(int rung, int size, int packedSize, double seconds);
+    void compressed(int rung, int size, qsizetype packedSize, double seconds);
     /// The line has waited for a chunk of @p size bytes at @p rung: the one before was sent
     /// @p seconds earlier.
     void starved(int rung, int size, double seconds);
     /// The line and the printer had @p seconds of work with a chunk of @p size bytes that became
     /// @p packedSize bytes at @p rung.
-    void acknowledged(int rung, int size, int packedSize, double seconds);
+    void acknowledged(int rung, int size, qsizetype packedSize, double seconds);
 
 private:
     struct Rung {

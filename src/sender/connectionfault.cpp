@@ -5,6 +5,7 @@
 #include "zyfilesender.h"
 
 #include <zysslechoclient.h>
+#include <zytlstrust.h>
 
 #include <QTcpSocket>
 
@@ -20,6 +21,9 @@ ConnectionFault ZyFileSender::connectionFault(const ZySslEchoClient &client)
         const bool isHandshakeRefused = client.socketErrorText() != QTcpSocket().errorString();
         return isHandshakeRefused ? ConnectionFault::NotAWebSocket : ConnectionFault::None;
     }
+    if (!client.refusedFingerprint().isEmpty())
+        return client.tlsTrust().fingerprint().isEmpty() ? ConnectionFault::CertificateUntrusted
+                                                         : ConnectionFault::CertificateChanged;
     switch (client.socketError()) {
     case QAbstractSocket::ConnectionRefusedError:
         return ConnectionFault::Refused;

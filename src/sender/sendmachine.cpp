@@ -22,6 +22,12 @@ constexpr int closeCodeInternalError = 1011;
 /// before it has taken a chunk, has a network that works and a storage that does not.
 constexpr int conclusiveFruitlessOffers = 3;
 
+bool isCertificateRefused(ZySendResult::ConnectionFault fault)
+{
+    return fault == ZySendResult::ConnectionFault::CertificateUntrusted
+        || fault == ZySendResult::ConnectionFault::CertificateChanged;
+}
+
 } // namespace
 
 int pauseBefore(int attempt, const ZySendOptions &options)
@@ -52,6 +58,10 @@ SendActions SendMachine::handle(const SendEvent &event)
         break;
     case SendEvent::Connected:
         onConnected(event);
+        break;
+    case SendEvent::FileRead:
+        if (m_state == State::Reading)
+            offer();
         break;
     case SendEvent::ConnectFailed:
         retry(Interruption::ConnectFailed, event);
@@ -118,6 +128,16 @@ void SendMachine::onConnected(const SendEvent &event)
     }
     m_key = event.key;
     m_wasConnected = true;
+    if (!event.isReading) {
+        offer();
+        return;
+    }
+    m_state = State::Reading;
+    act(SendAction::StopTimer);
+}
+
+void SendMachine::offer()
+{
     m_state = State::Offering;
     startTimer(m_options.stallTimeout());
     act(SendAction::TellOffered);
@@ -266,6 +286,7 @@ void SendMachine::onTimeLimit()
         finish(Ending::Cancelled);
         break;
     case State::Idle:
+    case State::Reading:
     case State::Ended:
         break;
     }
@@ -319,9 +340,12 @@ void SendMachine::retry(Interruption why, const SendEvent &cause)
     if (m_state == State::Idle || m_state == State::Pausing)
         return;
     m_result.connectionFault = cause.connectionFault;
+    // A printer that now shows another certificate is not asked again.
+    const bool isRefused = isCertificateRefused(cause.connectionFault);
+    m_result.refusedFingerprint = isRefused ? cause.key : QString();
     if (m_state == State::Cancelling) {
         finish(Ending::Cancelled);
-    } else if (!m_wasConnected) {
+    } else if (!m_wasConnected || isRefused) {
         finish(Ending::NoConnection, cause.text);
     } else if (++m_failures > m_options.retries()) {
         const bool isStorage = cause.kind == SendEvent::Dropped

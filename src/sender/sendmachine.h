@@ -18,8 +18,9 @@ namespace zyws
 struct SendEvent {
     enum Kind {
         Start,
-        Connected, ///< key: of the file as it is now
-        ConnectFailed, ///< connectionFault, text
+        Connected, ///< key: of the file as it is now; isReading
+        FileRead, ///< its digest is known
+        ConnectFailed, ///< connectionFault, text; key: fingerprint of a refused certificate
         Dropped, ///< code: of the printer's close frame, 0 without one
         Refusal, ///< code: "errorcode"; wifiState
         Acknowledged, ///< offset: where this transfer began; window; key, bytes: "received"; code
@@ -35,6 +36,7 @@ struct SendEvent {
     Kind kind = Start;
     QString key = {};
     QString text = {};
+    bool isReading = false; ///< the digest is to be sent and is not known yet
     qint64 offset = -1;
     int window = 1; ///< chunks that may be under way at once
     qint64 bytes = 0;
@@ -76,6 +78,7 @@ public:
     enum class State {
         Idle,
         Connecting,
+        Reading, ///< connected; the offer waits for the digest
         Offering, ///< START_FILE is sent
         Sending, ///< a chunk has been acknowledged
         AwaitingVerdict, ///< the printer holds all bytes
@@ -98,6 +101,7 @@ private:
 
     void connect();
     void onConnected(const SendEvent &event);
+    void offer();
     void onRefused(const SendEvent &event);
     void onAcknowledged(const SendEvent &event);
     void onFirstAcknowledgement(qint64 offset);

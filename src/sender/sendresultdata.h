@@ -11,6 +11,7 @@ struct ZySendResult::Data : QSharedData {
     Ending ending = Ending::Sent;
     int checkState = 0;
     ConnectionFault connectionFault = ConnectionFault::None;
+    QString refusedFingerprint;
     FileFault fileFault = FileFault::None;
     Interruption interruption = Interruption::None;
     bool isPartDeleted = false;

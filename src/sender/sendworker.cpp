@@ -28,11 +28,11 @@ constexpr int connectWatchInterval = 20; // ms
 
 /// Qt's first connection in a process registers a conversion without a lock, and two first ones at
 /// once in two threads make it print a warning: connections are opened one by one.
-std::unique_ptr<ZySslEchoClient> openClient(const QUrl &url)
+std::unique_ptr<ZySslEchoClient> openClient(const QUrl &url, const ZyTlsTrust &trust)
 {
     static QMutex mutex;
     const QMutexLocker locker(&mutex);
-    return std::make_unique<ZySslEchoClient>(url);
+    return std::make_unique<ZySslEchoClient>(url, trust);
 }
 
 bool isPrinterAddress(const QUrl &url)
@@ -58,8 +58,13 @@ void SendWorker::start()
 {
     m_size = QFileInfo(m_job.path).size();
     m_machine.emplace(m_job.name, m_size, m_job.printer.toString(), m_job.options);
-    if (!feedFileFault())
-        feed({SendEvent::Start});
+    if (feedFileFault())
+        return;
+    if (m_job.options.sendsDigest()) {
+        m_digest.emplace(m_job.path, [this](qint64 done) { onRead(done); });
+        m_digest->update();
+    }
+    feed({SendEvent::Start});
 }
 
 void SendWorker::cancel()
@@ -92,6 +97,8 @@ void SendWorker::perform(const SendAction &action)
         connectToPrinter();
         break;
     case SendAction::Offer:
+        if (m_digest)
+            m_client->setFileDigest(QString::fromLatin1(m_digest->hex()));
         m_client->sendFile(m_job.path, m_job.name);
         break;
     case SendAction::Cancel:
@@ -124,6 +131,8 @@ void SendWorker::perform(const SendAction &action)
         Q_EMIT retrying(action.interruption, action.attempt, static_cast<int>(action.number));
         break;
     case SendAction::Finish:
+        if (m_digest)
+            m_digest->stop();
         Q_EMIT finished(action.result);
         break;
     }
@@ -137,7 +146,7 @@ void SendWorker::connectToPrinter()
         feed(event);
         return;
     }
-    m_client = openClient(m_job.printer);
+    m_client = openClient(m_job.printer, m_job.options.tlsTrust());
     m_client->setCompressionLevel(m_job.options.compressionLevel());
     m_client->setCompressionThreads(-1);
     m_client->setWindow(2);
@@ -173,6 +182,7 @@ void SendWorker::watchConnecting()
     SendEvent event{SendEvent::ConnectFailed};
     event.connectionFault = ZyFileSender::connectionFault(*m_client);
     event.text = m_client->socketErrorText();
+    event.key = m_client->refusedFingerprint();
     if (event.connectionFault != ZySendResult::ConnectionFault::None)
         feed(event);
 }
@@ -186,7 +196,21 @@ void SendWorker::onConnected()
     QFile file(m_job.path);
     SendEvent event{SendEvent::Connected};
     event.key = m_client->getFileKey(file);
+    if (m_digest) {
+        m_digest->update();
+        event.isReading = !m_digest->isReady();
+    }
     feed(event);
+}
+
+void SendWorker::onRead(qint64 done)
+{
+    if (m_machine->state() != SendMachine::State::Reading)
+        return;
+    if (!m_digest->isReady())
+        Q_EMIT reading(done, m_size);
+    else if (!feedFileFault())
+        feed({SendEvent::FileRead});
 }
 
 /// -1 and -2 are the client's own: it could not read the file before the offer, or after it. In all

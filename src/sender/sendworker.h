@@ -5,6 +5,7 @@
 #ifndef SENDWORKER_H
 #define SENDWORKER_H
 
+#include "filedigest.h"
 #include "sendmachine.h"
 
 #include <QElapsedTimer>
@@ -58,6 +59,7 @@ Q_SIGNALS:
     void restarted();
     void progress(qint64 received, qint64 total);
     void retrying(ZySendResult::Interruption reason, int attempt, int pause);
+    void reading(qint64 done, qint64 total);
     void finished(const ZySendResult &result);
 
 private:
@@ -65,6 +67,7 @@ private:
     void dropConnection();
     void watchConnecting();
     void onConnected();
+    void onRead(qint64 done);
     void onTransferError(int code);
     void onReply(const QJsonObject &reply);
     void onStartFileReply(const QJsonObject &reply);
@@ -82,6 +85,7 @@ private:
     std::optional<SendMachine> m_machine; ///< once the file's size is known
     qint64 m_size = 0;
     std::unique_ptr<ZySslEchoClient> m_client;
+    std::optional<FileDigest> m_digest; ///< where one is to be sent
     QTimer m_timeLimit;
     QTimer m_connectWatch;
     QElapsedTimer m_sincePaced; ///< since the first chunk of the attempt was acknowledged

@@ -87,6 +87,7 @@ void ZyFileSender::start()
     connect(worker, &SendWorker::restarted, this, &ZyFileSender::restarted);
     connect(worker, &SendWorker::progress, this, &ZyFileSender::progress);
     connect(worker, &SendWorker::retrying, this, &ZyFileSender::retrying);
+    connect(worker, &SendWorker::reading, this, &ZyFileSender::reading);
     connect(worker, &SendWorker::finished, this, [this](const ZySendResult &result) {
         d->end();
         Q_EMIT finished(result);

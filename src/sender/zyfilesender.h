@@ -80,6 +80,10 @@ Q_SIGNALS:
     /// After @p reason the sender pauses for @p pause ms before retry number @p attempt (1 is the
     /// first) of those allowed in a row.
     void retrying(ZySendResult::Interruption reason, int attempt, int pause);
+    /// The printer waits for the offer, since the file is still being read for its digest: @p done
+    /// of
+    /// @p total bytes. Comes several times a second, and only where reading takes so long.
+    void reading(qint64 done, qint64 total);
     /// The end, exactly once; nothing comes after it. The object may be deleted in a slot.
     void finished(const ZySendResult &result);
 

@@ -17,6 +17,8 @@ struct ZySendOptions::Data : QSharedData {
     int firstPause = 1000;
     int longestPause = 30000;
     QString token;
+    bool sendsDigest = false;
+    ZyTlsTrust tlsTrust;
     int compressionLevel = ZySslEchoClient::Adaptive;
     qint64 rateLimit = 0;
 };
@@ -104,6 +106,26 @@ QString ZySendOptions::token() const
 void ZySendOptions::setToken(const QString &token)
 {
     d->token = token;
+}
+
+bool ZySendOptions::sendsDigest() const
+{
+    return d->sendsDigest;
+}
+
+void ZySendOptions::setSendsDigest(bool sends)
+{
+    d->sendsDigest = sends;
+}
+
+ZyTlsTrust ZySendOptions::tlsTrust() const
+{
+    return d->tlsTrust;
+}
+
+void ZySendOptions::setTlsTrust(const ZyTlsTrust &trust)
+{
+    d->tlsTrust = trust;
 }
 
 int ZySendOptions::compressionLevel() const

@@ -8,6 +8,8 @@
 #include <QSharedDataPointer>
 #include <QString>
 
+#include <zytlstrust.h>
+
 #include "zywebsocket_export.h"
 
 /**
@@ -57,6 +59,21 @@ public:
     /// The printer's access token, sent with the offer; empty for a printer that wants none. Empty.
     QString token() const;
     void setToken(const QString &token);
+
+    /**
+     * Whether the file's SHA-256 digest goes with the offer, so that a printer that checks it finds
+     * a file that arrived otherwise, or was resumed on another file's part, bad: CheckFailed with
+     * check state -1. Other printers ignore it. False.
+     *
+     * The file is read for it while the connection is opened, and the offer waits until it has been
+     * read: ZyFileSender::reading(). It is read once more to be sent.
+     */
+    bool sendsDigest() const;
+    void setSendsDigest(bool sends);
+
+    /// Which certificates are accepted from a printer at a "wss" URL. Those that the system trusts.
+    ZyTlsTrust tlsTrust() const;
+    void setTlsTrust(const ZyTlsTrust &trust);
 
     /// As ZySslEchoClient::setCompressionLevel(). ZySslEchoClient::Adaptive, which is -2.
     int compressionLevel() const;

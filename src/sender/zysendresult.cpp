@@ -15,6 +15,24 @@ QString withDetail(const QString &text, const QString &detail)
     return detail.isEmpty() ? text : QStringLiteral("%1 (%2)").arg(text, detail);
 }
 
+/// Of the other faults the system knows no more than the fault's own words.
+QString connectionDetail(const ZySendResult::Data &data)
+{
+    using Fault = ZySendResult::ConnectionFault;
+    const QString fingerprint = QStringLiteral("SHA-256 ") + data.refusedFingerprint;
+    switch (data.connectionFault) {
+    case Fault::Network:
+    case Fault::Tls:
+        return data.detail;
+    case Fault::CertificateUntrusted:
+        return data.detail + QStringLiteral(", ") + fingerprint;
+    case Fault::CertificateChanged:
+        return fingerprint;
+    default:
+        return {};
+    }
+}
+
 } // namespace
 
 ZySendResult::ZySendResult() : d(new Data) { }
@@ -36,6 +54,11 @@ int ZySendResult::checkState() const
 ZySendResult::ConnectionFault ZySendResult::connectionFault() const
 {
     return d->connectionFault;
+}
+
+QString ZySendResult::refusedFingerprint() const
+{
+    return d->refusedFingerprint;
 }
 
 ZySendResult::FileFault ZySendResult::fileFault() const
@@ -90,6 +113,10 @@ QString ZySendResult::text(ConnectionFault fault)
         return QStringLiteral("not a WebSocket server");
     case ConnectionFault::Network:
         return QStringLiteral("network error");
+    case ConnectionFault::CertificateUntrusted:
+        return QStringLiteral("certificate not trusted");
+    case ConnectionFault::CertificateChanged:
+        return QStringLiteral("certificate is not the expected one");
     case ConnectionFault::None:
         break;
     }
@@ -184,11 +211,7 @@ QString ZySendResult::sentence() const
         break;
     case Ending::NoConnection:
         pattern = QStringLiteral("%1 was not sent: no connection to %2");
-        // Of the other faults the system knows no more than the fault's own words.
-        reason = d->connectionFault == ConnectionFault::Network
-                || d->connectionFault == ConnectionFault::Tls
-            ? withDetail(text(d->connectionFault), d->detail)
-            : text(d->connectionFault);
+        reason = withDetail(text(d->connectionFault), connectionDetail(*d));
         break;
     case Ending::GaveUp:
         pattern = QStringLiteral("%1 was not sent to %2, which keeps what it holds");

@@ -29,7 +29,7 @@ public:
         PrinterStorage, ///< the printer cannot create or write its file
         PrinterFault, ///< the printer's answers contradict the file or the protocol
         LocalFile, ///< fileFault()
-        NoConnection, ///< the first connection failed: connectionFault()
+        NoConnection, ///< the first connection failed, or a certificate: connectionFault()
         GaveUp, ///< ZySendOptions::retries() used up: interruption()
         Cancelled, ///< cancel(); the sentence says whether the printer has deleted its part
         LeftForLater, ///< leave(); sending the same file again resumes
@@ -46,6 +46,9 @@ public:
         Tls,
         NotAWebSocket, ///< something answers at the address, but it is no WebSocket server
         Network, ///< anything else, in the system's words in sentence()
+        CertificateUntrusted, ///< nothing vouches for the printer's certificate:
+                              ///< refusedFingerprint()
+        CertificateChanged, ///< another one than the pinned: refusedFingerprint()
     };
     Q_ENUM(ConnectionFault)
 
@@ -94,6 +97,9 @@ public:
     int checkState() const;
     /// None unless the ending is NoConnection, or GaveUp after ConnectFailed.
     ConnectionFault connectionFault() const;
+    /// The SHA-256 fingerprint of the certificate that was refused, as
+    /// ZyTlsTrust::fingerprintOf() writes it; empty with any other connectionFault().
+    QString refusedFingerprint() const;
     /// None unless the ending is LocalFile.
     FileFault fileFault() const;
     /// None unless the ending is GaveUp.

@@ -125,7 +125,7 @@ QTcpSocket *Admission::tcpSocketOf(const QWebSocket *socket) const
     return found == m_shakingHands.end() ? nullptr : *found;
 }
 
-QTcpSocket *Admission::admit(QWebSocket *socket, int standing)
+QTcpSocket *Admission::admit(QWebSocket *socket, qsizetype standing)
 {
     QTcpSocket *tcp = tcpSocketOf(socket);
     endHandshake(tcp);

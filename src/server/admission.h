@@ -35,7 +35,7 @@ public:
 
     /// The TCP connection under @p socket, whose handshake is done while @p standing others stand;
     /// null when there are too many of them, and @p socket is closed and about to be deleted.
-    QTcpSocket *admit(QWebSocket *socket, int standing);
+    QTcpSocket *admit(QWebSocket *socket, qsizetype standing);
 
 protected:
     void incomingConnection(qintptr descriptor) override;

@@ -53,7 +53,11 @@ void setLinkOptions(QTcpSocket &socket)
 void setLinkOptions(const QWebSocketServer &server)
 {
     // On the listener, since an accepted QWebSocket does not give away its TCP socket.
+#if QT_VERSION_MAJOR >= 6
+    const qintptr listener = server.socketDescriptor();
+#else
     const qintptr listener = server.nativeDescriptor();
+#endif
     switchOn(listener, IPPROTO_TCP, TCP_NODELAY);
     switchOn(listener, SOL_SOCKET, SO_KEEPALIVE);
 }

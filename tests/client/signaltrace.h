@@ -28,7 +28,7 @@ public:
     const QStringList &lines() const { return m_lines; }
     /// The lines of one signal.
     QStringList of(const QString &signalName) const;
-    int count(const QString &signalName) const { return of(signalName).size(); }
+    int count(const QString &signalName) const { return int(of(signalName).size()); }
     /// The names of the signals alone.
     QStringList names() const;
     void clear() { m_lines.clear(); }

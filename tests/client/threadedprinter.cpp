@@ -31,7 +31,7 @@ int ThreadedPrinter::connectionCount() const
 int ThreadedPrinter::chunkCount() const
 {
     int count = 0;
-    inItsThread([&] { count = m_printer->chunks().size(); });
+    inItsThread([&] { count = int(m_printer->chunks().size()); });
     return count;
 }
 

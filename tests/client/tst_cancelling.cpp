@@ -47,7 +47,7 @@ TransferRules silent()
 
 int cancelsSeen(const Session &session)
 {
-    return session.printer.messages(s("CANCEL_FILE")).size();
+    return int(session.printer.messages(s("CANCEL_FILE")).size());
 }
 
 int cancelsReported(const Session &session)
@@ -64,7 +64,7 @@ QString aFile(Session &session)
 bool transferWorks(Session &session)
 {
     session.printer.answerTransfers();
-    const int chunksBefore = session.printer.chunks().size();
+    const auto chunksBefore = session.printer.chunks().size();
     const int cancelsBefore = cancelsSeen(session);
     session.trace.clear();
     session.client.sendFile(aFile(session), s("again.zydlp"));

@@ -177,10 +177,10 @@ void CuttingProxyTest::forwardsInPieces()
     Line line;
     QVERIFY(line.open());
     QByteArray arrived;
-    int largest = 0;
+    qsizetype largest = 0;
     connect(line.printer.get(), &QTcpSocket::readyRead, this, [&] {
         const QByteArray piece = line.printer->readAll();
-        largest = std::max(largest, piece.size());
+        largest = std::max<qsizetype>(largest, piece.size());
         arrived += piece;
     });
 

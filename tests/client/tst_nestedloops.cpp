@@ -16,6 +16,7 @@ class NestedLoopsTest : public QObject
 
 private Q_SLOTS:
     void aSlotMayWaitForTheNextReply();
+    void aConnectedSlotMayWaitForAReply();
     void aProgressSlotMayWaitForAStatus();
     void sendsNothingWhileAProgressSlotSpins();
     void aSlotMaySpinWhileThePeerEnds_data();
@@ -72,6 +73,23 @@ void NestedLoopsTest::aSlotMayWaitForTheNextReply()
     QVERIFY(session.trace.lines().constLast().contains(s("version")));
 }
 
+void NestedLoopsTest::aConnectedSlotMayWaitForAReply()
+{
+    ScriptedPrinter printer;
+    connect(&printer, &ScriptedPrinter::textReceived, this,
+            [&] { printer.sendText(s(R"({"version":"1"})")); });
+    ZySslEchoClient client(printer.url());
+    int versions = 0;
+    connect(&client, &ZySslEchoClient::checkVersion, this, [&] { ++versions; });
+    bool hasCome = false;
+    connect(&client, &ZySslEchoClient::connected, this, [&] {
+        client.versionCheckCmd();
+        hasCome = zytest::waitUntil([&] { return versions == 1; });
+    });
+
+    WAIT_VERIFY(hasCome);
+}
+
 void NestedLoopsTest::aProgressSlotMayWaitForAStatus()
 {
     Session session;
@@ -100,7 +118,7 @@ void NestedLoopsTest::sendsNothingWhileAProgressSlotSpins()
         // The loop that sends lies below this slot, so nothing is sent before it returns.
         zytest::spinOnce();
         chunksTooEarly
-            += session.printer.chunks().size() - session.trace.count(s("fileTransProgress"));
+            += int(session.printer.chunks().size()) - session.trace.count(s("fileTransProgress"));
     });
     const QByteArray contents = zytest::compressibleBytes(3 * zytest::chunkBytes);
 

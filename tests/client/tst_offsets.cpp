@@ -35,7 +35,7 @@ const QByteArray contents = "0123456789";
 /// Sends a file whose acceptance carries @p offset, and acknowledges whatever comes.
 void transferFrom(Session &session, const QJsonValue &offset)
 {
-    const int before = session.printer.texts().size();
+    const auto before = session.printer.texts().size();
     session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("m"));
     zytest::waitUntil([&] { return session.printer.texts().size() > before; });
     QJsonObject reply

@@ -91,7 +91,7 @@ qint64 readSoFar(const QString &path)
 
 int threadCount()
 {
-    return zytest::entriesOf(s("/proc/self/task")).size();
+    return int(zytest::entriesOf(s("/proc/self/task")).size());
 }
 
 } // namespace
@@ -157,7 +157,7 @@ void ReadAheadTest::keepsTheOrderOfAllThatIsSeen()
     const auto takeLog = [&] {
         const QStringList lines = session.logLines();
         seen += lines.mid(logged);
-        logged = lines.size();
+        logged = int(lines.size());
     };
     connect(&session.trace, &zytest::SignalTrace::grown, this, [&](const QString &line) {
         takeLog();
@@ -192,8 +192,8 @@ void ReadAheadTest::endsAsAChangedFileDoes_data()
         };
         const auto rest = [&](int size) { return longer.mid(chunkBytes, size - chunkBytes); };
         row("removed", {}, before);
-        row("other bytes", longer.left(before.size()), first + rest(before.size()));
-        row("longer", longer, first + rest(longer.size()));
+        row("other bytes", longer.left(before.size()), first + rest(int(before.size())));
+        row("longer", longer, first + rest(int(longer.size())));
         row("shorter", longer.left(chunkBytes + 1), first + rest(chunkBytes + 1));
         row("cut where it was read", longer.left(chunkBytes), first);
         row("cut before", longer.left(1), first);

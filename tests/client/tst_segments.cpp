@@ -52,7 +52,7 @@ struct Transfer {
     explicit Transfer(Session &openSession)
         : session(openSession), path(session.writeFile(s("local.zydlp"), contents))
     {
-        const int before = session.printer.texts().size();
+        const auto before = session.printer.texts().size();
         session.client.sendFile(path, s("m"));
         zytest::waitUntil([&] { return session.printer.texts().size() > before; });
         const QJsonObject request = zytest::objectIn(session.printer.texts().constLast());
@@ -168,7 +168,7 @@ void SegmentsTest::checkDataMayBeSplitWhereTheLoopEnds()
     QVERIFY(session.open());
     for (int position = 0, size = 1; position < size; ++position) {
         const Transfer transfer(session);
-        size = transfer.checked.size();
+        size = int(transfer.checked.size());
         onNextChunk(session, [&] {
             session.printer.write(transfer.acknowledged + transfer.checked.left(position));
         });
@@ -196,7 +196,7 @@ void SegmentsTest::checkDataMayBeSplitInALoopThatWaits()
     QVERIFY(session.open());
     for (int position = 0, size = 1; position <= size; ++position) {
         const Transfer transfer(session);
-        size = transfer.checked.size();
+        size = int(transfer.checked.size());
         // Before the acknowledgement, so the loop goes on waiting over both pieces.
         onNextChunk(session, [&] {
             session.printer.writeSplit(transfer.checked + transfer.acknowledged, position);
@@ -218,7 +218,7 @@ void SegmentsTest::startDataMayBeSplit()
     QVERIFY(session.open());
     for (int position = 1, size = 2; position < size; ++position) {
         const Transfer transfer(session);
-        size = transfer.acknowledged.size();
+        size = int(transfer.acknowledged.size());
         onNextChunk(session, [&] {
             session.printer.writeSplit(transfer.acknowledged + transfer.checked, position);
         });
@@ -237,7 +237,7 @@ void SegmentsTest::startFileMayBeSplit()
     QVERIFY(session.open());
     for (int position = 1, size = 2; position < size; ++position) {
         const Transfer transfer(session);
-        size = transfer.accepted.size();
+        size = int(transfer.accepted.size());
         onNextChunk(session,
                     [&] { session.printer.write(transfer.acknowledged + transfer.checked); });
 

@@ -57,7 +57,7 @@ QStringList loopLines(const Session &session)
 int indexOfPart(const Session &session, const char *part)
 {
     const QStringList &lines = session.trace.lines();
-    return lines.indexOf(lines.filter(s(part)).value(0));
+    return int(lines.indexOf(lines.filter(s(part)).value(0)));
 }
 
 QStringList expectedLoopLines(qint64 total, const QVector<qint64> &sent)

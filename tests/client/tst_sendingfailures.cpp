@@ -46,7 +46,7 @@ QString s(const char *text)
 /// Has the client announce @p path; the printer's record of it.
 QJsonObject announce(Session &session, const QString &path)
 {
-    const int before = session.printer.texts().size();
+    const auto before = session.printer.texts().size();
     session.client.sendFile(path, s("stored.zydlp"));
     zytest::waitUntil([&] { return session.printer.texts().size() > before; });
     return zytest::objectIn(session.printer.texts().constLast());

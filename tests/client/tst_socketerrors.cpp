@@ -117,8 +117,11 @@ void SocketErrorsTest::reportsAServerOfAnotherKindThatHangsUp_data()
     QTest::newRow("silent") << s("ws") << QByteArray() << closed
                             << s("The remote host closed the connection");
     QTest::newRow("of HTTP") << s("ws") << notFound << closed << s("404 (Not Found)");
-    QTest::newRow("of something else") << s("ws") << QByteArray("220 ready\r\n") << closed
-                                       << s("Invalid statusline in response: 220 ready");
+    // Qt 6 forgets what it thought of the answer when the server hangs up.
+    QTest::newRow("of something else")
+        << s("ws") << QByteArray("220 ready\r\n") << closed
+        << s(QT_VERSION_MAJOR < 6 ? "Invalid statusline in response: 220 ready"
+                                  : "The remote host closed the connection");
     QTest::newRow("without TLS") << s("wss") << notFound << QAbstractSocket::SslHandshakeFailedError
                                  << s("Error during SSL handshake");
 }

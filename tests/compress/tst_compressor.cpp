@@ -98,9 +98,9 @@ void CompressorTest::becomesSmallerRungByRung()
         state = state * 1664525U + 1013904223U;
         text += "G1 X" + QByteArray::number(state >> 25) + " Y" + QByteArray::number(state >> 22);
     }
-    int before = text.size() + 1000;
+    qsizetype before = text.size() + 1000;
     for (int rung = 0; rung < zyws::rungCount; ++rung) {
-        const int size = compressed(text, {Effort::Rung, rung}).size();
+        const auto size = compressed(text, {Effort::Rung, rung}).size();
         QVERIFY2(size < before, qPrintable(QStringLiteral("rung %1: %2").arg(rung).arg(size)));
         before = size;
     }
@@ -111,7 +111,7 @@ void CompressorTest::storesWhatDoesNotShrink()
     const QByteArray bytes = zytest::randomBytes(chunk);
     for (int rung = 0; rung < zyws::rungCount; ++rung) {
         // Five bytes for each block of at most 64 KiB, of which zlib fills half.
-        const int size = compressed(bytes, {Effort::Rung, rung}).size();
+        const auto size = compressed(bytes, {Effort::Rung, rung}).size();
         QVERIFY2(size <= bytes.size() + 400, qPrintable(QString::number(size)));
     }
 }

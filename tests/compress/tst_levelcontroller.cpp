@@ -99,7 +99,7 @@ double timeAgainstBest(const QVector<int> &rungs, const File &file, const Line &
     double sum = 0;
     for (const int rung : rungs)
         sum += cycle(rung);
-    return sum / (best * rungs.size());
+    return sum / (best * double(rungs.size()));
 }
 
 QString listed(const QVector<int> &rungs)
@@ -269,7 +269,7 @@ void LevelControllerTest::triesIncompressibleFilesLessAndLess()
     Transfer transfer(2);
     transfer.send(10, noise, {1000});
     const QVector<int> rungs = transfer.send(256, noise, {1000});
-    const int trials = rungs.size() - countOf(rungs, 0);
+    const auto trials = rungs.size() - countOf(rungs, 0);
     QVERIFY2(trials > 1 && trials < 10, qPrintable(listed(rungs)));
 }
 

@@ -6,6 +6,7 @@ Usage: python_printer.py ZYSLICER
 """
 
 import asyncio
+import hashlib
 import json
 import pathlib
 import random
@@ -97,7 +98,8 @@ async def main():
                 assert printer.files["part.zydlp"] == data
                 offer = next(r for r in printer.requests if r["cmd"] == "START_FILE")
                 assert offer == {"cmd": "START_FILE", "filename": "part.zydlp", "offset": "0", "window": 2,
-                                 "size": str(len(data)), "key": wire.file_key(data)}, offer
+                                 "size": str(len(data)), "key": wire.file_key(data),
+                                 "sha256": hashlib.sha256(data).hexdigest()}, offer
 
                 printer.offset = wire.CHUNK
                 await run(slicer, "send", path, "--to", url, "--as", "part.zydlp")

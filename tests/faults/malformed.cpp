@@ -19,7 +19,7 @@ Malformed::Malformed(quint32 seed, QByteArrayList validTexts)
 
 QString Malformed::text()
 {
-    QByteArray bytes = m_validTexts.at(below(m_validTexts.size()));
+    QByteArray bytes = m_validTexts.at(below(int(m_validTexts.size())));
     switch (below(5)) {
     case 0:
         bytes = randomBytes(300);
@@ -81,7 +81,7 @@ QByteArray Malformed::randomBytes(int largest)
 QByteArray Malformed::damaged(QByteArray bytes)
 {
     for (int count = below(4); count >= 0; --count) {
-        const int at = below(bytes.size() + 1);
+        const int at = below(int(bytes.size()) + 1);
         switch (below(5)) {
         case 0:
             bytes.truncate(at);
@@ -93,7 +93,7 @@ QByteArray Malformed::damaged(QByteArray bytes)
             bytes.insert(at, randomBytes(8));
             break;
         case 3:
-            bytes.insert(at, bytes.mid(below(bytes.size() + 1), below(20)));
+            bytes.insert(at, bytes.mid(below(int(bytes.size()) + 1), below(20)));
             break;
         default:
             if (at < bytes.size())
@@ -158,7 +158,7 @@ QByteArray Malformed::randomScalar()
         "[]",
         "{}",
     };
-    return scalars.at(below(scalars.size()));
+    return scalars.at(below(int(scalars.size())));
 }
 
 } // namespace zytest

@@ -46,11 +46,11 @@ private:
 
     void forwardHandshake()
     {
-        const int end = m_waiting.indexOf("\r\n\r\n");
+        const auto end = m_waiting.indexOf("\r\n\r\n");
         if (end < 0)
             return;
         m_isHandshakeOver = true;
-        send(end + 4);
+        send(int(end) + 4);
     }
 
     /// False when the next frame is not whole yet, or is held back.

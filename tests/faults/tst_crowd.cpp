@@ -157,7 +157,7 @@ void TestCrowd::initTestCase()
 
 void TestCrowd::verifyCrowdedTransfer()
 {
-    const int finishedBefore = m_host->events("finish").size();
+    const auto finishedBefore = m_host->events("finish").size();
     const SilentPeers silent = silentPeers(m_host->port(), silentCount);
     QVERIFY(areSilent(silent));
     Peers asking = askingPeers(m_host->port());

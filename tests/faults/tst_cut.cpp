@@ -72,7 +72,7 @@ QVector<int> wireSizesOf(const QByteArray &contents)
     const int level = ZySendOptions().compressionLevel();
     QVector<int> sizes;
     for (const QByteArray &chunk : chunksOf(contents))
-        sizes.append(qCompress(chunk, level).size() + framing);
+        sizes.append(int(qCompress(chunk, level).size()) + framing);
     return sizes;
 }
 
@@ -185,7 +185,7 @@ void TestCut::arrivesByteIdenticalOverABadLink()
         QVERIFY(starts++ <= mischief.count());
         SenderProcess sender(proxy.url().toString(), file, optionsFor(kind), eventLoopOf(seed));
         ending = sender.waitForEnding();
-        verifyNothingIsSentInVain(sender, host.events("finish").size());
+        verifyNothingIsSentInVain(sender, int(host.events("finish").size()));
         for (const QJsonObject &sent : sender.events("sent"))
             mostOnWire += wireSizes.at((number(sent, "to") - 1) / chunkBytes);
     }

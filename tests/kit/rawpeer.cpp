@@ -62,7 +62,7 @@ void RawPeer::sendChunk(const QByteArray &chunk)
     sendBinary(qCompress(chunk));
 }
 
-bool RawPeer::waitForReplies(int count, int milliseconds)
+bool RawPeer::waitForReplies(qsizetype count, int milliseconds)
 {
     return waitUntil([=] { return m_texts.size() >= count; }, milliseconds);
 }

@@ -35,7 +35,7 @@ public:
     void sendChunk(const QByteArray &chunk);
 
     /// Waits until @p count texts are there to be taken.
-    bool waitForReplies(int count, int milliseconds = patience);
+    bool waitForReplies(qsizetype count, int milliseconds = patience);
     /// Texts not yet taken.
     const QStringList &texts() const { return m_texts; }
     /// Waits for the next text and takes it; null when none comes.

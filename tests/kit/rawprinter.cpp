@@ -205,7 +205,7 @@ void RawPrinter::onReadyRead()
 
 bool RawPrinter::readHandshake()
 {
-    const int end = m_incoming.indexOf("\r\n\r\n");
+    const auto end = m_incoming.indexOf("\r\n\r\n");
     if (end < 0)
         return false;
     const QByteArray request = m_incoming.left(end);

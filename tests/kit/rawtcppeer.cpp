@@ -76,7 +76,7 @@ void RawTcpPeer::read()
 {
     m_buffer += m_socket.readAll();
     if (!m_isUpgraded) {
-        const int end = m_buffer.indexOf("\r\n\r\n");
+        const auto end = m_buffer.indexOf("\r\n\r\n");
         if (end < 0)
             return;
         m_isUpgraded = m_buffer.startsWith("HTTP/1.1 101");

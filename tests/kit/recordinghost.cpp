@@ -124,13 +124,13 @@ void RecordingHost::during(const QString &name, std::function<void()> hook)
 QStringList RecordingHost::takeCalls()
 {
     const QStringList calls = m_calls.mid(m_taken);
-    m_taken = m_calls.size();
+    m_taken = int(m_calls.size());
     return calls;
 }
 
 int RecordingHost::count(const QString &name) const
 {
-    return m_calls.filter(QRegularExpression(QStringLiteral("^%1\\(").arg(name))).size();
+    return int(m_calls.filter(QRegularExpression(QStringLiteral("^%1\\(").arg(name))).size());
 }
 
 void RecordingHost::received(const QString &name, const QStringList &arguments)

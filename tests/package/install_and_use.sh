@@ -24,7 +24,8 @@ cmake --install "$work/build" --prefix "$prefix"
 test ! -e "$work/configured"
 
 for header in zysslechoserver.h zysslechoclient.h zyfiletranshandle.h zywebhandle.h printstatuspara.h \
-    zyfilesender.h zysendoptions.h zysendresult.h zyserveroptions.h; do
+    zyfilesender.h zysendoptions.h zysendresult.h zyserveroptions.h \
+    zytlstrust.h; do
     test -f "$prefix/include/zyWebsocket/$header"
 done
 

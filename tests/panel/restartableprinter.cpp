@@ -32,7 +32,7 @@ void RestartablePrinter::stop()
 
 int RestartablePrinter::connections() const
 {
-    return m_server ? m_server->findChildren<ZyFileTransHandle *>().size() : 0;
+    return m_server ? int(m_server->findChildren<ZyFileTransHandle *>().size()) : 0;
 }
 
 QUrl RestartablePrinter::url() const

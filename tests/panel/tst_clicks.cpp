@@ -223,7 +223,7 @@ void TestPanelClicks::resumeIsOfferedAfterADrop()
     QVERIFY(user.click("send"));
     QVERIFY(user.awaitUpload(State::Interrupted));
     disconnect(dropping);
-    QVERIFY(user.notice().contains(QStringLiteral("was lost while random.zydlp")));
+    QVERIFY(user.awaitEvent(QStringLiteral("was lost while random.zydlp")));
     QVERIFY(user.textOf("transferDetail").startsWith(QStringLiteral("Interrupted at ")));
     // No other file meanwhile.
     QVERIFY(!user.drop(m_model));
@@ -294,12 +294,11 @@ void TestPanelClicks::mnemonicsAndNamesAreComplete()
     QFETCH(QLocale::Language, language);
     const InstalledLanguage installed(language);
     WindowDriver user;
-    QSet<QChar> used;
+    QSet<QString> used;
     const auto take = [&used](const QString &text) {
-        const QKeySequence key = QKeySequence::mnemonic(text);
-        const QChar letter = key.isEmpty() ? QChar() : QChar(key[0] & 0xffff);
-        const bool isNew = !letter.isNull() && !used.contains(letter);
-        used.insert(letter);
+        const QString key = QKeySequence::mnemonic(text).toString();
+        const bool isNew = !key.isEmpty() && !used.contains(key);
+        used.insert(key);
         return isNew;
     };
     for (const QPushButton *button : user.window().findChildren<QPushButton *>()) {

@@ -13,11 +13,13 @@
 
 #include <modelfiles.h>
 #include <testprogram.h>
+#include <tlsidentity.h>
 #include <waiting.h>
 
 #include <QApplication>
 #include <QDir>
 #include <QLabel>
+#include <QMessageBox>
 #include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
@@ -111,13 +113,16 @@ private Q_SLOTS:
     void checking();
     void error_data() { looks(); }
     void error();
+    void certificate_data() { looks(); }
+    void certificate();
 
     void everyStateFitsTwiceAsLarge();
 
 private:
     static void looks();
     QString look() const { return QLatin1String(QTest::currentDataTag()); }
-    void takePicture(const char *state);
+    void takePicture(const char *state) { takePicture(state, *m_window); }
+    void takePicture(const char *state, QWidget &of);
     void open(const QString &address);
     QString saved(const PrinterProcess &printer);
 
@@ -187,10 +192,10 @@ QString TestPanelPictures::saved(const PrinterProcess &printer)
     return name;
 }
 
-void TestPanelPictures::takePicture(const char *state)
+void TestPanelPictures::takePicture(const char *state, QWidget &of)
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-    const QImage picture = m_window->grab().toImage();
+    const QImage picture = of.grab().toImage();
     const bool isLarge = picture.devicePixelRatio() > 1;
     const QString name
         = QStringLiteral("%1-%2%3.png")
@@ -278,6 +283,16 @@ void TestPanelPictures::error()
     takePicture("error");
 }
 
+void TestPanelPictures::certificate()
+{
+    const PrinterProcess printer(zytest::TlsIdentity::localhost().options());
+    m_window->panel()->connectTo(saved(printer));
+    QTRY_VERIFY_WITH_TIMEOUT(child<QMessageBox>(*m_window, "confirmation"), patience);
+    auto *question = child<QMessageBox>(*m_window, "confirmation");
+    QVERIFY(QTest::qWaitForWindowExposed(question));
+    takePicture("certificate", *question);
+}
+
 /// The scale is a matter of the whole process.
 void TestPanelPictures::everyStateFitsTwiceAsLarge()
 {
@@ -290,7 +305,7 @@ void TestPanelPictures::everyStateFitsTwiceAsLarge()
     twice.setProcessChannelMode(QProcess::MergedChannels);
     const QString eachWith[] = {QStringLiteral(":light"), QStringLiteral(":800x600")};
     QStringList arguments{QStringLiteral("tst_pictures")};
-    for (const char *state : {"idle", "sending", "printing", "checking", "error"}) {
+    for (const char *state : {"idle", "sending", "printing", "checking", "error", "certificate"}) {
         for (const QString &with : eachWith)
             arguments.append(QLatin1String(state) + with);
     }

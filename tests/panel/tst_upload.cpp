@@ -7,8 +7,10 @@
 #include "words.h"
 
 #include <modelfiles.h>
+#include <scriptedprinter.h>
 #include <testprogram.h>
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -46,6 +48,8 @@ private Q_SLOTS:
     void refusalsAreExplained();
     void aPrinterThatCannotStoreIsExplained_data();
     void aPrinterThatCannotStoreIsExplained();
+    void sendsTheDigestAndExplainsThatItDiffers();
+    void saysThatTheFileIsRead();
     void anEmptyFileIsNotOffered();
     void aFileThatVanishesIsReported();
     void aStalledUploadCanBeResumed();
@@ -241,6 +245,36 @@ void TestPanelUpload::aPrinterThatCannotStoreIsExplained()
     QVERIFY(listener.send(create(100), name));
     QVERIFY(listener.awaitUpload(State::Failed));
     QVERIFY(listener.said.last().contains(QStringLiteral("cannot store part.zydlp")));
+}
+
+void TestPanelUpload::sendsTheDigestAndExplainsThatItDiffers()
+{
+    zytest::ScriptedPrinter printer;
+    zytest::TransferRules rules;
+    rules.checkState = -1;
+    printer.answerTransfers(rules);
+    Listener listener;
+    QVERIFY(listener.upload.send(Listener::printerAt(printer.url()), create(1000), name));
+    QVERIFY(listener.awaitUpload(State::Sent));
+    const QJsonObject offer = printer.messages(QStringLiteral("START_FILE")).value(0);
+    QCOMPARE(offer.value(QStringLiteral("sha256")).toString().toLatin1(),
+             QCryptographicHash::hash(m_content, QCryptographicHash::Sha256).toHex());
+    QVERIFY(listener.said.last().contains(QStringLiteral("did not get part.zydlp as it is here")));
+}
+
+void TestPanelUpload::saysThatTheFileIsRead()
+{
+    zytest::ScriptedPrinter printer;
+    Listener listener;
+    const QSignalSpy reading(&listener.upload, &Upload::reading);
+    const QString path = create(1000);
+    QVERIFY(QFile::resize(path, 65536 * mebibyte)); // sparse: of no use but to be read
+    QVERIFY(listener.upload.send(Listener::printerAt(printer.url()), path, name));
+    QTRY_VERIFY_WITH_TIMEOUT(reading.count() > 0, patience);
+    QCOMPARE(listener.upload.state(), State::Offered);
+    listener.upload.cancel();
+    QVERIFY(listener.awaitUpload(State::Cancelled));
+    QVERIFY(QFile::resize(path, 0));
 }
 
 void TestPanelUpload::anEmptyFileIsNotOffered()

@@ -70,6 +70,14 @@ void TestPanelUsage::saysWhatIsWrong_data()
         << words("ws://127.0.0.1:1 model bogus") << QByteArray("too many arguments: bogus");
     QTest::newRow("two too many") << words("a b c d") << QByteArray("too many arguments: c d");
     QTest::newRow("unknown option") << words("--bogus") << QByteArray("Unknown option 'bogus'");
+    QTest::newRow("no authorities") << words("--ca /none.pem wss://127.0.0.1:1")
+                                    << QByteArray("--ca '/none.pem': No such file or directory");
+    QTest::newRow("no fingerprint")
+        << words("--fingerprint F2:5B wss://127.0.0.1:1")
+        << QByteArray("--fingerprint 'F2:5B' is no SHA-256: 64 hex digits, with or without colons");
+    QTest::newRow("a certificate of no printer")
+        << QStringList{QStringLiteral("--fingerprint"), QString(64, QLatin1Char('a'))}
+        << QByteArray("--ca and --fingerprint need a printer");
     QTest::newRow("no token") << words("--token") << QByteArray("Missing value after '--token'");
 }
 

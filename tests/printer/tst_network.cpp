@@ -4,6 +4,7 @@
 
 #include "models.h"
 #include "printerprocess.h"
+#include "programs.h"
 #include "slicer.h"
 #include "testprogram.h"
 
@@ -23,7 +24,7 @@ private Q_SLOTS:
 
 void TestPrinterNetwork::listensOnTheAddressThatItIsGiven()
 {
-    PrinterProcess printer;
+    PrinterProcess printer(PrinterProcess::NotStarted);
     QVERIFY(printer.start({QStringLiteral("--bind"), QStringLiteral("127.0.0.2")}));
     QCOMPARE(printer.url().host(), QStringLiteral("127.0.0.2"));
     QTcpSocket socket;
@@ -38,7 +39,7 @@ void TestPrinterNetwork::refusesAnAddressThatIsNone()
     const RunResult result = runPrinter({QStringLiteral("--dir"), QStringLiteral("."),
                                          QStringLiteral("--bind"), QStringLiteral("bench")});
     QCOMPARE(result.exitCode, 2);
-    QVERIFY2(result.error.contains("bench is no IP address"), result.error.constData());
+    QVERIFY2(result.errors.contains("bench is no IP address"), result.errors.constData());
 }
 
 void TestPrinterNetwork::saysThatAnAddressIsNotThisMachines()
@@ -48,15 +49,15 @@ void TestPrinterNetwork::saysThatAnAddressIsNotThisMachines()
         = runPrinter({QStringLiteral("--dir"), directory.path(), QStringLiteral("--bind"),
                       QStringLiteral("192.0.2.1"), QStringLiteral("--port"), QStringLiteral("9")});
     QCOMPARE(result.exitCode, 4);
-    QVERIFY2(result.error.contains("address is not this machine's"), result.error.constData());
-    QVERIFY2(result.error.contains("ws://192.0.2.1:9"), result.error.constData());
+    QVERIFY2(result.errors.contains("address is not this machine's"), result.errors.constData());
+    QVERIFY2(result.errors.contains("ws://192.0.2.1:9"), result.errors.constData());
 }
 
 void TestPrinterNetwork::namesTheFileAndThePeerInUtf8()
 {
     const QByteArray name = "\346\250\241\345\236\213\360\237\246\204.zydlp"; // CJK and an emoji
     qputenv("LC_ALL", "C"); // as systemd runs it
-    PrinterProcess printer;
+    PrinterProcess printer(PrinterProcess::NotStarted);
     QVERIFY(printer.start());
     const QTemporaryDir local;
     const QString path = local.filePath(QStringLiteral("part.zydlp"));
@@ -64,8 +65,8 @@ void TestPrinterNetwork::namesTheFileAndThePeerInUtf8()
     Slicer slicer;
     QVERIFY(slicer.connectTo(printer.url()));
     QCOMPARE(slicer.send(path, QString::fromUtf8(name)), 1);
-    QVERIFY(printer.says("transfer accepted: \"" + name + "\" from 127.0.0.1:"));
-    QVERIFY(printer.says("received \"" + name + "\": "));
+    QVERIFY(printer.waitForOutput("transfer accepted: \"" + name + "\" from 127.0.0.1:"));
+    QVERIFY(printer.waitForOutput("received \"" + name + "\": "));
 }
 
 ZY_TEST(TestPrinterNetwork)

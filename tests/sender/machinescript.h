@@ -65,6 +65,20 @@ inline SendEvent accepted(qint64 offset = 0, const QString &of = key)
     return made;
 }
 
+inline SendEvent certificateChanged()
+{
+    SendEvent made = plainEvent(SendEvent::ConnectFailed);
+    made.connectionFault = ZySendResult::ConnectionFault::CertificateChanged;
+    return made;
+}
+
+inline SendEvent connectedWhileReading()
+{
+    SendEvent made = plainEvent(SendEvent::Connected);
+    made.isReading = true;
+    return made;
+}
+
 inline SendEvent dropped(qint64 offset = -1, int code = 1000)
 {
     SendEvent made = plainEvent(SendEvent::Dropped);

@@ -8,6 +8,7 @@
 #include "sending.h"
 #include "testprinter.h"
 #include "testprogram.h"
+#include "tlsidentity.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -37,6 +38,10 @@ private Q_SLOTS:
     void blamesThePrintersStorage();
     void saysWhyThereIsNoConnection_data();
     void saysWhyThereIsNoConnection();
+    void sendsNothingToAPrinterWhoseCertificateIsRefused_data();
+    void sendsNothingToAPrinterWhoseCertificateIsRefused();
+    void sendsToAPrinterWhoseCertificateIsPinned();
+    void asksAPrinterNoMoreThatChangesItsCertificate();
     void givesUpConnectingAfterItsLimit();
     void givesUpAfterItsRetries_data();
     void givesUpAfterItsRetries();
@@ -49,6 +54,25 @@ QJsonObject withCode(QJsonObject message, int code)
 {
     message.insert(QStringLiteral("errorcode"), code);
     return message;
+}
+
+ZyServerOptions encrypted(const TlsIdentity &identity)
+{
+    ZyServerOptions options;
+    options.useTls(identity.certificate, identity.key);
+    return options;
+}
+
+QUrl encryptedUrl(quint16 port)
+{
+    return QUrl(QStringLiteral("wss://127.0.0.1:%1").arg(port));
+}
+
+ZyTlsTrust pinned(const TlsIdentity &identity)
+{
+    ZyTlsTrust trust;
+    trust.pin(identity.fingerprint());
+    return trust;
 }
 
 } // namespace
@@ -255,6 +279,75 @@ void TestSenderEndings::saysWhyThereIsNoConnection()
     QCOMPARE(sending.result().connectionFault(), fault);
     QVERIFY(sending.result().sentence().contains(ZySendResult::text(fault)));
     QCOMPARE(sending.offered.count(), 0);
+}
+
+void TestSenderEndings::sendsNothingToAPrinterWhoseCertificateIsRefused_data()
+{
+    QTest::addColumn<bool>("isPinned");
+    QTest::addColumn<ConnectionFault>("fault");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("unknown") << false << ConnectionFault::CertificateUntrusted
+                             << QStringLiteral("certificate not trusted");
+    QTest::newRow("another") << true << ConnectionFault::CertificateChanged
+                             << QStringLiteral("certificate is not the expected one");
+}
+
+void TestSenderEndings::sendsNothingToAPrinterWhoseCertificateIsRefused()
+{
+    QFETCH(bool, isPinned);
+    QFETCH(ConnectionFault, fault);
+    QFETCH(QString, reason);
+    TestPrinter printer(encrypted(TlsIdentity::localhost()));
+    ZySendOptions options = impatient();
+    if (isPinned)
+        options.setTlsTrust(pinned(TlsIdentity::other()));
+    Sending sending(encryptedUrl(printer.port()), "abc", options);
+    QVERIFY(sending.run());
+    const ZySendResult result = sending.result();
+    QCOMPARE(result.ending(), Ending::NoConnection);
+    QCOMPARE(result.connectionFault(), fault);
+    QCOMPARE(result.refusedFingerprint(), TlsIdentity::localhost().fingerprint());
+    QVERIFY2(result.sentence().contains(reason), qPrintable(result.sentence()));
+    QVERIFY(result.sentence().contains(result.refusedFingerprint()));
+    QVERIFY(printer.handles().isEmpty());
+    QCOMPARE(sending.offered.count() + sending.retrying.count(), 0);
+}
+
+void TestSenderEndings::sendsToAPrinterWhoseCertificateIsPinned()
+{
+    TestPrinter printer(encrypted(TlsIdentity::localhost()));
+    ZySendOptions options = impatient();
+    options.setTlsTrust(pinned(TlsIdentity::localhost()));
+    const QByteArray contents = randomBytes(3 * chunkBytes + 5);
+    Sending sending(encryptedUrl(printer.port()), contents, options);
+    QVERIFY(sending.run());
+    QCOMPARE(sending.result().ending(), Ending::Sent);
+    QCOMPARE(sending.result().refusedFingerprint(), QString());
+    QVERIFY(readFile(printer.path(QStringLiteral("part.bin"))) == contents);
+}
+
+void TestSenderEndings::asksAPrinterNoMoreThatChangesItsCertificate()
+{
+    auto printer = std::make_unique<TestPrinter>(encrypted(TlsIdentity::localhost()));
+    const quint16 port = printer->port();
+    ZySendOptions options = impatient();
+    options.setTlsTrust(pinned(TlsIdentity::localhost()));
+    Sending sending(encryptedUrl(port), randomBytes(20 * chunkBytes), options);
+    const QTemporaryDir directory;
+    std::unique_ptr<ZySslEchoServer> impostor;
+    connect(sending.sender.get(), &ZyFileSender::progress, this, [&] {
+        if (impostor)
+            return;
+        printer.reset();
+        impostor = std::make_unique<ZySslEchoServer>(port, directory.path(),
+                                                     encrypted(TlsIdentity::other()));
+    });
+    QVERIFY(sending.run());
+    QVERIFY(impostor->isListening());
+    QCOMPARE(sending.result().ending(), Ending::NoConnection);
+    QCOMPARE(sending.result().connectionFault(), ConnectionFault::CertificateChanged);
+    QCOMPARE(sending.result().refusedFingerprint(), TlsIdentity::other().fingerprint());
+    QCOMPARE(sending.retrying.count(), 1);
 }
 
 void TestSenderEndings::givesUpConnectingAfterItsLimit()

@@ -66,6 +66,14 @@ void TestSendMachine::acts_data()
     row("a retry cannot connect",
         {start, connected, dropped(), timeLimit, plainEvent(SendEvent::ConnectFailed)},
         "drop, retrying 2 after 20 ms, timer 20");
+    const SendEvent read = plainEvent(SendEvent::FileRead);
+    row("connected while it reads", {start, connectedWhileReading()}, "");
+    row("read before it is connected", {start, read}, "");
+    row("read", {start, connectedWhileReading(), read}, "timer 2, offered, offer");
+    row("read once more", {start, connectedWhileReading(), read, read}, "");
+    row("dropped while it reads", {start, connectedWhileReading(), dropped()},
+        "drop, retrying 1 after 10 ms, timer 10");
+    row("read while pausing", {start, connectedWhileReading(), dropped(), read}, "");
     row("cancel while offering", {start, connected, cancelRequested()}, "timer 4, cancel");
     row("cancel while sending", {start, connected, acknowledged(chunk), cancelRequested(0)},
         "timer 4, cancel");
@@ -155,6 +163,10 @@ void TestSendMachine::ends_data()
     row("dropped while cancelling", {start, connected, cancelRequested(), dropped()},
         Ending::Cancelled);
     row("cancel while connecting", {start, cancelRequested()}, Ending::Cancelled);
+    row("cancel while it reads", {start, connectedWhileReading(), cancelRequested()},
+        Ending::Cancelled);
+    row("certificate refused on a retry",
+        {start, connected, dropped(), timeLimit, certificateChanged()}, Ending::NoConnection);
     row("cancel while pausing", {start, connected, dropped(), cancelRequested()},
         Ending::Cancelled);
     row("cancel with the last chunk under way",

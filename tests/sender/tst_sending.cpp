@@ -74,7 +74,7 @@ void TestSending::bringsAFileToThePrinter()
     QVERIFY(readFile(printer.path(QStringLiteral("part.bin"))) == contents);
     QCOMPARE(sending.offered.count(), 1);
     QCOMPARE(sending.resumed.count() + sending.restarted.count() + sending.retrying.count(), 0);
-    const int chunks = (contents.size() + chunkBytes - 1) / chunkBytes;
+    const auto chunks = (contents.size() + chunkBytes - 1) / chunkBytes;
     QCOMPARE(sending.progress.count(), chunks);
     QCOMPARE(sending.progress.last().at(0).toLongLong(), qint64(contents.size()));
     QCOMPARE(sending.progress.last().at(1).toLongLong(), qint64(contents.size()));

@@ -139,7 +139,7 @@ void tst_MetaObject::connectsByName()
         connect(&server, SIGNAL(finish(QString, int &)), &host, SIGNAL(finish(QString, int &))));
     QVERIFY(connect(&server, SIGNAL(fileTranDisconnet()), &host, SIGNAL(cancle())));
     connect(&host, &ZyFileTransHandle::finish, &host,
-            [](const QString &path, int &checkState) { checkState += path.size(); });
+            [](const QString &path, int &checkState) { checkState += int(path.size()); });
     int checkState = 3;
     QVERIFY(QMetaObject::invokeMethod(&server, "onFinish", Qt::DirectConnection,
                                       Q_ARG(QString, QStringLiteral("abcd")),

@@ -111,7 +111,7 @@ void tst_Reception::tellsTheHostInOrder()
         atFinish = entriesOf(printer.dir());
         waitUntil([&] { return peer.texts().size() == 2; });
         spinOnce();
-        repliesAtFinish = peer.texts().size();
+        repliesAtFinish = int(peer.texts().size());
     });
     peer.send(startFile(modelName, 3));
     peer.sendChunk("abc");

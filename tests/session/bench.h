@@ -62,7 +62,7 @@ struct Bench {
         zytest::spinOnce();
         QObject::disconnect(connection);
         if (results.size() != 1)
-            qFatal("%d results", results.size());
+            qFatal("%d results", int(results.size()));
         return results.first();
     }
     Exchange::Ending endingOf(const Ask &ask) { return resultOf(ask).ending; }

@@ -6,6 +6,7 @@
 #include "savedprinters.h"
 #include "testprogram.h"
 #include "texts.h"
+#include "tlsidentity.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -15,6 +16,7 @@
 
 using namespace zysession;
 using zytest::readFile;
+using zytest::TlsIdentity;
 using zytest::writeFile;
 
 namespace
@@ -44,6 +46,8 @@ private Q_SLOTS:
     void keepsAFileWithTokensToItsOwner_data();
     void keepsAFileWithTokensToItsOwner();
     void leavesThePermissionsOfAFileWithoutTokens();
+    void keepsACertificateWithItsPrinter();
+    void saysWhichCertificateCannotBeChecked();
     void forgetsATokenWithItsPrinter();
     void resolvesNamesAndAddresses();
     void sortsByName();
@@ -144,6 +148,43 @@ void TestSavedPrinters::leavesThePermissionsOfAFileWithoutTokens()
     QVERIFY(QFile::setPermissions(saved.file(), everybodys));
     QCOMPARE(saved.save(bench()), SettingsFault::None);
     QCOMPARE(QFile::permissions(saved.file()), everybodys);
+}
+
+void TestSavedPrinters::keepsACertificateWithItsPrinter()
+{
+    const TlsIdentity identity = TlsIdentity::localhost();
+    const Printer printer{
+        "bench1"_s, QUrl("wss://10.0.0.1:80"_s), {}, identity.certificate, identity.fingerprint()};
+    const QString file = path("certificates.ini");
+    QCOMPARE(SavedPrinters(file).save(printer), SettingsFault::None);
+    SavedPrinters saved(file);
+    QCOMPARE(saved.read(), SettingsFault::None);
+    QCOMPARE(saved.find("bench1"_s).authorities, printer.authorities);
+    QCOMPARE(saved.find("bench1"_s).fingerprint, printer.fingerprint);
+    QCOMPARE(saved.find("bench1"_s).trust().fingerprint(), printer.fingerprint);
+    QCOMPARE(saved.remove("bench1"_s), SettingsFault::None);
+    QCOMPARE(readFile(file), QByteArray());
+}
+
+void TestSavedPrinters::saysWhichCertificateCannotBeChecked()
+{
+    const TlsIdentity identity = TlsIdentity::localhost();
+    const QUrl plain("ws://10.0.0.1:80"_s);
+    const QUrl encrypted("wss://10.0.0.1:80"_s);
+    const QVector<std::pair<Printer, QString>> unusable{
+        {{"a"_s, plain, {}, {}, identity.fingerprint()}, "ws://10.0.0.1:80"_s},
+        {{"a"_s, encrypted, {}, "/none.pem"_s, {}}, "/none.pem: No such file"_s},
+        {{"a"_s, encrypted, {}, {}, "F2"_s}, "no SHA-256 fingerprint: F2"_s},
+    };
+    for (const auto &[printer, part] : unusable) {
+        ZyTlsTrust trust;
+        const QString fault = printer.readTrust(trust);
+        QVERIFY2(fault.contains(part), qPrintable(fault));
+        QVERIFY(trust.isRestricted());
+    }
+    ZyTlsTrust trust;
+    QCOMPARE(bench().readTrust(trust), QString());
+    QVERIFY(!trust.isRestricted());
 }
 
 void TestSavedPrinters::forgetsATokenWithItsPrinter()

@@ -32,6 +32,8 @@ private Q_SLOTS:
     void writesNothingWhenQuiet();
     void showsTheLogOnlyWhenVerbose();
     void usesTheNameOfTheTransferItResumes();
+    void aFileResumedOnThePartOfAnotherIsFoundBad_data();
+    void aFileResumedOnThePartOfAnotherIsFoundBad();
 
 private:
     QTemporaryDir m_directory;
@@ -184,6 +186,39 @@ void TestSend::usesTheNameOfTheTransferItResumes()
     const QJsonObject stored = eventsNamed("stored"_s, result.output).value(0);
     QCOMPARE(stored.value("storedAs"_s).toString(), "old.zydlp"_s);
     QVERIFY(readFile(m_printer.pathOf("old.zydlp"_s)) == readFile(path));
+}
+
+void TestSend::aFileResumedOnThePartOfAnotherIsFoundBad_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QByteArray>("verdict");
+    QTest::addColumn<bool>("isStored");
+    QTest::newRow("by its digest") << QStringList() << QByteArray("check state -1") << false;
+    // The printer has both parts then, and can only say that it is no model.
+    QTest::newRow("without one") << QStringList("--no-digest"_s) << QByteArray("check state 2")
+                                 << true;
+}
+
+void TestSend::aFileResumedOnThePartOfAnotherIsFoundBad()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QByteArray, verdict);
+    QFETCH(bool, isStored);
+    const QByteArray tail = "same end";
+    const QString one = writeFile(m_directory.filePath("one.zydlp"_s),
+                                  zytest::randomBytes(chunkBytes * 40) + tail);
+    const QString other = writeFile(m_directory.filePath("other.zydlp"_s),
+                                    QByteArray(int(chunkBytes) * 40, 'x') + tail);
+    const QStringList to{"--to"_s, m_url, "--as"_s, "mixed.zydlp"_s};
+    {
+        SlicerProcess slicer(QStringList{"send"_s, one, "--json"_s} + to);
+        QVERIFY(!slicer.waitForEvent("progress"_s).isEmpty());
+        slicer.kill();
+    }
+    const SlicerResult result = runSlicer(QStringList{"send"_s, other} + to + options);
+    EXPECT_FAILURE(result, 8, verdict);
+    VERIFY_TEXT(result.output.contains("resumed at"), result.output);
+    QCOMPARE(!m_printer.pathOf("mixed.zydlp"_s).isEmpty(), isStored);
 }
 
 ZY_TEST(TestSend)

@@ -13,7 +13,11 @@ namespace zypanel
 {
 
 struct PrinterControl::Conversation {
-    Conversation(const QUrl &url, const zysession::TimeLimits &limits) : link(url, limits) { }
+    Conversation(const zysession::Printer &printer, const zysession::TimeLimits &limits)
+        : link(printer.url, limits)
+    {
+        link.setTlsTrust(printer.trust());
+    }
 
     void setToken(const QString &token)
     {

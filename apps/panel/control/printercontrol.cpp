@@ -36,7 +36,7 @@ void PrinterControl::connectTo(const zysession::Printer &printer, const QString 
     const bool isAnother = printer.url != m_printer.url;
     close();
     m_printer = printer;
-    m_conversation = std::make_unique<Conversation>(printer.url, m_timing.limits);
+    m_conversation = std::make_unique<Conversation>(printer, m_timing.limits);
     setToken(token);
     listen();
     listenToCommands();
@@ -103,15 +103,21 @@ void PrinterControl::onOpened()
 
 void PrinterControl::onFailed()
 {
-    if (m_link == Link::Lost) {
+    const PrinterLink &link = m_conversation->link;
+    if (m_link == Link::Lost && !link.isRefused()) {
         reconnectLater();
         return;
     }
-    const PrinterLink &link = m_conversation->link;
     const Notice notice = connectionFaultNotice(link.fault(), printerName(), link.faultText());
+    const QString fingerprint = link.refusedFingerprint();
+    // A user who names who vouches for the printer wants nobody else to.
+    const bool isUnknown
+        = link.isRefused() && m_printer.authorities.isEmpty() && m_printer.fingerprint.isEmpty();
     close();
     setLink(Link::Closed);
     Q_EMIT noticed(notice);
+    if (isUnknown)
+        Q_EMIT certificateUnknown(fingerprint);
 }
 
 void PrinterControl::onDropped()

@@ -99,6 +99,8 @@ Q_SIGNALS:
     /// Whether the printer took new parameters is known; these are its values now.
     void parametersSettled(const zysession::Parameters &current);
     void noticed(const zypanel::Notice &notice);
+    /// There is no connection, because nothing here knows the printer's certificate.
+    void certificateUnknown(const QString &fingerprint);
 
 private:
     struct Conversation;

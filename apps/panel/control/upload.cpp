@@ -81,6 +81,8 @@ void Upload::start()
     ZySendOptions options = m_options;
     options.setRetries(0);
     options.setToken(m_job.printer.token);
+    options.setSendsDigest(true);
+    options.setTlsTrust(m_job.printer.trust());
     m_sender->setOptions(options);
     const ZyFileSender *sender = m_sender.get();
     connect(sender, &ZyFileSender::resumed, this, [this](qint64 from) {
@@ -91,6 +93,7 @@ void Upload::start()
                                  QLocale().formattedDataSize(from, 1), m_job.name)});
         Q_EMIT resumed(from);
     });
+    connect(sender, &ZyFileSender::reading, this, &Upload::reading);
     connect(sender, &ZyFileSender::progress, this, &Upload::onProgress);
     connect(sender, &ZyFileSender::finished, this, &Upload::onFinished);
     m_sender->start();

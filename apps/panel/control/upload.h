@@ -81,6 +81,8 @@ Q_SIGNALS:
     /// The printer holds the first @p from bytes; only the rest is sent.
     void resumed(qint64 from);
     void progressed(qint64 received, qint64 total);
+    /// The file is still being read, before it is offered.
+    void reading(qint64 done, qint64 total);
     /// The printer holds the whole file under this name.
     void stored(const QString &name);
     void noticed(const zypanel::Notice &notice);

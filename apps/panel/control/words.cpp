@@ -51,6 +51,15 @@ Notice sentNotice(int checkState, const QString &name, const QString &printer)
     return {Severity::Good, Topic::Upload, filledIn(text, name, printer)};
 }
 
+/// -1 comes from a printer that compares what it received with the digest, or has its own reasons.
+Notice differentNotice(const QString &name, const QString &printer)
+{
+    const char *text = QT_TRANSLATE_NOOP(
+        "zypanel::Words",
+        "%2 did not get %1 as it is here, or finds it no model that it can print. Send it again.");
+    return {Severity::Error, Topic::Upload, filledIn(text, name, printer)};
+}
+
 Notice cancelledNotice(bool isPartDeleted, const QString &name, const QString &printer)
 {
     const char *text = isPartDeleted
@@ -92,7 +101,8 @@ Notice connectionFaultNotice(ConnectionFault fault, const QString &printer, cons
     const auto *row
         = findRow(connectionFaults, [=](const ConnectionRow &each) { return each.fault == fault; });
     const QString text = filledIn(row ? row->text : std::rbegin(connectionFaults)->text, printer);
-    const bool needsDetail = fault == ConnectionFault::Network || fault == ConnectionFault::Tls;
+    const bool needsDetail = fault == ConnectionFault::Network || fault == ConnectionFault::Tls
+        || fault == ConnectionFault::CertificateUntrusted;
     return {Severity::Error, Topic::Connection,
             needsDetail && !detail.isEmpty() ? QStringLiteral("%1 (%2)").arg(text, detail) : text};
 }
@@ -102,6 +112,10 @@ Notice sendNotice(const ZySendResult &result, const QString &name, const QString
     switch (result.ending()) {
     case Ending::Sent:
         return sentNotice(result.checkState(), name, printer);
+    case Ending::CheckFailed:
+        if (result.checkState() == -1)
+            return differentNotice(name, printer);
+        break;
     case Ending::Cancelled:
         return cancelledNotice(result.isPartDeleted(), name, printer);
     case Ending::GaveUp:

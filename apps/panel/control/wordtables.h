@@ -102,6 +102,15 @@ inline constexpr ConnectionRow connectionFaults[] = {
     {ConnectionFault::NotAWebSocket,
      QT_TRANSLATE_NOOP("zypanel::Words",
                        "What answers at %1 is not a printer. Check the address and the port.")},
+    {ConnectionFault::CertificateUntrusted,
+     QT_TRANSLATE_NOOP(
+         "zypanel::Words",
+         "Nothing here vouches for the certificate of %1, so nothing was sent to it.")},
+    {ConnectionFault::CertificateChanged,
+     QT_TRANSLATE_NOOP("zypanel::Words",
+                       "The certificate of %1 has changed! Another device may pose as the printer, "
+                       "so nothing was sent to it. If the printer has a new certificate, forget "
+                       "the printer and connect to its address again.")},
     {ConnectionFault::Network,
      QT_TRANSLATE_NOOP("zypanel::Words", "No connection to %1 is possible.")},
 };

@@ -7,10 +7,15 @@ _zypanel()
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
     COMPREPLY=()
     case $previous in
-        -t | --token) return ;;
+        -t | --token | --fingerprint) return ;;
+        --ca)
+            compopt -o filenames
+            mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            return
+            ;;
     esac
     if [[ $current == -* ]]; then
-        mapfile -t COMPREPLY < <(compgen -W '--help --help-all --version --token' -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W '--help --help-all --version --token --ca --fingerprint' -- "$current")
         return
     fi
 
@@ -18,7 +23,7 @@ _zypanel()
     local index words=0
     for ((index = 1; index < COMP_CWORD; index++)); do
         case ${COMP_WORDS[index]} in
-            -t | --token) ((index++)) ;;
+            -t | --token | --ca | --fingerprint) ((index++)) ;;
             -*) ;;
             # ':' breaks words, so that an address arrives in pieces.
             : | //*) ;;

@@ -135,6 +135,10 @@
         <source>The file of the saved printers cannot be read: %1</source>
         <translation>Die Datei mit den gespeicherten Druckern kann nicht gelesen werden: %1</translation>
     </message>
+    <message>
+        <source>The certificate of %1 cannot be checked: %2</source>
+        <translation>Das Zertifikat von %1 lässt sich nicht prüfen: %2</translation>
+    </message>
 </context>
 <context>
     <name>zypanel::DropHint</name>
@@ -470,6 +474,42 @@
         <source>%1 % – %2</source>
         <translation>%1 % – %2</translation>
     </message>
+    <message>
+        <source>It is remembered until the panel is closed, or with the printer once that is saved.</source>
+        <translation>Es bleibt gemerkt, bis das Fenster geschlossen wird, oder mit dem Drucker, sobald er gespeichert ist.</translation>
+    </message>
+    <message>
+        <source>It is remembered with the saved printer.</source>
+        <translation>Es wird beim gespeicherten Drucker gemerkt.</translation>
+    </message>
+    <message>
+        <source>Unknown certificate</source>
+        <translation>Unbekanntes Zertifikat</translation>
+    </message>
+    <message>
+        <source>Nothing here knows the certificate of %1. Trust it?</source>
+        <translation>Das Zertifikat von %1 ist hier unbekannt. Vertrauen Sie ihm?</translation>
+    </message>
+    <message>
+        <source>Its SHA-256 fingerprint:
+
+%1
+
+Trust it only if that is the fingerprint that the printer, or who runs it, names.</source>
+        <translation>Sein SHA-256-Fingerabdruck:
+
+%1
+
+Vertrauen Sie ihm nur, wenn der Drucker oder sein Betreiber denselben nennt.</translation>
+    </message>
+    <message>
+        <source>&amp;Trust and remember</source>
+        <translation>&amp;Vertrauen und merken</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
 </context>
 <context>
     <name>zypanel::SaveDialog</name>
@@ -615,6 +655,10 @@
     <message>
         <source>%1 of %2, no acknowledgement for %3</source>
         <translation>%1 von %2, seit %3 keine Bestätigung</translation>
+    </message>
+    <message>
+        <source>Reading the file: %1 of %2</source>
+        <translation>Die Datei wird gelesen: %1 von %2</translation>
     </message>
 </context>
 <context>
@@ -997,6 +1041,18 @@
     <message>
         <source>mm/min</source>
         <translation>mm/min</translation>
+    </message>
+    <message>
+        <source>Nothing here vouches for the certificate of %1, so nothing was sent to it.</source>
+        <translation>Für das Zertifikat von %1 bürgt hier niemand; es wurde nichts dorthin gesendet.</translation>
+    </message>
+    <message>
+        <source>The certificate of %1 has changed! Another device may pose as the printer, so nothing was sent to it. If the printer has a new certificate, forget the printer and connect to its address again.</source>
+        <translation>Das Zertifikat von %1 hat sich geändert! Ein anderes Gerät könnte sich als der Drucker ausgeben; es wurde nichts dorthin gesendet. Hat der Drucker ein neues Zertifikat, dann vergessen Sie den Drucker und verbinden Sie sich neu mit seiner Adresse.</translation>
+    </message>
+    <message>
+        <source>%2 did not get %1 as it is here, or finds it no model that it can print. Send it again.</source>
+        <translation>%2 hat %1 anders erhalten, als es hier ist, oder kann es nicht drucken. Senden Sie es noch einmal.</translation>
     </message>
 </context>
 </TS>

@@ -133,7 +133,32 @@ QString ConnectionBar::address() const
 
 Printer ConnectionBar::printer() const
 {
-    return m_saved.resolve(address());
+    Printer printer = m_saved.resolve(address());
+    const auto given = m_certificates.constFind(printer.url);
+    if (given != m_certificates.constEnd()) {
+        printer.authorities = given->authorities;
+        printer.fingerprint = given->fingerprint;
+    }
+    return printer;
+}
+
+void ConnectionBar::setCertificate(const QString &nameOrAddress, const QString &authorities,
+                                   const QString &fingerprint)
+{
+    m_certificates.insert(m_saved.resolve(nameOrAddress).url, {authorities, fingerprint});
+}
+
+Printer ConnectionBar::trust(Printer printer, const QString &fingerprint)
+{
+    printer.fingerprint = fingerprint;
+    // As it is saved: a token that was typed is not saved by the way.
+    Printer saved = m_saved.find(printer.name);
+    saved.fingerprint = fingerprint;
+    if (saved.url == printer.url)
+        report(m_saved.save(saved));
+    else
+        m_certificates.insert(printer.url, {{}, fingerprint});
+    return printer;
 }
 
 void ConnectionBar::setAddress(const QString &nameOrAddress)
@@ -213,6 +238,14 @@ void ConnectionBar::requestConnection()
         Q_EMIT noticed({Severity::Error, Topic::Connection, text.arg(address())});
         return;
     }
+    ZyTlsTrust trust;
+    const QString fault = printer.readTrust(trust);
+    if (!fault.isEmpty()) {
+        Q_EMIT noticed(
+            {Severity::Error, Topic::Connection,
+             tr("The certificate of %1 cannot be checked: %2").arg(printer.label(), fault)});
+        return;
+    }
     QSettings().setValue(lastUsedKey, address());
     m_isTokenUsed = true;
     Q_EMIT connectRequested(printer);
@@ -289,6 +322,7 @@ void ConnectionBar::forget(const Printer &printer)
 {
     if (report(m_saved.remove(printer.name)))
         return;
+    m_certificates.remove(printer.url);
     refreshNames();
     m_address->setEditText(printer.url.toString());
     Q_EMIT noticed({Severity::Info, Topic::SavedPrinters,

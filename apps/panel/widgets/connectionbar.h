@@ -9,6 +9,8 @@
 
 #include <savedprinters.h>
 
+#include <QMap>
+#include <QUrl>
 #include <QWidget>
 
 class QBoxLayout;
@@ -35,6 +37,12 @@ public:
     void setToken(const QString &token);
     /// The typed token, or else the one saved with the printer.
     QString token() const;
+    /// Which certificate the printer may show, in place of what is saved with it.
+    void setCertificate(const QString &nameOrAddress, const QString &authorities,
+                        const QString &fingerprint);
+    /// Remembers the certificate of @p printer: with the saved one, else until the program ends.
+    /// Returns the printer with it.
+    zysession::Printer trust(zysession::Printer printer, const QString &fingerprint);
     /// In two rows.
     void setNarrow(bool isNarrow);
     /// What it needs in one row.
@@ -72,6 +80,11 @@ private:
 
     zysession::SavedPrinters m_saved;
     Link m_link = Link::Closed;
+    struct Certificate {
+        QString authorities;
+        QString fingerprint;
+    };
+    QMap<QUrl, Certificate> m_certificates; ///< that outweigh saved ones while the program runs
     bool m_isTokenUsed = false; ///< the typed token has gone to the printer of the address
     QBoxLayout *m_rows;
     QBoxLayout *m_printerRow;

@@ -22,7 +22,7 @@ public:
 
     /// @p now as in LayerHistory::add().
     void showHistory(const LayerHistory &history, qint64 now);
-    int pointCount() const { return m_history.points().size(); }
+    qsizetype pointCount() const { return m_history.points().size(); }
     /// Where the plot ends, in seconds from the job's start: its end, as far as that is known.
     double span() const;
 

@@ -149,6 +149,7 @@ void PrinterPanel::wireConnection()
             });
     connect(m_connection, &ConnectionBar::noticed, this, &PrinterPanel::showNotice);
     connect(m_control, &PrinterControl::noticed, this, &PrinterPanel::showNotice);
+    connect(m_control, &PrinterControl::certificateUnknown, this, &PrinterPanel::askToTrust);
     connect(m_control, &PrinterControl::printerChanged, this, &PrinterPanel::changePrinter);
     connect(m_control, &PrinterControl::linkChanged, this, &PrinterPanel::onLinkChanged);
 }
@@ -166,6 +167,7 @@ void PrinterPanel::wireTransfer()
     connect(m_upload, &Upload::noticed, this, &PrinterPanel::showNotice);
     connect(m_upload, &Upload::stateChanged, this, &PrinterPanel::onUploadChanged);
     connect(m_upload, &Upload::resumed, m_transfer, &TransferBox::showResumed);
+    connect(m_upload, &Upload::reading, m_transfer, &TransferBox::showReading);
     connect(m_upload, &Upload::progressed, m_transfer, &TransferBox::showProgress);
     connect(m_upload, &Upload::progressed, this, &PrinterPanel::updateHeadline);
     connect(m_upload, &Upload::stored, m_print, &PrintBox::addFile);
@@ -220,6 +222,8 @@ void PrinterPanel::changePrinter()
 
 void PrinterPanel::onLinkChanged()
 {
+    if (m_trustQuestion)
+        m_trustQuestion->close();
     m_connection->showLink(m_control->link());
     m_transfer->setConnected(m_control->isOpen());
     m_parameters->setApplicable(m_control->isOpen());
@@ -254,6 +258,12 @@ void PrinterPanel::connectTo(const QString &nameOrAddress)
     m_connection->requestConnection();
 }
 
+void PrinterPanel::setCertificate(const QString &nameOrAddress, const QString &authorities,
+                                  const QString &fingerprint)
+{
+    m_connection->setCertificate(nameOrAddress, authorities, fingerprint);
+}
+
 void PrinterPanel::askToDisconnect()
 {
     if (!isTransferring()) {
@@ -265,6 +275,30 @@ void PrinterPanel::askToDisconnect()
                   {tr("Disconnect"), tr("A file is still being sent. Disconnect?"),
                    tr("It can be resumed afterwards."), tr("&Disconnect"), tr("&Go on sending")},
                   [this] { disconnectFromPrinter(); });
+}
+
+/// What comes from the printer proves nothing, so the default is not to trust it.
+void PrinterPanel::askToTrust(const QString &fingerprint)
+{
+    const zysession::Printer printer = m_control->printer();
+    const int half = fingerprint.size() / 2;
+    const QString lines = fingerprint.left(half) + QLatin1String(":\n") + fingerprint.mid(half + 1);
+    const QString remembered = printer.name.isEmpty()
+        ? tr("It is remembered until the panel is closed, or with the printer once that is saved.")
+        : tr("It is remembered with the saved printer.");
+    m_trustQuestion = confirm(
+        this,
+        {tr("Unknown certificate"),
+         tr("Nothing here knows the certificate of %1. Trust it?").arg(m_control->printerName()),
+         tr("Its SHA-256 fingerprint:\n\n%1\n\nTrust it only if that is the fingerprint that the "
+            "printer, or who runs it, names.")
+                 .arg(lines)
+             + QLatin1Char(' ') + remembered,
+         tr("&Trust and remember"), tr("&Cancel")},
+        [this, printer, fingerprint] {
+            m_control->connectTo(m_connection->trust(printer, fingerprint), m_connection->token());
+        });
+    m_trustQuestion->setTextInteractionFlags(Qt::TextSelectableByMouse);
 }
 
 void PrinterPanel::disconnectFromPrinter()

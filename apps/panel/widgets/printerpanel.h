@@ -47,6 +47,11 @@ public:
 
     /// Connects to "ws://host:port" or to a saved name.
     void connectTo(const QString &nameOrAddress);
+    /// Which certificate the printer at a wss:// address may show, in place of what is saved with
+    /// it: one that the PEM file @p authorities vouches for, or the one with this SHA-256
+    /// fingerprint.
+    void setCertificate(const QString &nameOrAddress, const QString &authorities,
+                        const QString &fingerprint);
     /// A file under way is interrupted, without a question.
     void disconnectFromPrinter();
     void setToken(const QString &token);
@@ -85,6 +90,7 @@ private:
     void onUploadChanged();
     void resumeUpload();
     void askToDisconnect();
+    void askToTrust(const QString &fingerprint);
     void commitToken();
     void showNotice(const Notice &notice);
     void updateHeadline();
@@ -104,6 +110,7 @@ private:
     bool m_wasTransferring = false;
     QString m_headline;
     QPointer<QMessageBox> m_question;
+    QPointer<QMessageBox> m_trustQuestion;
 };
 
 } // namespace zypanel

@@ -60,8 +60,11 @@ void SaveDialog::layOut()
 
 zysession::Printer SaveDialog::entered() const
 {
-    return {m_name->text().trimmed(), m_printer.url,
-            m_withToken->isChecked() ? m_printer.token : QString()};
+    zysession::Printer printer = m_printer;
+    printer.name = m_name->text().trimmed();
+    if (!m_withToken->isChecked())
+        printer.token.clear();
+    return printer;
 }
 
 void SaveDialog::check()

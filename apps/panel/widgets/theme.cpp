@@ -18,7 +18,9 @@ bool isDark(const QPalette &palette)
 
 QColor blended(const QColor &base, const QColor &over, qreal opacity)
 {
-    const auto mix = [opacity](qreal from, qreal to) { return from + (to - from) * opacity; };
+    const auto mix = [opacity](auto from, auto to) { // qreal in Qt 5, float in Qt 6
+        return static_cast<decltype(from)>(from + (to - from) * opacity);
+    };
     return QColor::fromRgbF(mix(base.redF(), over.redF()), mix(base.greenF(), over.greenF()),
                             mix(base.blueF(), over.blueF()));
 }

@@ -120,7 +120,7 @@ void TransferBox::setFile(const QString &path)
 {
     m_path->setText(path);
     m_name->setText(QFileInfo(path).fileName());
-    m_path->setCursorPosition(path.size());
+    m_path->end(false);
     // The same path may stand for another file by now.
     checkFile();
 }
@@ -188,6 +188,12 @@ void TransferBox::showUpload(State state)
         m_tick.stop();
     updateDetail();
     updateButtons();
+}
+
+void TransferBox::showReading(qint64 done, qint64 total)
+{
+    if (m_state == State::Offered)
+        m_detail->setText(tr("Reading the file: %1 of %2").arg(sizeText(done), sizeText(total)));
 }
 
 void TransferBox::showResumed(qint64 from)

@@ -44,6 +44,7 @@ public:
     void setConnected(bool isConnected);
     void showUpload(Upload::State state);
     void showResumed(qint64 from);
+    void showReading(qint64 done, qint64 total);
     void showProgress(qint64 received, qint64 total);
     /// Of what is being sent, rounded down; negative while nothing is.
     int percentage() const;

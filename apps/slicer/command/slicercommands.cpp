@@ -11,6 +11,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <zytlstrust.h>
+
 #include <algorithm>
 #include <iomanip>
 #include <map>
@@ -32,6 +34,8 @@ struct OptionValues {
     bool isAll = false;
     std::vector<std::string> members;
     std::string token;
+    std::string authorities;
+    std::string fingerprint;
     std::vector<std::string> files;
     std::string asName;
     std::string printName;
@@ -47,6 +51,7 @@ struct OptionValues {
     double interval = 1;
     int retries = 5;
     std::optional<int> compressionLevel;
+    bool isWithoutDigest = false;
     bool isPrinting = false;
     bool isWatching = false;
     bool isWaiting = false;
@@ -60,6 +65,7 @@ struct OptionValues {
     void fill(Request &request) const;
 
 private:
+    void fillTrust(const CLI::App &command, Request &request) const;
     void fillLimits(Request &request) const;
     void fillFiles(const CLI::App &command, Request &request) const;
 };
@@ -83,6 +89,15 @@ void requireText(const std::string &argument)
     if (QFile::encodeName(zyapp::fromArgument(argument)).toStdString() != argument)
         throw CLI::ValidationError("file name '" + argument
                                    + "' is not valid in this locale's encoding, such as UTF-8");
+}
+
+/// Null when the option is not given, and never null when it is.
+QString given(const CLI::App &command, const std::string &option, const std::string &value)
+{
+    const CLI::Option *found = command.get_option_no_throw(option);
+    if (found == nullptr || found->count() == 0)
+        return {};
+    return QLatin1String("") + zyapp::fromArgument(value);
 }
 
 std::string parameterNames()
@@ -109,15 +124,27 @@ zysession::Parameters toParameters(const std::vector<std::string> &assignments)
     return parameters;
 }
 
+void addTrustOptions(CLI::App *command, OptionValues &values)
+{
+    command
+        ->add_option("--ca", values.authorities, "PEM file of who may vouch for a wss:// printer")
+        ->type_name("FILE");
+    command
+        ->add_option("--fingerprint", values.fingerprint,
+                     "SHA-256 of the only certificate to accept")
+        ->type_name("SHA256HEX");
+}
+
 void addPrinterOptions(CLI::App *command, OptionValues &values)
 {
     auto *to = command->add_option("--to", values.printers,
                                    "Printer: URL, saved name or group; repeat for several");
     to->type_name("PRINTER")->allow_extra_args(false);
     command->add_flag("--all", values.isAll, "All saved printers")->excludes(to);
-    command->add_option("--token", values.token, "Token for print and status commands")
+    command->add_option("--token", values.token, "The printer's access token")
         ->envname("ZYSLICER_TOKEN")
         ->type_name("TOKEN");
+    addTrustOptions(command, values);
     command->add_option("--connect-timeout", values.connecting, "Until the connection is open")
         ->check(seconds(0.1))
         ->capture_default_str();
@@ -188,6 +215,8 @@ void addSend(CLI::App &app, OptionValues &values)
             "From 0 (none) to 9 (smallest); by default as the network and the file want it")
         ->check(CLI::Range(0, 9))
         ->type_name("LEVEL");
+    send->add_flag("--no-digest", values.isWithoutDigest,
+                   "Do not read the file beforehand for its SHA-256");
     addRetryOptions(send, values);
     send->add_option("--limit-rate", values.rateLimit,
                      "Bytes of the file in a second, on average, such as 500K or 2M")
@@ -245,13 +274,14 @@ void addPrinters(CLI::App &app, OptionValues &values)
                                     "List, add, group and remove saved printers");
     printers->require_subcommand(0, 1);
     CLI::App *add = addCommand(*printers, values, Request::Command::PrintersAdd, "add",
-                               "Save a name for a URL, or change its URL or token");
+                               "Save a name for a URL, or change what is saved with it");
     add->add_option("NAME", values.savedName, "Letters, digits, '-' and '_'")
         ->required()
         ->type_name("");
     add->add_option("URL", values.savedUrl, "ws://host:port")->required()->type_name("");
     add->add_option("--token", values.token, "Token to save with it; empty to forget one")
         ->type_name("TOKEN");
+    addTrustOptions(add, values);
     CLI::App *remove = addCommand(*printers, values, Request::Command::PrintersRemove, "remove",
                                   "Forget a saved printer or group");
     remove->add_option("NAME", values.savedName, "The saved name")->required()->type_name("");
@@ -308,9 +338,7 @@ void OptionValues::fill(Request &request) const
     request.printers = toTexts(printers);
     request.isAll = isAll;
     request.members = toTexts(members);
-    const CLI::Option *tokenOption = command->get_option_no_throw("--token");
-    if (tokenOption != nullptr && tokenOption->count() > 0)
-        request.token = QLatin1String("") + zyapp::fromArgument(token);
+    request.token = given(*command, "--token", token);
     request.isPrinting = isPrinting;
     request.isWatching = isWatching;
     request.isWaiting = isWaiting;
@@ -322,8 +350,29 @@ void OptionValues::fill(Request &request) const
     request.isJson = isJson;
     request.isQuiet = isQuiet;
     request.isVerbose = isVerbose;
+    fillTrust(*command, request);
     fillLimits(request);
     fillFiles(*command, request);
+}
+
+void OptionValues::fillTrust(const CLI::App &command, Request &request) const
+{
+    request.authorities = given(command, "--ca", authorities);
+    request.fingerprint = given(command, "--fingerprint", fingerprint);
+    const bool mayForget = request.command == Request::Command::PrintersAdd;
+    if (!request.authorities.isNull() && !(mayForget && authorities.empty())) {
+        const QString fault = ZyTlsTrust().useAuthorities(request.authorities);
+        if (!fault.isEmpty())
+            throw CLI::ValidationError("--ca '" + authorities + "': " + fault.toStdString());
+        // It may be saved, and used from another directory.
+        request.authorities = QFileInfo(request.authorities).absoluteFilePath();
+    }
+    if (!request.fingerprint.isNull() && !(mayForget && fingerprint.empty())) {
+        if (ZyTlsTrust::canonical(request.fingerprint).isEmpty())
+            throw CLI::ValidationError("--fingerprint '" + fingerprint
+                                       + "' is no SHA-256: 64 hex digits, with or without colons");
+        request.fingerprint = ZyTlsTrust::canonical(request.fingerprint);
+    }
 }
 
 void OptionValues::fillLimits(Request &request) const
@@ -338,6 +387,7 @@ void OptionValues::fillLimits(Request &request) const
     request.sending.setRateLimit(rateOf(rateLimit));
     if (compressionLevel)
         request.sending.setCompressionLevel(*compressionLevel);
+    request.sending.setSendsDigest(!isWithoutDigest);
     request.pollInterval = milliseconds(interval);
 }
 

@@ -8,7 +8,7 @@ namespace zyslicer
 {
 
 Fleet::Fleet(const Request &request, const QVector<zysession::Printer> &printers)
-    : m_outcomes(printers.size()), m_running(printers.size())
+    : m_outcomes(printers.size()), m_running(int(printers.size()))
 {
     for (int index = 0; index < printers.size(); ++index) {
         m_jobs.push_back(std::make_unique<Job>(request, printers[index]));

@@ -128,7 +128,7 @@ void FollowStep::retry(const QString &reason, bool isSilent)
     m_wasLost = true;
     context().link.close();
     // Only a user who watches is helped by trying again.
-    if (!context().link.wasOpen()) {
+    if (!context().link.wasOpen() || context().link.isRefused()) {
         endUnconnected();
     } else if (m_mode == Mode::Once || ++m_failures > context().request.sending.retries()) {
         endUnanswered(QStringLiteral("status"), reason, isSilent);

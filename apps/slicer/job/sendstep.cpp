@@ -46,6 +46,22 @@ Outcome fileOutcome(FileFault fault, const ModelFile &file)
     }
 }
 
+QString checkFailedAdvice(const ZySendResult &result, const ZySendOptions &options)
+{
+    if (result.checkState() == -1 && options.sendsDigest())
+        return QStringLiteral(
+            "the printer did not get the file as it is here, or finds it no valid "
+            "model (check state %1); send it again");
+    // Printers may keep such names for themselves and say no more than this.
+    if (result.storedName().startsWith(QLatin1Char('.')))
+        return QStringLiteral(
+            "the printer finds no valid model of this name (check state %1); it "
+            "may take no name that begins with a dot: give another one with --as");
+    return QStringLiteral(
+        "the printer has stored the file but finds it no valid model (check state "
+        "%1); slice it again");
+}
+
 } // namespace
 
 Outcomes checkModelFiles(const QVector<ModelFile> &files)
@@ -74,12 +90,15 @@ SendStep::SendStep(JobContext &context, const ModelFile &file)
 {
     ZySendOptions options = context.request.sending;
     options.setToken(token());
+    options.setTlsTrust(context.trust);
     m_sender.setOptions(options);
     connect(&m_sender, &ZyFileSender::offered, this, &SendStep::onOffered);
     connect(&m_sender, &ZyFileSender::resumed, this,
             [this](qint64 from) { report(Event::Kind::Resumed, from); });
     connect(&m_sender, &ZyFileSender::restarted, this, [this] { report(Event::Kind::Restarted); });
     connect(&m_sender, &ZyFileSender::progress, this, &SendStep::onProgress);
+    connect(&m_sender, &ZyFileSender::reading, this,
+            [this](qint64 done) { report(Event::Kind::Reading, done); });
     connect(&m_sender, &ZyFileSender::retrying, this, &SendStep::onRetrying);
     connect(&m_sender, &ZyFileSender::finished, this, &SendStep::onFinished);
     m_silenceWatch.setInterval(std::min(noticedSilence, options.stallTimeout() / 3));
@@ -164,18 +183,11 @@ void SendStep::onFinished(const ZySendResult &result)
         reportStored(result);
         end();
         break;
-    case Ending::CheckFailed: {
+    case Ending::CheckFailed:
         reportStored(result);
-        // Printers may keep such names for themselves and say no more than this.
-        const QString advice = result.storedName().startsWith(QLatin1Char('.'))
-            ? QStringLiteral("the printer finds no valid model of this name (check state %1); it "
-                             "may take no name that begins with a dot: give another one with --as")
-            : QStringLiteral("the printer has stored the file but finds it no valid model (check "
-                             "state %1); slice it again");
         endWith(ExitCode::CheckFailed, QStringLiteral("check failed"),
-                advice.arg(result.checkState()));
+                checkFailedAdvice(result, m_sender.options()).arg(result.checkState()));
         break;
-    }
     case Ending::Cancelled:
         endWith(ExitCode::Interrupted, QStringLiteral("interrupted"), cancelText(result));
         break;
@@ -222,7 +234,7 @@ void SendStep::endNotSent(const ZySendResult &result)
         end(fileOutcome(result.fileFault(), m_file));
         break;
     case Ending::NoConnection:
-        endUnconnected(result.connectionFault(), result.detail());
+        endUnconnected(result.connectionFault(), result.detail(), result.refusedFingerprint());
         break;
     case Ending::GaveUp:
         endWith(ExitCode::GivenUp,

@@ -20,7 +20,7 @@ using zysession::PrinterStatus;
 
 constexpr int longestFinding = 3000; // ms: it only makes a message better
 
-QString connectionAdvice(Fault fault)
+QString connectionAdvice(Fault fault, const QString &fingerprint)
 {
     switch (fault) {
     case Fault::Refused:
@@ -35,6 +35,17 @@ QString connectionAdvice(Fault fault)
         return QStringLiteral("something else answers there: check the address and the port");
     case Fault::BadAddress:
         return QStringLiteral("give a URL such as ws://192.168.1.20:8080");
+    case Fault::CertificateUntrusted:
+        return QStringLiteral(
+                   "its SHA-256 fingerprint is %1: if that is the printer's, give it with "
+                   "--fingerprint or save it with 'zyslicer printers add'; or name who "
+                   "vouches for it with --ca")
+            .arg(fingerprint);
+    case Fault::CertificateChanged:
+        return QStringLiteral("it shows %1: another device may pose as the printer, so nothing was "
+                              "sent; if the printer has a new certificate, give that one's "
+                              "--fingerprint")
+            .arg(fingerprint);
     case Fault::TimedOut:
     case Fault::Network:
     case Fault::None:
@@ -73,15 +84,19 @@ void Step::endInterrupted(const QString &consequence)
 
 void Step::endUnconnected()
 {
-    endUnconnected(m_context.link.fault(), m_context.link.faultText());
+    endUnconnected(m_context.link.fault(), m_context.link.faultText(),
+                   m_context.link.refusedFingerprint());
 }
 
-void Step::endUnconnected(Fault fault, const QString &detail)
+void Step::endUnconnected(Fault fault, const QString &detail, const QString &fingerprint)
 {
-    const bool hasDetail = (fault == Fault::Network || fault == Fault::Tls) && !detail.isEmpty();
-    end({ExitCode::NoConnection,
-         QStringLiteral("no connection (%1)").arg(hasDetail ? detail : ZySendResult::text(fault)),
-         printer(), connectionAdvice(fault)});
+    QString reason = ZySendResult::text(fault);
+    if (fault == Fault::CertificateUntrusted)
+        reason += QStringLiteral(": ") + detail;
+    else if ((fault == Fault::Network || fault == Fault::Tls) && !detail.isEmpty())
+        reason = detail;
+    end({ExitCode::NoConnection, QStringLiteral("no connection (%1)").arg(reason), printer(),
+         connectionAdvice(fault, fingerprint)});
 }
 
 void Step::endUnanswered(const QString &question, const QString &reason, bool isSilent)

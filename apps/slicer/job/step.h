@@ -24,10 +24,12 @@ struct JobContext {
     JobContext(const Request &wanted, const zysession::Printer &where)
         : request(wanted), printer(where), link(where.url, wanted.limits)
     {
+        link.setTlsTrust(trust);
     }
 
     const Request request;
     const zysession::Printer printer;
+    const ZyTlsTrust trust = printer.trust();
     zysession::PrinterLink link; ///< for commands
     QString storedName; ///< the name under which the printer stored the last file sent
 };
@@ -59,8 +61,9 @@ protected:
     bool hasEnded() const { return m_hasEnded; }
     void endInterrupted(const QString &consequence);
     void endUnconnected();
-    /// @p detail in the system's words.
-    void endUnconnected(ZySendResult::ConnectionFault fault, const QString &detail = {});
+    /// @p detail in the system's words; @p fingerprint of a certificate that was refused.
+    void endUnconnected(ZySendResult::ConnectionFault fault, const QString &detail = {},
+                        const QString &fingerprint = {});
     /// @p question for people; @p isSilent where the connection is open.
     void endUnanswered(const QString &question, const QString &reason, bool isSilent);
     void endTokenRejected();

@@ -58,6 +58,23 @@ Outcome notAnAddress(const QString &text)
             QStringLiteral("give a URL such as ws://192.168.1.20:8080")};
 }
 
+/// What is given for all printers, or is saved with this one.
+QString orSaved(const QString &given, const QString &saved)
+{
+    return given.isNull() ? saved : given;
+}
+
+/// A certificate is either checked as the user wants it, or nothing is sent.
+Outcome trustOutcome(const Printer &printer)
+{
+    ZyTlsTrust trust;
+    const QString fault = printer.readTrust(trust);
+    if (fault.isEmpty())
+        return {};
+    return {ExitCode::Usage, QStringLiteral("no certificate to check"), fault,
+            QStringLiteral("give a wss:// address with --ca or --fingerprint, or neither of them")};
+}
+
 Outcome Saved::read()
 {
     const SettingsFault fault = printers.read();
@@ -124,9 +141,14 @@ Outcome addPrinter(const Request &request, Saved &saved)
     if (saved.groups.all().contains(name))
         return {ExitCode::Usage, QStringLiteral("name of a group"), name,
                 QStringLiteral("give another name, or remove the group first")};
-    // A printer that moves to another address keeps its token.
-    const QString token = request.token.isNull() ? saved.printers.find(name).token : request.token;
-    return settingsOutcome(saved.printers.save({name, url, token}), saved.printers);
+    // A printer that moves to another address keeps its token and its certificate.
+    const Printer before = saved.printers.find(name);
+    const Printer printer{name, url, orSaved(request.token, before.token),
+                          orSaved(request.authorities, before.authorities),
+                          orSaved(request.fingerprint, before.fingerprint)};
+    const Outcome trusted = trustOutcome(printer);
+    return trusted.isOk() ? settingsOutcome(saved.printers.save(printer), saved.printers)
+                          : trusted;
 }
 
 Outcome addGroup(const Request &request, Saved &saved)
@@ -184,15 +206,22 @@ void writeTable(const Saved &saved)
     for (auto group = groups.cbegin(); group != groups.cend(); ++group)
         rows.append({group.key(), group.value().join(QLatin1Char(' '))});
     int width = 0;
+<<<<<<< HEAD
+    for (const Printer &printer : printers)
+        width = std::max(width, int(printer.name.size()));
+    for (const Printer &printer : printers)
+        writeOut(printer.name.leftJustified(width + 2) + printer.url.toString()
+                 + QLatin1Char('\n'));
+=======
     for (const auto &row : qAsConst(rows))
         width = std::max(width, row.first.size());
     for (const auto &row : qAsConst(rows))
         writeOut(row.first.leftJustified(width + 2) + row.second + QLatin1Char('\n'));
+>>>>>>> main
 }
 
-} // namespace
-
-Outcome findPrinters(const Request &request, QVector<Printer> &printers)
+/// The printers that the request names, as they are saved.
+Outcome findNamedPrinters(const Request &request, QVector<Printer> &printers)
 {
     Saved saved(request.settingsFile);
     if (request.printers.isEmpty())
@@ -212,6 +241,22 @@ Outcome findPrinters(const Request &request, QVector<Printer> &printers)
         }
     }
     return {};
+}
+
+} // namespace
+
+Outcome findPrinters(const Request &request, QVector<Printer> &printers)
+{
+    Outcome outcome = findNamedPrinters(request, printers);
+    const bool isTrustGiven = !request.authorities.isNull() || !request.fingerprint.isNull();
+    for (int i = 0; i < printers.size() && outcome.isOk(); ++i) {
+        if (isTrustGiven) {
+            printers[i].authorities = request.authorities;
+            printers[i].fingerprint = request.fingerprint;
+        }
+        outcome = trustOutcome(printers[i]);
+    }
+    return outcome;
 }
 
 Outcome runPrintersCommand(const Request &request)

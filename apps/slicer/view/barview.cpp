@@ -37,6 +37,9 @@ void BarView::report(int printer, const Event &event)
 {
     QString text = news(printer, event);
     switch (event.kind) {
+    case Event::Kind::Reading:
+        setNote(printer, event, QStringLiteral("reading ") + byteText(event.received, event.total));
+        break;
     case Event::Kind::Offered:
         setNote(printer, event, QStringLiteral("waiting for the printer"));
         break;

@@ -24,6 +24,8 @@ namespace keys = zyws::keys;
 QString kindName(Event::Kind kind)
 {
     switch (kind) {
+    case Event::Kind::Reading:
+        return QStringLiteral("reading");
     case Event::Kind::Offered:
         return QStringLiteral("offered");
     case Event::Kind::Progress:
@@ -96,6 +98,10 @@ QJsonObject withNumbers(QJsonObject answer)
 QJsonObject fields(const Event &event)
 {
     switch (event.kind) {
+    case Event::Kind::Reading:
+        return {{QStringLiteral("file"), event.file},
+                {QStringLiteral("read"), event.received},
+                {QStringLiteral("total"), event.total}};
     case Event::Kind::Progress:
         return {{QStringLiteral("file"), event.file},
                 {QStringLiteral("received"), event.received},

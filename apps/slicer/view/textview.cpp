@@ -30,8 +30,13 @@ QString tableText(const QVector<QStringList> &table)
         for (int column = 0; column < cells.size(); ++column) {
             int width = 0;
             for (const QStringList &other : table)
+<<<<<<< HEAD
+                width = std::max(width, int(other[column].size()));
+            line += cells[column].leftJustified(width + 2);
+=======
                 width = std::max(width, zyapp::displayWidth(other[column]));
             line += zyapp::padded(cells[column], width + 2);
+>>>>>>> main
         }
         text += zyapp::onOneLine(line.trimmed()) + QLatin1Char('\n');
     }
@@ -62,8 +67,12 @@ QStringList transferCells(const TransferLog::Entry &entry)
 } // namespace
 
 TextView::TextView(const QVector<zysession::Printer> &printers)
+<<<<<<< HEAD
+    : View(printers), m_transfers(int(printers.size())), m_outcomes(printers.size())
+=======
     : View(printers), m_transfers(printers.size()), m_outcomes(printers.size()),
       m_snapshots(printers.size())
+>>>>>>> main
 {
 }
 
@@ -159,6 +168,8 @@ void PlainView::report(int printer, const Event &event)
     QString text = news(printer, event);
     if (event.kind == Event::Kind::Progress)
         text = progressText(printer, event);
+    else if (event.kind == Event::Kind::Reading)
+        text = readingText(printer, event);
     else if (event.kind == Event::Kind::Status)
         text = statusText(printer, event);
     else if (event.kind == Event::Kind::Stalled || event.kind == Event::Kind::Waiting)
@@ -181,6 +192,12 @@ QString PlainView::progressText(int printer, const Event &event)
                              .arg(byteText(event.received, event.total));
     const double rate = transfers().entry(printer, event.file).rate.bytesPerSecond();
     return rate > 0 ? text + QLatin1Char(' ') + rateText(rate) : text;
+}
+
+QString PlainView::readingText(int printer, const Event &event)
+{
+    const QString text = event.file + QStringLiteral(": reading before it is sent");
+    return isNews(printer, text) ? text : QString();
 }
 
 QString PlainView::statusText(int printer, const Event &event)

@@ -52,6 +52,7 @@ public:
 
 private:
     QString progressText(int printer, const Event &event);
+    QString readingText(int printer, const Event &event);
     QString statusText(int printer, const Event &event);
     bool isNews(int printer, const QString &step);
 

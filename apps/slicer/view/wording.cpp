@@ -203,6 +203,7 @@ QString silenceText(const Event &event)
 QString eventText(const Event &event, const zysession::Printer &printer)
 {
     switch (event.kind) {
+    case Event::Kind::Reading:
     case Event::Kind::Offered:
     case Event::Kind::Progress:
     case Event::Kind::Status:

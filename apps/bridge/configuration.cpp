@@ -1,0 +1,223 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// What the configuration file says, and what is wrong with it.
+
+#include "configuration.h"
+
+#include <QFileInfo>
+#include <QSettings>
+#include <QSysInfo>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace zybridge
+{
+
+namespace
+{
+
+constexpr quint16 plainPort = 1883;
+constexpr quint16 tlsPort = 8883;
+
+/// Reads values and remembers what was wrong with them.
+class Reader
+{
+public:
+    explicit Reader(const QString &file) : m_settings(file, QSettings::IniFormat) { }
+
+    QString text(const QString &key, const QString &otherwise = {})
+    {
+        m_known.append(key);
+        // A comma makes a list of a text.
+        const QVariant value = m_settings.value(key);
+        return value.isValid() ? value.toStringList().join(QLatin1String(", ")).trimmed()
+                               : otherwise;
+    }
+
+    int number(const QString &key, int otherwise, int least, int most)
+    {
+        const QString given = text(key, QString::number(otherwise));
+        bool isNumber = false;
+        const int value = given.toInt(&isNumber);
+        if (isNumber && value >= least && value <= most)
+            return value;
+        fault(QStringLiteral("%1 is no number from %2 to %3").arg(key).arg(least).arg(most), given,
+              QStringLiteral("leave it out for %1").arg(otherwise));
+        return otherwise;
+    }
+
+    bool yes(const QString &key)
+    {
+        const QString given = text(key, QStringLiteral("no"));
+        const bool isYes = given == QLatin1String("yes") || given == QLatin1String("true");
+        if (!isYes && given != QLatin1String("no") && given != QLatin1String("false"))
+            fault(QStringLiteral("%1 is neither yes nor no").arg(key), given,
+                  QStringLiteral("write yes or no"));
+        return isYes;
+    }
+
+    /// The path of something that has to be there; empty when none is given.
+    QString path(const QString &key, bool isDirectory)
+    {
+        const QString given = text(key);
+        const QFileInfo info(given);
+        if (!given.isEmpty() && !(isDirectory ? info.isDir() : info.isFile() && info.isReadable()))
+            fault(QStringLiteral("%1 is no readable %2")
+                      .arg(key, isDirectory ? QStringLiteral("directory") : QStringLiteral("file")),
+                  given, QStringLiteral("check the path and its permissions"));
+        return given.isEmpty() ? given : info.absoluteFilePath();
+    }
+
+    QStringList keysIn(const QString &section)
+    {
+        m_settings.beginGroup(section);
+        const QStringList keys = m_settings.allKeys();
+        m_settings.endGroup();
+        return keys;
+    }
+
+    QStringList list(const QString &key) { return m_settings.value(key).toStringList(); }
+
+    /// Whatever was not asked for, is probably misspelt.
+    void checkForUnknownKeys(const QStringList &freeSections)
+    {
+        for (const QString &key : m_settings.allKeys()) {
+            if (!m_known.contains(key)
+                && !freeSections.contains(key.section(QLatin1Char('/'), 0, 0)))
+                fault(QStringLiteral("unknown key"), key, QStringLiteral("see zybridge(1)"));
+        }
+    }
+
+    void fault(const QString &what, const QString &value, const QString &remedy)
+    {
+        m_faults.append(QStringLiteral("%1: %2; %3").arg(what, value, remedy));
+    }
+
+    const QStringList &faults() const { return m_faults; }
+
+private:
+    QSettings m_settings;
+    QStringList m_known;
+    QStringList m_faults;
+};
+
+BrokerSettings readBroker(Reader &reader)
+{
+    const QString given
+        = reader.text(QStringLiteral("broker/url"), QStringLiteral("mqtt://localhost"));
+    const QUrl url(given, QUrl::StrictMode);
+    BrokerSettings broker;
+    broker.isSecure = url.scheme() == QLatin1String("mqtts");
+    if (url.host().isEmpty() || !(broker.isSecure || url.scheme() == QLatin1String("mqtt")))
+        reader.fault(QStringLiteral("broker/url is no address of a broker"), given,
+                     QStringLiteral("write mqtt://host:port or mqtts://host:port"));
+    broker.host = url.host();
+    broker.port = quint16(url.port(broker.isSecure ? tlsPort : plainPort));
+    broker.user = reader.text(QStringLiteral("broker/user"));
+    broker.password = reader.text(QStringLiteral("broker/password"));
+    broker.caFile = reader.path(QStringLiteral("broker/ca"), false);
+    broker.certFile = reader.path(QStringLiteral("broker/certificate"), false);
+    broker.keyFile = reader.path(QStringLiteral("broker/key"), false);
+    if (broker.certFile.isEmpty() != broker.keyFile.isEmpty())
+        reader.fault(QStringLiteral("certificate and key belong together"), given,
+                     QStringLiteral("give broker/certificate and broker/key, or neither"));
+    return broker;
+}
+
+bool isReserved(const QString &name)
+{
+    return name == QLatin1String("jobs") || name == QLatin1String("bridge");
+}
+
+void addPrinters(Reader &reader, QVector<zysession::Printer> &printers, const QString &file)
+{
+    zysession::SavedPrinters book(file);
+    if (book.read() != zysession::SettingsFault::None)
+        reader.fault(QStringLiteral("no readable settings"), file,
+                     QStringLiteral("give a file with a section [printers]"));
+    for (const zysession::Printer &printer : book.printers()) {
+        const bool isTwice
+            = std::any_of(printers.begin(), printers.end(), [&](const zysession::Printer &each) {
+                  return each.name == printer.name;
+              });
+        if (isTwice)
+            continue; // the configuration's own come first
+        if (!zysession::isPrinterName(printer.name) || isReserved(printer.name))
+            reader.fault(
+                QStringLiteral("no possible name of a printer"), printer.name,
+                QStringLiteral("use letters, digits, '-' and '_', neither jobs nor bridge"));
+        else if (printer.url.isEmpty())
+            reader.fault(QStringLiteral("printer without an address"), printer.name,
+                         QStringLiteral("write name=ws://host:port"));
+        else
+            printers.append(printer);
+    }
+}
+
+QMap<QString, QStringList> readGroups(Reader &reader, const QVector<zysession::Printer> &printers)
+{
+    QMap<QString, QStringList> groups;
+    for (const QString &group : reader.keysIn(QStringLiteral("groups"))) {
+        if (!zysession::isPrinterName(group))
+            reader.fault(QStringLiteral("no possible name of a group"), group,
+                         QStringLiteral("use letters, digits, '-' and '_'"));
+        for (const QString &entry : reader.list(QStringLiteral("groups/") + group)) {
+            const QString member = entry.trimmed();
+            const bool isKnown
+                = std::any_of(printers.begin(), printers.end(),
+                              [&](const zysession::Printer &each) { return each.name == member; });
+            if (isKnown)
+                groups[group].append(member);
+            else
+                reader.fault(QStringLiteral("group %1 names an unknown printer").arg(group), member,
+                             QStringLiteral("add it to the section [printers]"));
+        }
+    }
+    return groups;
+}
+
+} // namespace
+
+QStringList Configuration::groupsOf(const QString &printer) const
+{
+    QStringList found;
+    for (auto it = groups.cbegin(); it != groups.cend(); ++it) {
+        if (it.value().contains(printer))
+            found.append(it.key());
+    }
+    return found;
+}
+
+QStringList Configuration::read(const QString &file)
+{
+    const QFileInfo info(file);
+    if (!info.isFile() || !info.isReadable()
+        || zysession::checkSettingsFile(file) != zysession::SettingsFault::None)
+        return {QStringLiteral("no readable configuration file: %1; see zybridge(1)").arg(file)};
+    Reader reader(file);
+    name = reader.text(QStringLiteral("bridge/name"), QSysInfo::machineHostName());
+    if (!zysession::isPrinterName(name))
+        reader.fault(QStringLiteral("no possible name of a bridge"), name,
+                     QStringLiteral("use letters, digits, '-' and '_'"));
+    spool = reader.path(QStringLiteral("bridge/spool"), true);
+    stateDirectory = reader.path(QStringLiteral("bridge/state"), true);
+    polling = reader.number(QStringLiteral("bridge/poll"), polling, 50, 60000);
+    settling = reader.number(QStringLiteral("bridge/settle"), settling, 0, 60000);
+    uploads = reader.number(QStringLiteral("bridge/uploads"), uploads, 1, 100);
+    announcesToHomeAssistant = reader.yes(QStringLiteral("bridge/homeassistant"));
+    broker = readBroker(reader);
+    addPrinters(reader, printers, file);
+    const QString book = reader.path(QStringLiteral("bridge/book"), false);
+    if (!book.isEmpty())
+        addPrinters(reader, printers, book);
+    if (printers.isEmpty())
+        reader.fault(QStringLiteral("no printers"), file,
+                     QStringLiteral("name them in the section [printers]"));
+    groups = readGroups(reader, printers);
+    reader.checkForUnknownKeys(
+        {QStringLiteral("printers"), QStringLiteral("tokens"), QStringLiteral("groups")});
+    return reader.faults();
+}
+
+} // namespace zybridge

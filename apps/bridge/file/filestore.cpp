@@ -1,0 +1,217 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The files that may be sent: those of the spool directory, and those fetched by HTTP.
+
+#include "filestore.h"
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QNetworkReply>
+#include <QRegularExpression>
+#include <QSaveFile>
+
+namespace zybridge
+{
+
+namespace
+{
+
+constexpr int silenceLimit = 30000; // ms without a byte
+constexpr qint64 largestFile = 4LL * 1024 * 1024 * 1024;
+constexpr int daysKept = 7;
+
+using Answer = FileStore::Answer;
+
+Answer refusal(const char *error, const QString &text)
+{
+    return {{}, QLatin1String(error), text, false};
+}
+
+Answer digestRefusal(const QByteArray &wanted, const QByteArray &found)
+{
+    return refusal("digest",
+                   QStringLiteral("the file has the SHA-256 %1, not %2")
+                       .arg(QString::fromLatin1(found), QString::fromLatin1(wanted)));
+}
+
+QByteArray digestOf(const QString &path)
+{
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    return file.open(QIODevice::ReadOnly) && hash.addData(&file) ? hash.result().toHex()
+                                                                 : QByteArray();
+}
+
+bool isDigest(const QByteArray &text)
+{
+    static const QRegularExpression pattern(QStringLiteral("^[0-9a-f]{64}$"));
+    return pattern.match(QString::fromLatin1(text)).hasMatch();
+}
+
+} // namespace
+
+QString FileRequest::read(const QJsonObject &object)
+{
+    const auto text = [&](const char *key) { return object.value(QLatin1String(key)).toString(); };
+    file = text("file");
+    url = QUrl(text("url"), QUrl::StrictMode);
+    sha256 = text("sha256").toLatin1().toLower();
+    const bool hasUrl = object.contains(QLatin1String("url"));
+    if (file.isEmpty() == !hasUrl)
+        return QStringLiteral("give either \"file\" or \"url\"");
+    if (hasUrl && url.scheme() != QLatin1String("http") && url.scheme() != QLatin1String("https"))
+        return QStringLiteral("\"url\" is no http or https address");
+    if (hasUrl ? !isDigest(sha256) : !sha256.isEmpty() && !isDigest(sha256))
+        return QStringLiteral("\"sha256\" has to be 64 hex digits");
+    name = text("name");
+    if (name.isEmpty())
+        name = hasUrl ? url.fileName() : QFileInfo(file).fileName();
+    return name.isEmpty() ? QStringLiteral("give the \"name\" that the file has on the printer")
+                          : QString();
+}
+
+/// One download, whoever waits for it.
+struct FileStore::Fetch {
+    explicit Fetch(const QString &path) : file(path) { }
+
+    QSaveFile file;
+    QCryptographicHash hash{QCryptographicHash::Sha256};
+    QVector<Done> waiting;
+};
+
+FileStore::FileStore(const QString &spool, const QString &cache, QObject *parent)
+    : QObject(parent), m_spool(spool), m_cache(cache)
+{
+    QDir().mkpath(cache);
+    removeOldFiles();
+}
+
+void FileStore::provide(const FileRequest &request, const Done &done)
+{
+    const auto refuse = [&](const Answer &answer) {
+        QMetaObject::invokeMethod(
+            this, [done, answer] { done(answer); }, Qt::QueuedConnection);
+    };
+    if (!request.url.isEmpty()) {
+        fetch(request, done);
+        return;
+    }
+    if (m_spool.isEmpty()) {
+        refuse(refusal("no-spool", QStringLiteral("the bridge has no spool directory")));
+        return;
+    }
+    const QFileInfo info(QDir(m_spool), request.file);
+    // Symbolic links are followed first: none leads out of the directory.
+    const QString path = info.canonicalFilePath();
+    const QString inside = QFileInfo(m_spool).canonicalFilePath() + QLatin1Char('/');
+    if (!path.startsWith(inside) || !info.isFile() || !info.isReadable()) {
+        refuse(refusal("no-file",
+                       QStringLiteral("there is no readable file %1 in the spool directory")
+                           .arg(request.file)));
+        return;
+    }
+    checkDigest(path, request.sha256, done);
+}
+
+/// In a thread: a model may be large.
+void FileStore::checkDigest(const QString &path, const QByteArray &sha256, const Done &done)
+{
+    if (sha256.isEmpty()) {
+        QMetaObject::invokeMethod(
+            this,
+            [done, path] {
+                done({path, {}, {}, false});
+            },
+            Qt::QueuedConnection);
+        return;
+    }
+    // The pool's destructor waits for it.
+    m_pool.start([this, path, sha256, done] {
+        const QByteArray found = digestOf(path);
+        const Answer answer
+            = found == sha256 ? Answer{path, {}, {}, false} : digestRefusal(sha256, found);
+        QMetaObject::invokeMethod(
+            this, [done, answer] { done(answer); }, Qt::QueuedConnection);
+    });
+}
+
+QString FileStore::cachedPath(const QByteArray &sha256) const
+{
+    return m_cache + QLatin1Char('/') + QString::fromLatin1(sha256);
+}
+
+void FileStore::fetch(const FileRequest &request, const Done &done)
+{
+    const QString path = cachedPath(request.sha256);
+    if (QFileInfo::exists(path)) {
+        QMetaObject::invokeMethod(
+            this,
+            [done, path] {
+                done({path, {}, {}, false});
+            },
+            Qt::QueuedConnection);
+        return;
+    }
+    const auto underWay = m_fetches.constFind(request.sha256);
+    if (underWay != m_fetches.constEnd()) {
+        underWay.value()->waiting.append(done);
+        return;
+    }
+    const auto state = std::make_shared<Fetch>(path);
+    state->waiting.append(done);
+    m_fetches.insert(request.sha256, state);
+    QNetworkRequest get(request.url);
+    get.setTransferTimeout(silenceLimit);
+    get.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                     QNetworkRequest::NoLessSafeRedirectPolicy);
+    QNetworkReply *reply = m_network.get(get);
+    state->file.open(QIODevice::WriteOnly);
+    connect(reply, &QNetworkReply::readyRead, this, [reply, state = state.get()] {
+        const QByteArray part = reply->readAll();
+        state->hash.addData(part);
+        if (state->file.write(part) != part.size() || state->file.pos() > largestFile)
+            reply->abort();
+    });
+    connect(reply, &QNetworkReply::finished, this,
+            [this, reply, sha256 = request.sha256] { endFetch(sha256, reply); });
+}
+
+void FileStore::endFetch(const QByteArray &sha256, QNetworkReply *reply)
+{
+    const auto state = m_fetches.take(sha256);
+    const QByteArray rest = reply->readAll();
+    state->hash.addData(rest);
+    state->file.write(rest);
+    reply->deleteLater();
+    Answer answer;
+    const QByteArray found = state->hash.result().toHex();
+    if (reply->error() != QNetworkReply::NoError) {
+        answer = refusal("fetch", reply->errorString());
+        // 404 and its like stay; a server that does not answer may answer later.
+        answer.isPassing = !reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    } else if (found != sha256) {
+        answer = digestRefusal(sha256, found);
+    } else if (!state->file.commit()) {
+        answer = refusal("storage", state->file.errorString());
+        answer.isPassing = true;
+    } else {
+        answer.path = cachedPath(sha256);
+    }
+    removeOldFiles();
+    for (const Done &done : state->waiting)
+        done(answer);
+}
+
+void FileStore::removeOldFiles() const
+{
+    const QDateTime oldest = QDateTime::currentDateTime().addDays(-daysKept);
+    const QFileInfoList files = QDir(m_cache).entryInfoList(QDir::Files);
+    for (const QFileInfo &file : files) {
+        if (file.lastModified() < oldest)
+            QFile::remove(file.filePath());
+    }
+}
+
+} // namespace zybridge

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Whose job is whose, as the broker has ordered what the bridges say.
+
+#ifndef CLAIMS_H
+#define CLAIMS_H
+
+#include "jobrecord.h"
+
+#include <QHash>
+
+namespace zybridge
+{
+
+/**
+ * The broker delivers the messages of one topic to all bridges in the same order, their own
+ * included. So all come to the same answer by one rule: the first record counts; after it only
+ * those of the same bridge in the same epoch, or of a higher epoch.
+ */
+class Claims
+{
+public:
+    /// False for a record that does not count; the one that does has to be published again by its
+    /// bridge, since the broker retains the last message.
+    bool take(const JobRecord &record);
+    /// The broker has deleted the retained message.
+    void forget(const QString &key) { m_records.remove(key); }
+
+    std::optional<JobRecord> find(const QString &key) const;
+
+private:
+    QHash<QString, JobRecord> m_records;
+};
+
+} // namespace zybridge
+
+#endif // CLAIMS_H

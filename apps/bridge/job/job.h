@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// A job that the bridge has in hand.
+
+#ifndef JOB_H
+#define JOB_H
+
+#include "jobrecord.h"
+#include "placement.h"
+
+#include <QPointer>
+
+#include <memory>
+
+namespace zybridge
+{
+
+struct Job {
+    /// The request as the broker delivered it, which it may do more than once.
+    struct Copy {
+        QPointer<MqttConnection> connection; ///< holds it until the job is settled
+        Message message;
+    };
+
+    JobRecord record;
+    QByteArray request; ///< payload
+    FileRequest file;
+    bool isOwn = false; ///< claimed by this bridge, and in its ledger
+    int suspicions = 0; ///< printers that refused it
+    int handOver = 0; ///< number of the message that gives it to another bridge; 0: none
+    QVector<Copy> copies;
+    std::unique_ptr<Placement> placement;
+
+    /// The fault, empty when @p request names a job and its file.
+    QString read(const QString &group, const QByteArray &payload);
+    /// Forgets those that went back to the broker with their connection.
+    void dropLostCopies();
+};
+
+} // namespace zybridge
+
+#endif // JOB_H

@@ -1,0 +1,299 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// Takes jobs and their records from the broker, and gives jobs to free printers.
+
+#include "jobdesk.h"
+
+#include "mqtt/topics.h"
+#include "peers.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QJsonDocument>
+
+#include <algorithm>
+
+namespace zybridge
+{
+
+namespace
+{
+
+using State = JobRecord::State;
+
+constexpr int tickInterval = 1000; // ms
+constexpr int considerDelay = 20; // ms
+
+} // namespace
+
+QString Job::read(const QString &group, const QByteArray &payload)
+{
+    const QJsonObject object = QJsonDocument::fromJson(payload).object();
+    request = payload;
+    record.group = group;
+    record.id = object.value(QLatin1String("id")).toString();
+    if (!isJobName(record.id))
+        return QStringLiteral("\"id\" has to be 1 to 64 letters, digits, '-' and '_'");
+    return file.read(object);
+}
+
+void Job::dropLostCopies()
+{
+    const auto isLost = [](const Copy &each) {
+        return !each.connection || !each.connection->isHolding(each.message.delivery);
+    };
+    copies.erase(std::remove_if(copies.begin(), copies.end(), isLost), copies.end());
+}
+
+JobDesk::JobDesk(const QString &bridge, MqttConnection &broker, const Stations &stations,
+                 const QMap<QString, QStringList> &groups, const Peers &peers, FileStore &files,
+                 int uploads, QObject *parent)
+    : QObject(parent), m_bridge(bridge), m_broker(broker), m_stations(stations), m_groups(groups),
+      m_peers(peers), m_files(files), m_uploads(uploads)
+{
+    m_tick.setInterval(tickInterval);
+    connect(&m_tick, &QTimer::timeout, this, [this] {
+        consider();
+        handOver();
+    });
+    m_soon.setInterval(considerDelay);
+    m_soon.setSingleShot(true);
+    connect(&m_soon, &QTimer::timeout, this, &JobDesk::consider);
+    connect(&peers, &Peers::changed, &m_soon, qOverload<>(&QTimer::start));
+    connect(&broker, &MqttConnection::published, this, &JobDesk::onPublished);
+}
+
+JobDesk::~JobDesk() = default;
+
+QString JobDesk::start(const QString &file)
+{
+    const QString fault = m_ledger.open(file);
+    if (!fault.isEmpty())
+        return fault;
+    for (const JobLedger::Entry &entry : m_ledger.unfinished()) {
+        Job &job = m_jobs[entry.record.key()];
+        job.read(entry.record.group, entry.request);
+        job.record = entry.record;
+        job.isOwn = true;
+        if (job.record.state != State::Placing)
+            resume(job);
+    }
+    for (const auto &each : m_stations) {
+        const PrinterBridge *printer = &each.second->printer();
+        connect(printer, &PrinterBridge::statusChanged, &m_soon, qOverload<>(&QTimer::start));
+        connect(printer, &PrinterBridge::onlineChanged, &m_soon, qOverload<>(&QTimer::start));
+    }
+    m_tick.start();
+    return {};
+}
+
+/// A job that a bridge of this name has started, or was about to, before it ended.
+void JobDesk::resume(Job &job)
+{
+    const auto station = m_stations.find(job.record.printer);
+    if (station == m_stations.end()) {
+        settle(job.record.key(), State::Doubtful,
+               {QStringLiteral("doubtful"),
+                QStringLiteral("its printer is not the bridge's any more")});
+        return;
+    }
+    begin(job, *station->second);
+    if (job.record.state == State::Starting)
+        job.placement->findOut(job.record.file, job.record.before);
+    else
+        job.placement->watch(job.record.file);
+    station->second->topics().setJob(job.record.id);
+}
+
+void JobDesk::setActive(bool isActive)
+{
+    m_isActive = isActive;
+    if (!isActive) {
+        // A lost broker says nothing of what was on the way to it.
+        m_lastRecords.clear();
+        for (auto &each : m_jobs)
+            each.second.handOver = 0;
+    }
+    consider();
+}
+
+void JobDesk::take(MqttConnection &connection, const Message &message)
+{
+    Job fresh;
+    Failure failure;
+    if (requestObject(message.payload, failure.word, failure.text)) {
+        const QString fault
+            = fresh.read(message.topic.section(QLatin1Char('/'), 2), message.payload);
+        if (!fault.isEmpty())
+            failure = {QStringLiteral("malformed"), fault};
+    }
+    if (!failure.isNone()) {
+        respond(m_broker, message, failedAnswer(failure.word, failure.text));
+        connection.acknowledge(message.delivery);
+        return;
+    }
+    const QString key = fresh.record.key();
+    auto job = m_jobs.find(key);
+    if (job == m_jobs.end()) {
+        // A job that is over is only in the ledger.
+        if (const auto entry = m_ledger.find(key))
+            fresh.record = entry->record;
+        job = m_jobs.emplace(key, std::move(fresh)).first;
+    }
+    job->second.copies.append({&connection, message});
+    consider();
+}
+
+void JobDesk::takeRecord(const Message &message)
+{
+    const QStringList levels = message.topic.split(QLatin1Char('/'));
+    const QString key = levels.value(2) + QLatin1Char('/') + levels.value(3);
+    if (message.payload.isEmpty()) {
+        m_claims.forget(key);
+        return;
+    }
+    const auto record
+        = JobRecord::fromJson(levels.value(2), QJsonDocument::fromJson(message.payload).object());
+    if (!record || record->key() != key)
+        return;
+    const bool counts = m_claims.take(*record);
+    const auto job = m_jobs.find(key);
+    if (job == m_jobs.end() || !job->second.isOwn)
+        return;
+    const JobRecord &own = job->second.record;
+    const bool isIdle = !job->second.placement || job->second.placement->isIdle();
+    if (!counts) {
+        // The broker has retained it in the place of the one that does.
+        if (m_claims.find(key)->bridge == m_bridge)
+            publishRecord(own);
+    } else if (record->bridge != m_bridge) {
+        if (own.state == State::Placing || (own.state == State::Starting && isIdle))
+            giveUp(key);
+    } else if (own.state == State::Starting && record->state == State::Starting
+               && record->printer == own.printer && isIdle && job->second.placement) {
+        job->second.placement->start(own.file, own.before);
+    }
+}
+
+void JobDesk::publishAll()
+{
+    for (const auto &each : m_jobs) {
+        if (each.second.isOwn)
+            publishRecord(each.second.record);
+    }
+    for (const JobLedger::Entry &entry : m_ledger.unpublished())
+        publishRecord(entry.record);
+}
+
+/// Looks at all that waits.
+void JobDesk::consider()
+{
+    for (auto it = m_jobs.begin(); it != m_jobs.end();) {
+        Job &job = (it++)->second;
+        const QString key = job.record.key();
+        job.dropLostCopies();
+        const auto claim = m_claims.find(key);
+        if (!job.isOwn && claim && claim->isSettled())
+            job.record = *claim;
+        if (!job.record.bridge.isEmpty() && job.record.isSettled()) {
+            release(job);
+            if (!job.isOwn || job.record.isOver())
+                m_jobs.erase(key);
+        } else if (!job.isOwn && job.copies.isEmpty()) {
+            m_jobs.erase(key);
+        } else if (m_isActive && !job.placement && job.handOver == 0 && mayClaim(job)) {
+            if (Station *station = freeStation(job.record.group))
+                placeOn(*station, job);
+        }
+    }
+}
+
+/// Another bridge that has the file at a printer only has to have gone; one that was about to start
+/// has to come back and say what became of it.
+bool JobDesk::mayClaim(const Job &job) const
+{
+    const auto claim = m_claims.find(job.record.key());
+    return job.isOwn || !claim || claim->bridge == m_bridge
+        || (claim->state == State::Placing && !m_peers.isOnline(claim->bridge));
+}
+
+void JobDesk::placeOn(Station &station, Job &job)
+{
+    const auto claim = m_claims.find(job.record.key());
+    if (!job.isOwn && claim)
+        job.record.epoch = claim->epoch + 1;
+    job.isOwn = true;
+    job.record.bridge = m_bridge;
+    job.record.printer = station.printer().name();
+    job.record.state = State::Placing;
+    if (!record(job))
+        return;
+    Q_EMIT said(QStringLiteral("job %1 goes to %2").arg(job.record.key(), job.record.printer));
+    begin(job, station);
+    const QString suffix = QFileInfo(job.file.name).suffix();
+    // Under a name that says which job it is.
+    job.placement->begin(
+        job.file, suffix.isEmpty() ? job.record.id : job.record.id + QLatin1Char('.') + suffix);
+}
+
+void JobDesk::begin(Job &job, Station &station)
+{
+    job.placement = std::make_unique<Placement>(station, m_files);
+    m_occupied.insert(station.printer().name());
+    listen(*job.placement, job.record.key());
+}
+
+/// Also in a slot of the placement.
+void JobDesk::end(Job &job)
+{
+    if (!job.placement)
+        return;
+    m_occupied.remove(job.placement->station().printer().name());
+    job.placement->disconnect(this);
+    job.placement.release()->deleteLater();
+}
+
+void JobDesk::listen(Placement &placement, const QString &key)
+{
+    connect(&placement, &Placement::isThere, this,
+            [this, key](const QString &storedName) { onThere(key, storedName); });
+    connect(&placement, &Placement::started, this,
+            [this, key] { settle(key, State::Printing, {}); });
+    connect(&placement, &Placement::notStarted, this,
+            [this, key](const Failure &failure, bool isJobSuspect) {
+                onNotStarted(key, failure, isJobSuspect);
+            });
+    connect(&placement, &Placement::refused, this,
+            [this, key](const Failure &failure) { settle(key, State::Refused, failure); });
+    connect(&placement, &Placement::over, this, [this, key](State state, const QString &text) {
+        settle(key, state, {{}, text});
+    });
+}
+
+bool JobDesk::isFree(const QString &printer) const
+{
+    const auto station = m_stations.find(printer);
+    if (station == m_stations.end() || !station->second->printer().isReady()
+        || m_occupied.contains(printer))
+        return false;
+    return m_restingUntil.value(printer) <= QDateTime::currentMSecsSinceEpoch();
+}
+
+Station *JobDesk::freeStation(const QString &group) const
+{
+    if (uploadsUnderWay() >= m_uploads)
+        return nullptr;
+    const QStringList members = m_groups.value(group);
+    const auto found = std::find_if(members.begin(), members.end(),
+                                    [this](const QString &each) { return isFree(each); });
+    return found == members.end() ? nullptr : m_stations.at(*found).get();
+}
+
+int JobDesk::uploadsUnderWay() const
+{
+    return int(std::count_if(m_jobs.begin(), m_jobs.end(), [](const auto &each) {
+        return each.second.placement && each.second.placement->isBringing();
+    }));
+}
+
+} // namespace zybridge

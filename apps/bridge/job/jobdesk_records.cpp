@@ -1,0 +1,182 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// What becomes of a job: its record in the ledger and at the broker, its answer, its end.
+
+#include "jobdesk.h"
+
+#include "mqtt/topics.h"
+#include "peers.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+#include <utility>
+
+namespace zybridge
+{
+
+namespace
+{
+
+using State = JobRecord::State;
+
+constexpr qint64 restAfterFailure = 10000; // ms
+constexpr int suspicionLimit = 3;
+constexpr quint32 recordExpiry = 7 * 24 * 3600; // s that the broker keeps what is over
+
+QJsonObject answerOf(const JobRecord &record)
+{
+    QJsonObject answer = record.toJson();
+    answer.insert(QStringLiteral("ok"), record.hasStarted());
+    return answer;
+}
+
+} // namespace
+
+void JobDesk::onThere(const QString &key, const QString &storedName)
+{
+    Job &job = m_jobs.at(key);
+    job.record.state = State::Starting;
+    job.record.file = storedName;
+    job.record.before = job.placement->station().printer().status().filename;
+    record(job); // answered by takeRecord()
+}
+
+void JobDesk::onNotStarted(const QString &key, const Failure &failure, bool isJobSuspect)
+{
+    Job &job = m_jobs.at(key);
+    Q_EMIT said(QStringLiteral("job %1 was not started on %2: %3")
+                    .arg(key, job.record.printer, failure.text));
+    job.suspicions += isJobSuspect ? 1 : 0;
+    if (job.suspicions >= suspicionLimit) {
+        settle(key, State::Refused, failure);
+        return;
+    }
+    m_restingUntil[job.record.printer] = QDateTime::currentMSecsSinceEpoch() + restAfterFailure;
+    end(job);
+    job.record.state = State::Placing;
+    record(job);
+    consider();
+}
+
+void JobDesk::settle(const QString &key, State state, const Failure &failure)
+{
+    Job &job = m_jobs.at(key);
+    job.record.state = state;
+    job.record.error = failure.word;
+    job.record.text = failure.text;
+    if (!record(job))
+        return;
+    release(job);
+    const auto station = m_stations.find(job.record.printer);
+    if (station != m_stations.end())
+        station->second->topics().setJob(job.record.isOver() ? QString() : job.record.id);
+    Q_EMIT said(QStringLiteral("job %1: %2 on %3 %4")
+                    .arg(key, job.record.toJson().value(QLatin1String("state")).toString(),
+                         job.record.printer, job.record.text));
+    if (!job.record.isOver())
+        return;
+    ++m_done;
+    end(job);
+    m_jobs.erase(key);
+    consider();
+}
+
+/// Another bridge has claimed the job before.
+void JobDesk::giveUp(const QString &key)
+{
+    Job &job = m_jobs.at(key);
+    end(job);
+    m_ledger.remove(key);
+    job.isOwn = false;
+    job.record.bridge.clear();
+    consider();
+}
+
+/// Answers and acknowledges the requests for a settled job.
+void JobDesk::release(Job &job)
+{
+    const QVector<Job::Copy> copies = std::exchange(job.copies, {});
+    for (const Job::Copy &copy : copies) {
+        respond(m_broker, copy.message, answerOf(job.record));
+        if (copy.connection)
+            copy.connection->acknowledge(copy.message.delivery);
+    }
+}
+
+/// To the disk first, then to the broker.
+bool JobDesk::record(Job &job)
+{
+    const QString fault = m_ledger.write({job.record, job.request});
+    if (!fault.isEmpty()) {
+        Q_EMIT failed(fault);
+        return false;
+    }
+    publishRecord(job.record);
+    return true;
+}
+
+void JobDesk::publishRecord(const JobRecord &record)
+{
+    QJsonObject object = record.toJson();
+    object.insert(QStringLiteral("time"), now());
+    Message message;
+    message.topic = topics::ofJob(record.group, record.id);
+    message.payload = toJson(object);
+    message.isRetained = true;
+    message.expiry = record.isOver() ? recordExpiry : 0;
+    const int number = m_broker.publish(message);
+    if (record.isOver() && number > 0)
+        m_lastRecords.insert(number, record.key());
+}
+
+/// Jobs that wait here while printers of other bridges are free go back to the group.
+void JobDesk::handOver()
+{
+    for (const QString &group : m_groups.keys()) {
+        int wanted = freePrinters(group) > 0 ? 0 : m_peers.freeElsewhere(group);
+        for (auto &each : m_jobs) {
+            Job &job = each.second;
+            if (wanted <= 0)
+                break;
+            if (!m_isActive || job.isOwn || job.record.group != group || job.copies.isEmpty()
+                || job.handOver != 0 || !mayClaim(job))
+                continue;
+            job.handOver = m_broker.publish(job.copies.first().message);
+            --wanted;
+        }
+    }
+}
+
+void JobDesk::onPublished(int number)
+{
+    const QString key = m_lastRecords.take(number);
+    if (!key.isEmpty())
+        m_ledger.markPublished(key);
+    const auto job = std::find_if(m_jobs.begin(), m_jobs.end(),
+                                  [&](const auto &each) { return each.second.handOver == number; });
+    if (job == m_jobs.end())
+        return;
+    const QVector<Job::Copy> copies = std::exchange(job->second.copies, {});
+    m_jobs.erase(job);
+    for (const Job::Copy &copy : copies) {
+        if (copy.connection)
+            copy.connection->acknowledge(copy.message.delivery);
+    }
+}
+
+int JobDesk::freePrinters(const QString &group) const
+{
+    const QStringList members = m_groups.value(group);
+    return int(std::count_if(members.begin(), members.end(),
+                             [this](const QString &each) { return isFree(each); }));
+}
+
+int JobDesk::waitingJobs(const QString &group) const
+{
+    return int(std::count_if(m_jobs.begin(), m_jobs.end(), [&](const auto &each) {
+        return each.second.record.group == group && !each.second.placement;
+    }));
+}
+
+} // namespace zybridge

@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The bridge's own jobs on disk, so that a restarted bridge goes on with them.
+
+#include "jobledger.h"
+
+#include <QDateTime>
+#include <QJsonDocument>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVariant>
+
+namespace zybridge
+{
+
+namespace
+{
+
+constexpr qint64 daysKept = 30;
+
+const QLatin1String connectionName("zybridge");
+
+JobLedger::Entry entryOf(const QSqlQuery &row)
+{
+    const QJsonObject object = QJsonDocument::fromJson(row.value(1).toByteArray()).object();
+    const auto record = JobRecord::fromJson(row.value(0).toString(), object);
+    return {record.value_or(JobRecord()), row.value(2).toByteArray()};
+}
+
+} // namespace
+
+JobLedger::~JobLedger()
+{
+    m_database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(connectionName);
+}
+
+QString JobLedger::open(const QString &file)
+{
+    m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connectionName);
+    m_database.setDatabaseName(file);
+    if (!m_database.open())
+        return m_database.lastError().text();
+    for (const char *statement :
+         {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = FULL",
+          "CREATE TABLE IF NOT EXISTS jobs (key TEXT PRIMARY KEY, grp TEXT NOT NULL, "
+          "record TEXT NOT NULL, request BLOB NOT NULL, isOver INTEGER NOT NULL, "
+          "isPublished INTEGER NOT NULL, changed INTEGER NOT NULL)",
+          "CREATE INDEX IF NOT EXISTS unfinished ON jobs (isOver, isPublished)"}) {
+        QSqlQuery query(m_database);
+        if (!query.exec(QLatin1String(statement)))
+            return query.lastError().text();
+    }
+    QSqlQuery query(m_database);
+    query.prepare(QStringLiteral("DELETE FROM jobs WHERE isOver = 1 AND changed < ?"));
+    query.addBindValue(QDateTime::currentDateTime().addDays(-daysKept).toMSecsSinceEpoch());
+    return query.exec() ? QString() : query.lastError().text();
+}
+
+QString JobLedger::write(const Entry &entry)
+{
+    QSqlQuery query(m_database);
+    query.prepare(QStringLiteral("INSERT OR REPLACE INTO jobs VALUES (?, ?, ?, ?, ?, 0, ?)"));
+    query.addBindValue(entry.record.key());
+    query.addBindValue(entry.record.group);
+    query.addBindValue(QJsonDocument(entry.record.toJson()).toJson(QJsonDocument::Compact));
+    query.addBindValue(entry.request);
+    query.addBindValue(entry.record.isOver() ? 1 : 0);
+    query.addBindValue(QDateTime::currentMSecsSinceEpoch());
+    return query.exec() ? QString() : query.lastError().text();
+}
+
+void JobLedger::markPublished(const QString &key)
+{
+    QSqlQuery query(m_database);
+    query.prepare(QStringLiteral("UPDATE jobs SET isPublished = 1 WHERE key = ?"));
+    query.addBindValue(key);
+    query.exec();
+}
+
+void JobLedger::remove(const QString &key)
+{
+    QSqlQuery query(m_database);
+    query.prepare(QStringLiteral("DELETE FROM jobs WHERE key = ?"));
+    query.addBindValue(key);
+    query.exec();
+}
+
+std::optional<JobLedger::Entry> JobLedger::find(const QString &key) const
+{
+    QSqlQuery query(m_database);
+    query.prepare(QStringLiteral("SELECT grp, record, request FROM jobs WHERE key = ?"));
+    query.addBindValue(key);
+    if (!query.exec() || !query.next())
+        return std::nullopt;
+    return entryOf(query);
+}
+
+QVector<JobLedger::Entry> JobLedger::select(const char *condition) const
+{
+    QVector<Entry> entries;
+    QSqlQuery query(m_database);
+    query.exec(QStringLiteral("SELECT grp, record, request FROM jobs WHERE ")
+               + QLatin1String(condition));
+    while (query.next())
+        entries.append(entryOf(query));
+    return entries;
+}
+
+} // namespace zybridge

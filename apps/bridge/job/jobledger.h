@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The bridge's own jobs on disk, so that a restarted bridge goes on with them.
+
+#ifndef JOBLEDGER_H
+#define JOBLEDGER_H
+
+#include "jobrecord.h"
+
+#include <QSqlDatabase>
+#include <QVector>
+
+namespace zybridge
+{
+
+class JobLedger
+{
+public:
+    struct Entry {
+        JobRecord record;
+        QByteArray request; ///< the payload that asked for the job
+    };
+
+    JobLedger() = default;
+    ~JobLedger();
+
+    /// Empty, or why @p file cannot be used. Entries that have been over for a month are removed.
+    QString open(const QString &file);
+
+    /// It is on disk when this returns. Empty, or why it could not be written.
+    QString write(const Entry &entry);
+    /// The broker has the job's last record.
+    void markPublished(const QString &key);
+    /// The job is another bridge's now.
+    void remove(const QString &key);
+    std::optional<Entry> find(const QString &key) const;
+    QVector<Entry> unfinished() const { return select("isOver = 0"); }
+    /// Jobs that are over without the broker's knowledge.
+    QVector<Entry> unpublished() const { return select("isOver = 1 AND isPublished = 0"); }
+
+private:
+    Q_DISABLE_COPY(JobLedger)
+
+    QVector<Entry> select(const char *condition) const;
+
+    QSqlDatabase m_database;
+};
+
+} // namespace zybridge
+
+#endif // JOBLEDGER_H

@@ -1,0 +1,167 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// One job on one printer: its file, its start, its print.
+
+#include "placement.h"
+
+#include "printer/transfer.h"
+
+#include <QPointer>
+
+namespace zybridge
+{
+
+using zysession::Exchange;
+using State = zysession::PrinterStatus::State;
+
+namespace
+{
+
+// A status on the way when the print began may still speak of the time before.
+constexpr int strangeAnswersLimit = 3;
+constexpr qint64 longestCheck = 120000; // ms
+
+} // namespace
+
+Placement::Placement(Station &station, FileStore &files, QObject *parent)
+    : QObject(parent), m_station(station), m_files(files)
+{
+    connect(&station.printer(), &PrinterBridge::statusHeard, this, &Placement::onStatusHeard);
+}
+
+void Placement::begin(const FileRequest &file, const QString &name)
+{
+    m_phase = Phase::Bringing;
+    m_files.provide(file, [self = QPointer<Placement>(this), name](const FileStore::Answer &found) {
+        if (!self)
+            return;
+        const Failure failure{found.error, found.text};
+        if (!found.path.isEmpty())
+            self->send(found.path, name);
+        else if (found.isPassing)
+            Q_EMIT self->notStarted(failure, false);
+        else
+            Q_EMIT self->refused(failure);
+    });
+}
+
+void Placement::send(const QString &path, const QString &name)
+{
+    auto *transfer
+        = new Transfer(m_station.printer().printer(), path, name, m_station.topics(), this);
+    connect(transfer, &Transfer::ended, this, &Placement::onTransferEnded);
+    transfer->start();
+}
+
+void Placement::onTransferEnded(const Failure &failure, const QString &storedName,
+                                bool isFileAtFault)
+{
+    sender()->deleteLater();
+    m_phase = Phase::Idle;
+    if (failure.isNone())
+        Q_EMIT isThere(storedName);
+    else if (isFileAtFault)
+        Q_EMIT refused(failure);
+    else
+        Q_EMIT notStarted(failure, failure.word == QLatin1String("refused"));
+}
+
+void Placement::start(const QString &storedName, const QString &before)
+{
+    m_storedName = storedName;
+    m_before = before;
+    ask(false);
+}
+
+void Placement::ask(bool isAgain)
+{
+    m_phase = Phase::Starting;
+    m_station.printer().ask(
+        {PrinterBridge::Command::Kind::Print, m_storedName, {}},
+        [self = QPointer<Placement>(this), isAgain](const PrinterBridge::Result &result) {
+            if (self)
+                self->onStartAnswered(result, isAgain);
+        });
+}
+
+void Placement::onStartAnswered(const PrinterBridge::Result &result, bool isAgain)
+{
+    using Ending = Exchange::Ending;
+    const bool isBusy = result.ending == Ending::Busy;
+    if (result.ending == Ending::Done) {
+        watch(m_storedName);
+        Q_EMIT started();
+    } else if (result.ending == Ending::NoAnswer || result.ending == Ending::ConnectionLost
+               || (isAgain && isBusy)) {
+        // Busy with the file itself, perhaps, since the first time.
+        findOut(m_storedName, m_before);
+    } else {
+        m_phase = Phase::Idle;
+        Q_EMIT notStarted(failureOf(result), !isBusy);
+    }
+}
+
+void Placement::findOut(const QString &storedName, const QString &before)
+{
+    m_storedName = storedName;
+    m_before = before;
+    m_strangeAnswers = 0;
+    m_sinceFindingOut.start();
+    m_phase = Phase::FindingOut;
+}
+
+void Placement::watch(const QString &storedName)
+{
+    m_storedName = storedName;
+    m_strangeAnswers = 0;
+    m_phase = Phase::Printing;
+}
+
+void Placement::onStatusHeard()
+{
+    if (m_phase == Phase::FindingOut)
+        lookWhetherStarted();
+    else if (m_phase == Phase::Printing)
+        lookWhetherOver();
+}
+
+void Placement::lookWhetherStarted()
+{
+    const zysession::PrinterStatus &status = m_station.printer().status();
+    if (status.filename == m_storedName && status.state != State::Ready) {
+        watch(m_storedName);
+        Q_EMIT started();
+        return;
+    }
+    if (++m_strangeAnswers < strangeAnswersLimit)
+        return;
+    if (status.filename == m_before)
+        ask(true);
+    else if (!status.filename.isEmpty())
+        Q_EMIT over(JobRecord::State::Doubtful,
+                    QStringLiteral("the printer speaks of %1 now").arg(status.filename));
+    else if (m_sinceFindingOut.hasExpired(longestCheck))
+        // A printer that checks the file says nothing of it yet, but this one was switched off.
+        Q_EMIT over(JobRecord::State::Doubtful,
+                    QStringLiteral("the printer does not know its last print any more"));
+}
+
+void Placement::lookWhetherOver()
+{
+    const zysession::PrinterStatus &status = m_station.printer().status();
+    if (status.filename != m_storedName || status.state == State::Ready) {
+        if (++m_strangeAnswers >= strangeAnswersLimit)
+            Q_EMIT over(JobRecord::State::Failed,
+                        QStringLiteral("the printer does not know of the print any more"));
+        return;
+    }
+    m_strangeAnswers = 0;
+    if (status.state == State::Complete)
+        Q_EMIT over(JobRecord::State::Complete, {});
+    else if (status.state == State::Failed)
+        Q_EMIT over(JobRecord::State::Failed, QStringLiteral("the print failed"));
+    else if (status.state == State::Ended)
+        Q_EMIT over(JobRecord::State::Stopped, QStringLiteral("the print was stopped"));
+}
+
+} // namespace zybridge

@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// One job on one printer: its file, its start, its print.
+
+#ifndef PLACEMENT_H
+#define PLACEMENT_H
+
+#include "jobrecord.h"
+#include "printer/station.h"
+
+namespace zybridge
+{
+
+class Transfer;
+
+/**
+ * begin() brings the file, and ends in isThere(). start() asks for the print, and ends in started()
+ * or notStarted(). Then the print is watched until over(). The object may be deleted in a slot.
+ */
+class Placement : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @p station and @p files outlive the placement.
+    Placement(Station &station, FileStore &files, QObject *parent = nullptr);
+
+    Station &station() { return m_station; }
+    bool isIdle() const { return m_phase == Phase::Idle; }
+    bool isBringing() const { return m_phase == Phase::Bringing; }
+
+    /// Brings @p file to the printer under @p name.
+    void begin(const FileRequest &file, const QString &name);
+    /// The printer is asked to print @p storedName. @p before: the file of its last print until
+    /// now.
+    void start(const QString &storedName, const QString &before);
+    /// The printer may have been asked to print it. Its status says whether it was: it names this
+    /// file then, and still the one before otherwise.
+    void findOut(const QString &storedName, const QString &before);
+    /// The print runs, as far as is known.
+    void watch(const QString &storedName);
+
+Q_SIGNALS:
+    void isThere(const QString &storedName);
+    void started();
+    /// This printer does not print it. @p isJobSuspect: others may not, either.
+    void notStarted(const zybridge::Failure &failure, bool isJobSuspect);
+    /// No printer will.
+    void refused(const zybridge::Failure &failure);
+    void over(zybridge::JobRecord::State state, const QString &text);
+
+private:
+    enum class Phase { Idle, Bringing, Starting, FindingOut, Printing };
+
+    void send(const QString &path, const QString &name);
+    void onTransferEnded(const Failure &failure, const QString &storedName, bool isFileAtFault);
+    void ask(bool isAgain);
+    void onStartAnswered(const PrinterBridge::Result &result, bool isAgain);
+    void onStatusHeard();
+    void lookWhetherStarted();
+    void lookWhetherOver();
+
+    Station &m_station;
+    FileStore &m_files;
+    Phase m_phase = Phase::Idle;
+    QString m_storedName;
+    QString m_before;
+    QElapsedTimer m_sinceFindingOut;
+    int m_strangeAnswers = 0; ///< in a row: the printer speaks of another print, or of none
+};
+
+} // namespace zybridge
+
+#endif // PLACEMENT_H

@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
+// SPDX-License-Identifier: MIT
+// The bridges at the broker, as their retained topics describe them.
+
+#include "peers.h"
+
+#include "mqtt/mqttconnection.h"
+
+#include <QDateTime>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QUuid>
+
+#include <algorithm>
+
+namespace zybridge
+{
+
+Peers::Peers(const QString &self, QObject *parent)
+    : QObject(parent), m_self(self), m_instance(QUuid::createUuid().toString(QUuid::WithoutBraces)),
+      m_start(QDateTime::currentMSecsSinceEpoch())
+{
+}
+
+void Peers::take(const Message &message)
+{
+    const QStringList levels = message.topic.split(QLatin1Char('/'));
+    if (levels.size() == 3 && levels[2] == QLatin1String("availability")) {
+        if (message.payload.isEmpty())
+            m_printers.remove(levels[1]); // the retained message was deleted
+        else
+            m_printers.insert(levels[1]);
+        return;
+    }
+    if (levels.size() != 4 || levels[1] != QLatin1String("bridge"))
+        return;
+    if (message.payload.isEmpty()) {
+        m_peers.remove(levels[2]);
+    } else if (levels[3] == QLatin1String("availability")) {
+        m_peers[levels[2]].isOnline = message.payload == "online";
+    } else if (levels[3] == QLatin1String("metrics")) {
+        const QJsonObject metrics = QJsonDocument::fromJson(message.payload).object();
+        m_peers[levels[2]].metrics = metrics;
+        if (levels[2] == m_self && isAnotherSelf(metrics))
+            Q_EMIT selfIsTwice();
+    }
+    Q_EMIT changed();
+}
+
+/// An earlier one that has ended has published nothing since this one's start.
+bool Peers::isAnotherSelf(const QJsonObject &metrics) const
+{
+    return metrics.value(QLatin1String("instance")).toString() != m_instance
+        && metrics.value(QLatin1String("time")).toDouble() > double(m_start);
+}
+
+bool Peers::isOnline(const QString &bridge) const
+{
+    return bridge == m_self || m_peers.value(bridge).isOnline;
+}
+
+bool Peers::isLeader() const
+{
+    for (auto it = m_peers.cbegin(); it != m_peers.cend() && it.key() < m_self; ++it) {
+        if (it->isOnline)
+            return false;
+    }
+    return true;
+}
+
+bool Peers::isHeirOf(const QString &bridge) const
+{
+    const QStringList groups = groupsOf(bridge);
+    const auto servesAll = [&](const QString &each) {
+        const QStringList own = groupsOf(each);
+        return std::all_of(groups.begin(), groups.end(),
+                           [&](const QString &group) { return own.contains(group); });
+    };
+    for (auto it = m_peers.cbegin(); it != m_peers.cend(); ++it) {
+        if (isOnline(it.key()) && servesAll(it.key()))
+            return it.key() == m_self && !groups.isEmpty();
+    }
+    return false;
+}
+
+int Peers::freeElsewhere(const QString &group) const
+{
+    int count = 0;
+    for (auto it = m_peers.cbegin(); it != m_peers.cend(); ++it) {
+        if (it->isOnline && it.key() != m_self)
+            count += it->metrics.value(QLatin1String("groups"))
+                         .toObject()
+                         .value(group)
+                         .toObject()
+                         .value(QLatin1String("free"))
+                         .toInt();
+    }
+    return count;
+}
+
+QStringList Peers::offlineBridges() const
+{
+    QStringList names;
+    for (auto it = m_peers.cbegin(); it != m_peers.cend(); ++it) {
+        if (!isOnline(it.key()))
+            names.append(it.key());
+    }
+    return names;
+}
+
+QStringList Peers::printersOf(const QString &bridge) const
+{
+    const QJsonArray names
+        = m_peers.value(bridge).metrics.value(QLatin1String("printers")).toArray();
+    return QVariant(names.toVariantList()).toStringList();
+}
+
+QStringList Peers::groupsOf(const QString &bridge) const
+{
+    return m_peers.value(bridge).metrics.value(QLatin1String("groups")).toObject().keys();
+}
+
+} // namespace zybridge
