@@ -14,7 +14,7 @@
 
 using namespace zytest;
 
-class tst_Options : public QObject
+class TestOptions : public QObject
 {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ private Q_SLOTS:
     void saysWhyACertificateCannotBeUsed();
 };
 
-void tst_Options::asksForNothingByDefault()
+void TestOptions::asksForNothingByDefault()
 {
     const ZyServerOptions options;
     QCOMPARE(options.maxConnections(), 0);
@@ -57,7 +57,7 @@ void tst_Options::asksForNothingByDefault()
     QVERIFY(!options.failureHandler());
 }
 
-void tst_Options::asksForEverythingWhenHardened()
+void TestOptions::asksForEverythingWhenHardened()
 {
     const ZyServerOptions options = ZyServerOptions::hardened();
     QCOMPARE(options.maxConnections(), 64);
@@ -84,7 +84,7 @@ void tst_Options::asksForEverythingWhenHardened()
     QVERIFY(options.tls().isNull());
 }
 
-void tst_Options::isAValue()
+void TestOptions::isAValue()
 {
     ZyServerOptions options;
     ZyServerOptions copy(options);
@@ -95,7 +95,7 @@ void tst_Options::isAValue()
     QCOMPARE(options.token(), QStringLiteral("secret"));
 }
 
-void tst_Options::keepsEachValueByItself()
+void TestOptions::keepsEachValueByItself()
 {
     ZyServerOptions options;
     options.setHandshakeTimeout(1);
@@ -128,7 +128,7 @@ void tst_Options::keepsEachValueByItself()
     }
 }
 
-void tst_Options::takesNegativeNumbersForNone()
+void TestOptions::takesNegativeNumbersForNone()
 {
     ZyServerOptions options;
     options.setMaxConnections(-1);
@@ -139,7 +139,7 @@ void tst_Options::takesNegativeNumbersForNone()
     QCOMPARE(options.silence(), 0);
 }
 
-void tst_Options::isReadBackFromTheServer()
+void TestOptions::isReadBackFromTheServer()
 {
     ZyServerOptions options = ZyServerOptions::hardened();
     options.setMaxConnections(7);
@@ -153,7 +153,7 @@ void tst_Options::isReadBackFromTheServer()
     QCOMPARE(deployed.server()->options().maxConnections(), 0);
 }
 
-void tst_Options::changesNothingWhenItAsksForNothing()
+void TestOptions::changesNothingWhenItAsksForNothing()
 {
     TestPrinter printer{ZyServerOptions()};
     RawPeer peer(printer.port());
@@ -173,7 +173,7 @@ void tst_Options::changesNothingWhenItAsksForNothing()
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
-void tst_Options::saysWhyACertificateCannotBeUsed()
+void TestOptions::saysWhyACertificateCannotBeUsed()
 {
     ZyServerOptions options;
     const QString missing = QStringLiteral("/missing.pem");
@@ -182,5 +182,5 @@ void tst_Options::saysWhyACertificateCannotBeUsed()
     QVERIFY(options.tls().isNull());
 }
 
-ZY_TEST(tst_Options)
+ZY_TEST(TestOptions)
 #include "tst_options.moc"
