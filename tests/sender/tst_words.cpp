@@ -7,9 +7,11 @@
 #include "testprogram.h"
 
 #include <zysslechoclient.h>
+#include <zytlstrust.h>
 
 #include <QMetaEnum>
 #include <QSet>
+#include <QSslCertificate>
 
 using namespace zytest;
 
@@ -21,6 +23,7 @@ private Q_SLOTS:
     void haveATextOfItsOwnForEachFault();
     void readBackTheOptions();
     void findNoFaultWithAConnectionThatIsThere();
+    void sayWhyAFileHoldsNoAuthorities();
 };
 
 namespace
@@ -69,6 +72,15 @@ void TestSenderWords::findNoFaultWithAConnectionThatIsThere()
     QVERIFY(
         waitUntil([&] { return client.socketConnectStatus() == QAbstractSocket::ConnectedState; }));
     QCOMPARE(ZyFileSender::connectionFault(client), ZySendResult::ConnectionFault::None);
+}
+
+void TestSenderWords::sayWhyAFileHoldsNoAuthorities()
+{
+    ZyTlsTrust trust;
+    QCOMPARE(trust.useAuthorities(QString()), QStringLiteral("no file is named"));
+    QVERIFY(trust.isRestricted()); // to nobody
+    QCOMPARE(trust.authorities().size(), 0);
+    QCOMPARE(ZyTlsTrust::fingerprintOf(QSslCertificate()), QString());
 }
 
 ZY_TEST(TestSenderWords)

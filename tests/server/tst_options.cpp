@@ -108,6 +108,8 @@ void TestOptions::keepsEachValueByItself()
     QCOMPARE(options.maxTextMessage(), 3);
     QCOMPARE(options.maxChunk(), 4);
     QCOMPARE(options.maxBacklog(), 5);
+    options.setAllowedOrigins({QStringLiteral("http://panel")});
+    QCOMPARE(options.allowedOrigins(), QStringList{QStringLiteral("http://panel")});
 
     using Options = ZyServerOptions;
     struct Switch {
