@@ -35,7 +35,7 @@ public:
     /// name the URL's host; one of the file itself does. Returns empty, or what is wrong with the
     /// file, in English; nobody is trusted then. The file is read at once.
     QString useAuthorities(const QString &file);
-    QList<QSslCertificate> authorities() const;
+    QList<QSslCertificate> authorities() const; ///< The certificates of that file.
 
     /// Trusts only the certificate with this SHA-256 fingerprint, whoever vouches for it, whatever
     /// host it names and however old it is; authorities no longer count. @p fingerprint: 64 hex

@@ -177,6 +177,7 @@ public:
     FailureHandler failureHandler() const; ///< The function; empty when none is set.
     void setFailureHandler(const FailureHandler &handler);
 
+    /// What became of a transfer.
     enum class Transfer {
         Accepted, ///< before fileTranStart()
         Cancelled, ///< before cancle(); @p name is empty when none was under way
@@ -187,7 +188,7 @@ public:
     /// the server. Not set.
     using TransferHandler
         = std::function<void(Transfer what, const QString &name, const QString &peer)>;
-    TransferHandler transferHandler() const;
+    TransferHandler transferHandler() const; ///< The function; empty when none is set.
     void setTransferHandler(const TransferHandler &handler);
 
 private:

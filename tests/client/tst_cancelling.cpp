@@ -5,6 +5,7 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QTimer>
 
@@ -12,7 +13,7 @@ using zytest::ScriptedPrinter;
 using zytest::TransferRules;
 using Session = zytest::TransferSession<ScriptedPrinter>;
 
-class CancellingTest : public QObject
+class TestCancelling : public QObject
 {
     Q_OBJECT
 
@@ -33,11 +34,6 @@ private Q_SLOTS:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 TransferRules silent()
 {
     TransferRules rules;
@@ -47,17 +43,17 @@ TransferRules silent()
 
 int cancelsSeen(const Session &session)
 {
-    return int(session.printer.messages(s("CANCEL_FILE")).size());
+    return int(session.printer.messages("CANCEL_FILE"_s).size());
 }
 
 int cancelsReported(const Session &session)
 {
-    return session.trace.count(s("cancelFinished"));
+    return session.trace.count("cancelFinished"_s);
 }
 
 QString aFile(Session &session)
 {
-    return session.writeFile(s("local.zydlp"), zytest::compressibleBytes(3 * zytest::chunkBytes));
+    return session.writeFile("local.zydlp"_s, zytest::compressibleBytes(3 * zytest::chunkBytes));
 }
 
 /// A whole transfer: true when it went through as if nothing had been before.
@@ -67,9 +63,9 @@ bool transferWorks(Session &session)
     const auto chunksBefore = session.printer.chunks().size();
     const int cancelsBefore = cancelsSeen(session);
     session.trace.clear();
-    session.client.sendFile(aFile(session), s("again.zydlp"));
+    session.client.sendFile(aFile(session), "again.zydlp"_s);
     return zytest::waitUntil([&] {
-        return session.hasEnded() && session.trace.count(s("finish")) == 1
+        return session.hasEnded() && session.trace.count("finish"_s) == 1
             && session.printer.chunks().size() == chunksBefore + 3
             && cancelsSeen(session) == cancelsBefore;
     });
@@ -77,7 +73,7 @@ bool transferWorks(Session &session)
 
 } // namespace
 
-void CancellingTest::cancelsWhileAChunkIsUnacknowledged()
+void TestCancelling::cancelsWhileAChunkIsUnacknowledged()
 {
     Session session;
     QVERIFY(session.open());
@@ -85,18 +81,18 @@ void CancellingTest::cancelsWhileAChunkIsUnacknowledged()
     connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client,
             [&] { session.client.cancel(); });
 
-    session.client.sendFile(aFile(session), s("m"));
+    session.client.sendFile(aFile(session), "m"_s);
 
     WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 1);
     QCOMPARE(cancelsSeen(session), 1);
-    QCOMPARE(session.printer.texts().constLast(), s(R"({"cmd":"CANCEL_FILE"})"));
+    QCOMPARE(session.printer.texts().constLast(), R"({"cmd":"CANCEL_FILE"})"_s);
     QCOMPARE(session.printer.chunks().size(), 1);
-    QCOMPARE(session.logLines().constLast(), s("send end"));
+    QCOMPARE(session.logLines().constLast(), "send end"_s);
     QCOMPARE(session.logLines().size(), 4);
     QCOMPARE(session.trace.lines().size(), 3);
 }
 
-void CancellingTest::cancelsInsideAProgressSlot()
+void TestCancelling::cancelsInsideAProgressSlot()
 {
     Session session;
     QVERIFY(session.open());
@@ -107,35 +103,35 @@ void CancellingTest::cancelsInsideAProgressSlot()
                     session.client.cancel();
             });
 
-    session.client.sendFile(aFile(session), s("m"));
+    session.client.sendFile(aFile(session), "m"_s);
 
     WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 1);
     QCOMPARE(cancelsSeen(session), 1);
     QCOMPARE(session.printer.chunks().size(), 2);
-    QCOMPARE(session.trace.count(s("finish")), 0);
+    QCOMPARE(session.trace.count("finish"_s), 0);
 }
 
-void CancellingTest::sendsAgainAfterACancel()
+void TestCancelling::sendsAgainAfterACancel()
 {
     Session session;
     QVERIFY(session.open());
     session.printer.answerTransfers(silent());
     const auto cancelling = connect(&session.printer, &ScriptedPrinter::chunkReceived,
                                     &session.client, [&] { session.client.cancel(); });
-    session.client.sendFile(aFile(session), s("m"));
+    session.client.sendFile(aFile(session), "m"_s);
     WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 1);
     disconnect(cancelling);
 
     QVERIFY(transferWorks(session));
 }
 
-void CancellingTest::cancelsBeforeTheReplyTwice()
+void TestCancelling::cancelsBeforeTheReplyTwice()
 {
     Session session;
     QVERIFY(session.open());
     session.printer.answerTransfers();
 
-    session.client.sendFile(aFile(session), s("m"));
+    session.client.sendFile(aFile(session), "m"_s);
     session.client.cancel();
 
     // Once at once, and once in place of the first chunk.
@@ -143,11 +139,11 @@ void CancellingTest::cancelsBeforeTheReplyTwice()
     QCOMPARE(cancelsSeen(session), 2);
     QCOMPARE(session.printer.chunks().size(), 0);
     QCOMPARE(session.logLines(),
-             (QStringList{s("start send"), s("_totalBytes =  3145728"), s("send end")}));
+             (QStringList{"start send"_s, "_totalBytes =  3145728"_s, "send end"_s}));
     QVERIFY(transferWorks(session));
 }
 
-void CancellingTest::cancelsNothingHarmlessly()
+void TestCancelling::cancelsNothingHarmlessly()
 {
     Session session;
     QVERIFY(session.open());
@@ -155,13 +151,12 @@ void CancellingTest::cancelsNothingHarmlessly()
 
     session.client.cancel();
 
-    WAIT_COMPARE(session.trace.names(),
-                 (QStringList{s("cancelFinished"), s("jsonMessageReceived")}));
+    WAIT_COMPARE(session.trace.names(), (QStringList{"cancelFinished"_s, "jsonMessageReceived"_s}));
     QCOMPARE(cancelsSeen(session), 1);
     QVERIFY(transferWorks(session));
 }
 
-void CancellingTest::closesDuringATransfer()
+void TestCancelling::closesDuringATransfer()
 {
     Session session;
     QVERIFY(session.open());
@@ -173,33 +168,33 @@ void CancellingTest::closesDuringATransfer()
               logInsideClose = session.logLines();
           });
 
-    session.client.sendFile(aFile(session), s("m"));
+    session.client.sendFile(aFile(session), "m"_s);
 
     WAIT_VERIFY(session.hasEnded());
-    QCOMPARE(session.trace.names(), (QStringList{s("pauseSuccess"), s("jsonMessageReceived")}));
+    QCOMPARE(session.trace.names(), (QStringList{"pauseSuccess"_s, "jsonMessageReceived"_s}));
     QCOMPARE(session.printer.chunks().size(), 1);
     QCOMPARE(cancelsSeen(session), 0);
-    QVERIFY(!logInsideClose.contains(s("send end")));
-    QCOMPARE(session.logLines().constLast(), s("send end"));
+    QVERIFY(!logInsideClose.contains("send end"_s));
+    QCOMPARE(session.logLines().constLast(), "send end"_s);
 
     disconnect(closing);
     session.client.openWithUrl(session.printer.url());
     WAIT_COMPARE(session.printer.connectionCount(), 2);
-    WAIT_COMPARE(session.trace.count(s("connected")), 1);
+    WAIT_COMPARE(session.trace.count("connected"_s), 1);
     QVERIFY(transferWorks(session));
 }
 
-void CancellingTest::aRefusedCancelEndsTheNextTransfer()
+void TestCancelling::aRefusedCancelEndsTheNextTransfer()
 {
     Session session;
     QVERIFY(session.open());
     session.client.cancel();
     WAIT_COMPARE(cancelsSeen(session), 1);
-    session.printer.sendText(s(R"({"cmd":"CANCEL_FILE","errorcode":3})"));
-    WAIT_COMPARE(session.trace.names(), QStringList{s("jsonMessageReceived")});
+    session.printer.sendText(R"({"cmd":"CANCEL_FILE","errorcode":3})"_s);
+    WAIT_COMPARE(session.trace.names(), QStringList{"jsonMessageReceived"_s});
 
     session.printer.answerTransfers();
-    session.client.sendFile(aFile(session), s("m"));
+    session.client.sendFile(aFile(session), "m"_s);
 
     WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 1);
     QCOMPARE(cancelsSeen(session), 2);
@@ -207,7 +202,7 @@ void CancellingTest::aRefusedCancelEndsTheNextTransfer()
     QVERIFY(transferWorks(session));
 }
 
-void CancellingTest::anUnansweredCancelEndsTheNextTransfer()
+void TestCancelling::anUnansweredCancelEndsTheNextTransfer()
 {
     Session session;
     QVERIFY(session.open());
@@ -215,37 +210,37 @@ void CancellingTest::anUnansweredCancelEndsTheNextTransfer()
     WAIT_COMPARE(cancelsSeen(session), 1);
 
     session.printer.answerTransfers();
-    session.client.sendFile(aFile(session), s("m"));
+    session.client.sendFile(aFile(session), "m"_s);
 
     WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 1);
     QCOMPARE(cancelsSeen(session), 2);
     QCOMPARE(session.printer.chunks().size(), 0);
 }
 
-void CancellingTest::cancelOpensTheConnectionAgain()
+void TestCancelling::cancelOpensTheConnectionAgain()
 {
     ScriptedPrinter other;
     Session session;
     QVERIFY(session.open());
     session.client.openWithUrl(other.url());
-    WAIT_COMPARE(session.trace.count(s("connected")), 1);
+    WAIT_COMPARE(session.trace.count("connected"_s), 1);
     WAIT_COMPARE(other.connectionCount(), 1);
     other.drop();
-    WAIT_COMPARE(session.trace.count(s("disconnected")), 1);
+    WAIT_COMPARE(session.trace.count("disconnected"_s), 1);
     QCOMPARE(session.client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
     session.trace.clear();
 
     session.client.cancel();
 
     // The URL opened last, and no message.
-    WAIT_COMPARE(session.trace.lines(), QStringList{s("connected()")});
+    WAIT_COMPARE(session.trace.lines(), QStringList{"connected()"_s});
     WAIT_COMPARE(other.connectionCount(), 2);
     session.client.versionCheckCmd();
-    WAIT_COMPARE(other.texts(), QStringList{s(R"({"cmd":"VERSION_CHECK"})")});
+    WAIT_COMPARE(other.texts(), QStringList{R"({"cmd":"VERSION_CHECK"})"_s});
     QCOMPARE(session.printer.connectionCount(), 1);
 }
 
-void CancellingTest::cancelsOnTheNextConnectionOnceAcknowledged()
+void TestCancelling::cancelsOnTheNextConnectionOnceAcknowledged()
 {
     Session session;
     QVERIFY(session.open());
@@ -255,18 +250,18 @@ void CancellingTest::cancelsOnTheNextConnectionOnceAcknowledged()
     connect(&session.client, &ZySslEchoClient::disconnected, this,
             [&] { QTimer::singleShot(0, &session.client, &ZySslEchoClient::cancel); });
     connect(&session.printer, &ScriptedPrinter::peerConnected, this, [&] {
-        session.printer.send(zytest::startDataReply(s("0"), 3 * zytest::chunkBytes, 0));
+        session.printer.send(zytest::startDataReply("0"_s, 3 * zytest::chunkBytes, 0));
     });
 
-    session.client.sendFile(aFile(session), s("m"));
+    session.client.sendFile(aFile(session), "m"_s);
 
     WAIT_VERIFY(session.hasEnded() && cancelsReported(session) == 1);
     QCOMPARE(session.printer.connectionCount(), 2);
     QCOMPARE(cancelsSeen(session), 1);
     QCOMPARE(session.printer.chunks().size(), 1);
-    QCOMPARE(session.trace.count(s("disconnected")), 1);
+    QCOMPARE(session.trace.count("disconnected"_s), 1);
 }
 
-ZY_TEST(CancellingTest)
+ZY_TEST(TestCancelling)
 
 #include "tst_cancelling.moc"

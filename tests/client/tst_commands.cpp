@@ -5,6 +5,7 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QJsonArray>
 
@@ -16,7 +17,7 @@ using Command = std::function<void(ZySslEchoClient &)>;
 
 Q_DECLARE_METATYPE(Command)
 
-class CommandsTest : public QObject
+class TestCommands : public QObject
 {
     Q_OBJECT
 
@@ -39,19 +40,14 @@ private:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
 void row(const char *tag, const Command &command, const char *text)
 {
-    QTest::newRow(tag) << command << s(text);
+    QTest::newRow(tag) << command << QString::fromUtf8(text);
 }
 
 } // namespace
 
-void CommandsTest::sendsOneCompactMessage_data()
+void TestCommands::sendsOneCompactMessage_data()
 {
     QTest::addColumn<Command>("command");
     QTest::addColumn<QString>("text");
@@ -59,41 +55,41 @@ void CommandsTest::sendsOneCompactMessage_data()
     addOtherRows();
 }
 
-void CommandsTest::addCommandRows()
+void TestCommands::addCommandRows()
 {
     row(
         "version check", [](auto &c) { c.versionCheckCmd(); }, R"({"cmd":"VERSION_CHECK"})");
     row(
-        "start print", [](auto &c) { c.printStartCmd(s("model.zydlp"), s("t0ken")); },
+        "start print", [](auto &c) { c.printStartCmd("model.zydlp"_s, "t0ken"_s); },
         R"({"cmd":"START_PRINT","filename":"model.zydlp","token":"t0ken"})");
     row(
-        "start print with an empty token", [](auto &c) { c.printStartCmd(s("m"), QString()); },
+        "start print with an empty token", [](auto &c) { c.printStartCmd("m"_s, QString()); },
         R"({"cmd":"START_PRINT","filename":"m","token":""})");
     row(
-        "pause", [](auto &c) { c.printPauseCmd(s("t0ken")); },
+        "pause", [](auto &c) { c.printPauseCmd("t0ken"_s); },
         R"({"cmd":"PRINT_PAUSE","token":"t0ken"})");
     row(
         "pause with an empty token", [](auto &c) { c.printPauseCmd(QString()); },
         R"({"cmd":"PRINT_PAUSE","token":""})");
     row(
-        "stop", [](auto &c) { c.printStopCmd(s("t0ken")); },
+        "stop", [](auto &c) { c.printStopCmd("t0ken"_s); },
         R"({"cmd":"PRINT_STOP","token":"t0ken"})");
     row(
-        "print status", [](auto &c) { c.getPrintStatusCmd(s("t0ken")); },
+        "print status", [](auto &c) { c.getPrintStatusCmd("t0ken"_s); },
         R"({"cmd":"GET_PRINT_STATUS","token":"t0ken"})");
     row(
-        "working life", [](auto &c) { c.getPrintworkingLife(s("t0ken")); },
+        "working life", [](auto &c) { c.getPrintworkingLife("t0ken"_s); },
         R"({"cmd":"PRINT_WORKING_LIFE","token":"t0ken"})");
 }
 
-void CommandsTest::addOtherRows()
+void TestCommands::addOtherRows()
 {
     row(
         "start print of a file named in other letters",
         [](auto &c) {
-            c.printStartCmd(s("Zahnr\xc3\xa4"
-                              "der \"7\"\\.zydlp"),
-                            s("t"));
+            c.printStartCmd("Zahnr\xc3\xa4"
+                            "der \"7\"\\.zydlp"_s,
+                            "t"_s);
         },
         "{\"cmd\":\"START_PRINT\",\"filename\":\"Zahnr\xc3\xa4"
         "der \\\"7\\\"\\\\.zydlp\","
@@ -101,14 +97,14 @@ void CommandsTest::addOtherRows()
     row(
         "any message",
         [](auto &c) {
-            c.sendJsonMessage({{s("list"), QJsonArray{1, s("a b")}}, {s("a"), 0.5}});
+            c.sendJsonMessage({{"list"_s, QJsonArray{1, "a b"_s}}, {"a"_s, 0.5}});
         },
         R"({"a":0.5,"list":[1,"a b"]})");
     row(
         "empty message", [](auto &c) { c.sendJsonMessage({}); }, "{}");
 }
 
-void CommandsTest::sendsOneCompactMessage()
+void TestCommands::sendsOneCompactMessage()
 {
     QFETCH(Command, command);
     QFETCH(QString, text);
@@ -122,68 +118,76 @@ void CommandsTest::sendsOneCompactMessage()
     QCOMPARE(session.logLines(), QStringList());
 }
 
-void CommandsTest::sendsParametersUnchanged_data()
+void TestCommands::sendsParametersUnchanged_data()
 {
     QTest::addColumn<QString>("parameters");
     QTest::addColumn<QString>("text");
 
     QTest::newRow("every type of value")
-        << s(R"({"a":"x","b":1,"c":true,"d":null,"e":{"f":[2]}})")
-        << s(R"({"a":"x","b":1,"c":true,"cmd":"PRINT_PARA_SET","d":null,"e":{"f":[2]},"token":"t"})");
+        << R"({"a":"x","b":1,"c":true,"d":null,"e":{"f":[2]}})"_s
+        << R"({"a":"x","b":1,"c":true,"cmd":"PRINT_PARA_SET","d":null,"e":{"f":[2]},"token":"t"})"_s;
     QTest::newRow("the printer's six parameters")
-        << s(R"({"bottomExposureNum":"6","delayLight":"1.5","eleSpeed":"60","initExposure":"40",)"
-             R"("printExposure":"2.5","printHeight":"8"})")
-        << s(R"({"bottomExposureNum":"6","cmd":"PRINT_PARA_SET","delayLight":"1.5","eleSpeed":"60",)"
-             R"("initExposure":"40","printExposure":"2.5","printHeight":"8","token":"t"})");
+        << R"({"bottomExposureNum":"6","delayLight":"1.5","eleSpeed":"60","initExposure":"40",)"
+           R"("printExposure":"2.5","printHeight":"8"})"_s
+        << R"({"bottomExposureNum":"6","cmd":"PRINT_PARA_SET","delayLight":"1.5","eleSpeed":"60",)"
+           R"("initExposure":"40","printExposure":"2.5","printHeight":"8","token":"t"})"_s;
     QTest::newRow("a command and a token among the parameters")
-        << s(R"({"cmd":"PRINT_STOP","token":"stolen","x":"1"})")
-        << s(R"({"cmd":"PRINT_PARA_SET","token":"t","x":"1"})");
-    QTest::newRow("none") << s("{}") << s(R"({"cmd":"PRINT_PARA_SET","token":"t"})");
+        << R"({"cmd":"PRINT_STOP","token":"stolen","x":"1"})"_s
+        << R"({"cmd":"PRINT_PARA_SET","token":"t","x":"1"})"_s;
+    QTest::newRow("none") << "{}"_s
+                          << R"({"cmd":"PRINT_PARA_SET","token":"t"})"_s;
 }
 
-void CommandsTest::sendsParametersUnchanged()
+void TestCommands::sendsParametersUnchanged()
 {
     QFETCH(QString, parameters);
     QFETCH(QString, text);
     Session session;
     QVERIFY(session.open());
 
-    session.client.setPrintParaCmd(zytest::objectIn(parameters), s("t"));
+    session.client.setPrintParaCmd(zytest::objectIn(parameters), "t"_s);
 
     WAIT_COMPARE(session.printer.texts(), QStringList{text});
 }
 
-void CommandsTest::keepsTheOrderOfCommands()
+void TestCommands::keepsTheOrderOfCommands()
 {
     Session session;
     QVERIFY(session.open());
 
-    session.client.printStopCmd(s("1"));
+    session.client.printStopCmd("1"_s);
     session.client.versionCheckCmd();
-    session.client.printPauseCmd(s("2"));
+    session.client.printPauseCmd("2"_s);
 
     WAIT_COMPARE(
         session.printer.texts(),
-        (QStringList{s(R"({"cmd":"PRINT_STOP","token":"1"})"), s(R"({"cmd":"VERSION_CHECK"})"),
-                     s(R"({"cmd":"PRINT_PAUSE","token":"2"})")}));
+        (QStringList{R"({"cmd":"PRINT_STOP","token":"1"})"_s, R"({"cmd":"VERSION_CHECK"})"_s,
+                     R"({"cmd":"PRINT_PAUSE","token":"2"})"_s}));
 }
 
-void CommandsTest::readsOneObjectFromAText_data()
+void TestCommands::readsOneObjectFromAText_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("object");
 
-    QTest::newRow("object") << s(R"({"cmd":"X","n":1})") << s(R"({"cmd":"X","n":1})");
-    QTest::newRow("object with spaces") << s(" { \"n\" : [ 1 ] } ") << s(R"({"n":[1]})");
-    QTest::newRow("empty object") << s("{}") << s("{}");
-    QTest::newRow("array") << s("[1,2]") << s("{}");
-    QTest::newRow("string") << s("\"x\"") << s("{}");
-    QTest::newRow("empty text") << QString() << s("{}");
-    QTest::newRow("truncated object") << s(R"({"cmd":"START_PRINT")") << s("{}");
-    QTest::newRow("object with something after it") << s("{} x") << s("{}");
+    QTest::newRow("object") << R"({"cmd":"X","n":1})"_s
+                            << R"({"cmd":"X","n":1})"_s;
+    QTest::newRow("object with spaces") << " { \"n\" : [ 1 ] } "_s
+                                        << R"({"n":[1]})"_s;
+    QTest::newRow("empty object") << "{}"_s
+                                  << "{}"_s;
+    QTest::newRow("array") << "[1,2]"_s
+                           << "{}"_s;
+    QTest::newRow("string") << "\"x\""_s
+                            << "{}"_s;
+    QTest::newRow("empty text") << QString() << "{}"_s;
+    QTest::newRow("truncated object") << R"({"cmd":"START_PRINT")"_s
+                                      << "{}"_s;
+    QTest::newRow("object with something after it") << "{} x"_s
+                                                    << "{}"_s;
 }
 
-void CommandsTest::readsOneObjectFromAText()
+void TestCommands::readsOneObjectFromAText()
 {
     QFETCH(QString, text);
     QFETCH(QString, object);
@@ -193,20 +197,20 @@ void CommandsTest::readsOneObjectFromAText()
     QCOMPARE(session.logLines(), QStringList());
 }
 
-void CommandsTest::losesCommandsSilentlyBeforeTheConnection()
+void TestCommands::losesCommandsSilentlyBeforeTheConnection()
 {
     Session session;
     session.client.versionCheckCmd();
-    session.client.printStartCmd(s("m"), s("t"));
+    session.client.printStartCmd("m"_s, "t"_s);
     QVERIFY(session.open());
 
-    session.client.printStopCmd(s("t"));
+    session.client.printStopCmd("t"_s);
 
-    WAIT_COMPARE(session.printer.texts(), QStringList{s(R"({"cmd":"PRINT_STOP","token":"t"})")});
+    WAIT_COMPARE(session.printer.texts(), QStringList{R"({"cmd":"PRINT_STOP","token":"t"})"_s});
     QCOMPARE(session.trace.lines(), QStringList());
 }
 
-void CommandsTest::losesCommandsSilentlyAfterTheConnection()
+void TestCommands::losesCommandsSilentlyAfterTheConnection()
 {
     Session session;
     QVERIFY(session.open());
@@ -214,7 +218,7 @@ void CommandsTest::losesCommandsSilentlyAfterTheConnection()
     session.trace.clear();
     session.log.clear();
 
-    session.client.printStopCmd(s("t"));
+    session.client.printStopCmd("t"_s);
     WAIT_VERIFY(!session.printer.peer());
 
     QCOMPARE(session.printer.texts(), QStringList());
@@ -222,6 +226,6 @@ void CommandsTest::losesCommandsSilentlyAfterTheConnection()
     QCOMPARE(session.logLines(), QStringList());
 }
 
-ZY_TEST(CommandsTest)
+ZY_TEST(TestCommands)
 
 #include "tst_commands.moc"

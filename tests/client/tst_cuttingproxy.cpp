@@ -14,7 +14,7 @@
 
 using zytest::CuttingProxy;
 
-class CuttingProxyTest : public QObject
+class TestCuttingProxy : public QObject
 {
     Q_OBJECT
 
@@ -71,7 +71,7 @@ bool waitForEnd(QTcpSocket &socket)
 
 } // namespace
 
-void CuttingProxyTest::forwardsBothWays()
+void TestCuttingProxy::forwardsBothWays()
 {
     const QByteArray up = zytest::randomBytes(3 * 1024 * 1024 + 7);
     const QByteArray down = zytest::randomBytes(1024 * 1024 + 3, 2);
@@ -87,7 +87,7 @@ void CuttingProxyTest::forwardsBothWays()
     QCOMPARE(line.proxy->forwarded(CuttingProxy::ToClient), qint64(down.size()));
 }
 
-void CuttingProxyTest::endsTheOtherHalfWithTheFirst()
+void TestCuttingProxy::endsTheOtherHalfWithTheFirst()
 {
     Line line;
     QVERIFY(line.open());
@@ -100,7 +100,7 @@ void CuttingProxyTest::endsTheOtherHalfWithTheFirst()
     QCOMPARE(line.proxy->cutCount(), 0);
 }
 
-void CuttingProxyTest::cutsAfterExactlyTheBytesAsked_data()
+void TestCuttingProxy::cutsAfterExactlyTheBytesAsked_data()
 {
     QTest::addColumn<int>("direction");
     QTest::addColumn<int>("bytes");
@@ -114,7 +114,7 @@ void CuttingProxyTest::cutsAfterExactlyTheBytesAsked_data()
     QTest::newRow("by a reset, to the client") << int(CuttingProxy::ToClient) << 0 << true;
 }
 
-void CuttingProxyTest::cutsAfterExactlyTheBytesAsked()
+void TestCuttingProxy::cutsAfterExactlyTheBytesAsked()
 {
     QFETCH(int, direction);
     QFETCH(int, bytes);
@@ -139,7 +139,7 @@ void CuttingProxyTest::cutsAfterExactlyTheBytesAsked()
     QVERIFY(sent.startsWith(arrived));
 }
 
-void CuttingProxyTest::connectsAgainAfterACut()
+void TestCuttingProxy::connectsAgainAfterACut()
 {
     Line line;
     QVERIFY(line.open());
@@ -155,7 +155,7 @@ void CuttingProxyTest::connectsAgainAfterACut()
     QCOMPARE(line.proxy->cutCount(), 1);
 }
 
-void CuttingProxyTest::keepsBytesWhileFrozen()
+void TestCuttingProxy::keepsBytesWhileFrozen()
 {
     Line line;
     QVERIFY(line.open());
@@ -171,7 +171,7 @@ void CuttingProxyTest::keepsBytesWhileFrozen()
     QCOMPARE(receive(*line.printer, 3), QByteArray("abc"));
 }
 
-void CuttingProxyTest::forwardsInPieces()
+void TestCuttingProxy::forwardsInPieces()
 {
     const QByteArray sent = zytest::randomBytes(300);
     Line line;
@@ -193,7 +193,7 @@ void CuttingProxyTest::forwardsInPieces()
     QVERIFY2(largest < 100, qPrintable(QString::number(largest)));
 }
 
-void CuttingProxyTest::limitsTheThroughput()
+void TestCuttingProxy::limitsTheThroughput()
 {
     const QByteArray sent = zytest::randomBytes(100000);
     Line line;
@@ -208,6 +208,6 @@ void CuttingProxyTest::limitsTheThroughput()
     QVERIFY2(clock.elapsed() >= 200, qPrintable(QString::number(clock.elapsed())));
 }
 
-ZY_TEST(CuttingProxyTest)
+ZY_TEST(TestCuttingProxy)
 
 #include "tst_cuttingproxy.moc"

@@ -6,6 +6,7 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QEventLoop>
 #include <QPointer>
@@ -41,11 +42,6 @@ using Connect = std::function<void(Client &, const std::function<void()> &)>;
 using Provoke = std::function<void(Bench &)>;
 using Delete = std::function<void(Client *)>;
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 /// What every host might do in a slot: show a dialogue.
 void spin()
 {
@@ -69,13 +65,13 @@ template <typename Signal> Connect on(Signal signal)
 
 Provoke reply(const char *text)
 {
-    return [text](Bench &bench) { bench.printer.sendText(s(text)); };
+    return [text](Bench &bench) { bench.printer.sendText(QString::fromUtf8(text)); };
 }
 
 void transfer(Bench &bench)
 {
     bench.printer.answerTransfers();
-    bench.client->sendFile(bench.file(), s("m"));
+    bench.client->sendFile(bench.file(), "m"_s);
 }
 
 void transferThatIsCancelled(Bench &bench)
@@ -85,7 +81,7 @@ void transferThatIsCancelled(Bench &bench)
     bench.printer.answerTransfers(rules);
     QObject::connect(&bench.printer, &ScriptedPrinter::chunkReceived, bench.client,
                      [&bench] { bench.client->cancel(); });
-    bench.client->sendFile(bench.file(), s("m"));
+    bench.client->sendFile(bench.file(), "m"_s);
 }
 
 void transferThatIsClosed(Bench &bench)
@@ -95,7 +91,7 @@ void transferThatIsClosed(Bench &bench)
     bench.printer.answerTransfers(rules);
     QObject::connect(&bench.printer, &ScriptedPrinter::chunkReceived, bench.client,
                      [&bench] { bench.client->close(); });
-    bench.client->sendFile(bench.file(), s("m"));
+    bench.client->sendFile(bench.file(), "m"_s);
 }
 
 void transferThatIsDropped(Bench &bench)
@@ -105,7 +101,7 @@ void transferThatIsDropped(Bench &bench)
     bench.printer.answerTransfers(rules);
     QObject::connect(&bench.printer, &ScriptedPrinter::chunkReceived, bench.client,
                      [&bench] { bench.printer.drop(); });
-    bench.client->sendFile(bench.file(), s("m"));
+    bench.client->sendFile(bench.file(), "m"_s);
 }
 
 } // namespace
@@ -114,7 +110,7 @@ Q_DECLARE_METATYPE(Connect)
 Q_DECLARE_METATYPE(Provoke)
 Q_DECLARE_METATYPE(Delete)
 
-class DeletionTest : public QObject
+class TestDeletion : public QObject
 {
     Q_OBJECT
 
@@ -166,13 +162,13 @@ QVector<QPair<const char *, Delete>> waysOfDeleting()
 
 } // namespace
 
-void DeletionTest::addRows(const char *tag, const Connect &connect, const Provoke &provoke)
+void TestDeletion::addRows(const char *tag, const Connect &connect, const Provoke &provoke)
 {
     for (const auto &way : waysOfDeleting())
         QTest::addRow("%s: %s", tag, way.first) << connect << provoke << way.second;
 }
 
-void DeletionTest::addReplyRows()
+void TestDeletion::addReplyRows()
 {
     addRows("jsonMessageReceived", on(&Client::jsonMessageReceived), reply("{}"));
     addRows("printErrorCode", on(&Client::printErrorCode),
@@ -188,13 +184,13 @@ void DeletionTest::addReplyRows()
             reply(R"({"cmd":"START_FILE","errorcode":1})"));
     addRows("transError, unknown key", on(&Client::transError), reply(R"({"cmd":"START_FILE"})"));
     addRows("transError, no such file", on(&Client::transError),
-            [](Bench &bench) { bench.client->sendFile(s("/nonexistent"), s("m")); });
+            [](Bench &bench) { bench.client->sendFile("/nonexistent"_s, "m"_s); });
     addRows("cancelFinished", on(&Client::cancelFinished), reply(R"({"cmd":"CANCEL_FILE"})"));
     addRows("finish", on(&Client::finish), reply(R"({"cmd":"CHECK_DATA"})"));
     addRows("fileTransProgress", on(&Client::fileTransProgress), reply(R"({"cmd":"START_DATA"})"));
 }
 
-void DeletionTest::addTransferRows()
+void TestDeletion::addTransferRows()
 {
     addRows("fileTransProgress in a transfer", on(&Client::fileTransProgress), transfer);
     addRows("jsonMessageReceived in a transfer", on(&Client::jsonMessageReceived), transfer);
@@ -204,14 +200,14 @@ void DeletionTest::addTransferRows()
     addRows("disconnected in a transfer", on(&Client::disconnected), transferThatIsDropped);
 }
 
-void DeletionTest::addEndingRows()
+void TestDeletion::addEndingRows()
 {
     addRows("pauseSuccess inside close()", on(&Client::pauseSuccess),
             [](Bench &bench) { bench.client->close(); });
     addRows("pauseSuccess after a message", on(&Client::pauseSuccess), [](Bench &bench) {
         QObject::connect(bench.client, &Client::jsonMessageReceived, bench.client, &Client::close);
-        bench.printer.sendText(s("{}"));
-        bench.printer.sendText(s("{}"));
+        bench.printer.sendText("{}"_s);
+        bench.printer.sendText("{}"_s);
     });
     addRows("disconnected, closed by the peer", on(&Client::disconnected),
             [](Bench &bench) { bench.printer.close(); });
@@ -220,7 +216,7 @@ void DeletionTest::addEndingRows()
     addRows("disconnected, dropped", on(&Client::disconnected),
             [](Bench &bench) { bench.printer.drop(); });
     addRows("disconnected after a message", on(&Client::disconnected), [](Bench &bench) {
-        bench.printer.sendText(s("{}"));
+        bench.printer.sendText("{}"_s);
         bench.printer.close();
     });
     addRows("disconnected from the keep-alive", on(&Client::disconnected), [](Bench &bench) {
@@ -231,7 +227,7 @@ void DeletionTest::addEndingRows()
             [](Bench &bench) { bench.client->openWithUrl(bench.printer.url()); });
 }
 
-void DeletionTest::survivesDeletionInASlot_data()
+void TestDeletion::survivesDeletionInASlot_data()
 {
     QTest::addColumn<Connect>("connectSlot");
     QTest::addColumn<Provoke>("provoke");
@@ -242,7 +238,7 @@ void DeletionTest::survivesDeletionInASlot_data()
     addEndingRows();
 }
 
-void DeletionTest::survivesDeletionInASlot()
+void TestDeletion::survivesDeletionInASlot()
 {
     QFETCH(Connect, connectSlot);
     QFETCH(Provoke, provoke);
@@ -267,14 +263,14 @@ void DeletionTest::survivesDeletionInASlot()
     spin();
 }
 
-void DeletionTest::endsTheTransferAtOnce_data()
+void TestDeletion::endsTheTransferAtOnce_data()
 {
     QTest::addColumn<Delete>("deleteClient");
     for (const auto &way : waysOfDeleting())
         QTest::newRow(way.first) << way.second;
 }
 
-void DeletionTest::endsTheTransferAtOnce()
+void TestDeletion::endsTheTransferAtOnce()
 {
     QFETCH(Delete, deleteClient);
     Bench bench;
@@ -290,10 +286,10 @@ void DeletionTest::endsTheTransferAtOnce()
     WAIT_VERIFY(!bench.printer.peer());
     // A deferred deletion may come only while the second chunk is on its way.
     QVERIFY(bench.printer.chunks().size() <= 2);
-    QVERIFY(!log.texts().contains(s("send end")));
+    QVERIFY(!log.texts().contains("send end"_s));
 }
 
-void DeletionTest::survivesDeletionBetweenTwoChunks()
+void TestDeletion::survivesDeletionBetweenTwoChunks()
 {
     Bench bench;
     WAIT_COMPARE(bench.client->socketConnectStatus(), QAbstractSocket::ConnectedState);
@@ -304,13 +300,13 @@ void DeletionTest::survivesDeletionBetweenTwoChunks()
     connect(&bench.printer, &ScriptedPrinter::chunkReceived, &bench.printer,
             [&bench] { delete bench.client; });
 
-    bench.client->sendFile(bench.file(), s("m"));
+    bench.client->sendFile(bench.file(), "m"_s);
 
     WAIT_VERIFY(!bench.client);
     WAIT_VERIFY(!bench.printer.peer());
     QCOMPARE(bench.printer.chunks().size(), 1);
 }
 
-ZY_TEST(DeletionTest)
+ZY_TEST(TestDeletion)
 
 #include "tst_deletion.moc"

@@ -5,6 +5,7 @@
 #include "rawprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 #include "watchfulapplication.h"
 
 #include <QTimer>
@@ -17,7 +18,7 @@ using Ending = std::function<void(Session &)>;
 
 Q_DECLARE_METATYPE(Ending)
 
-class DisconnectsTest : public QObject
+class TestDisconnects : public QObject
 {
     Q_OBJECT
 
@@ -41,14 +42,9 @@ private:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 int disconnects(const Session &session)
 {
-    return session.trace.count(s("disconnected"));
+    return session.trace.count("disconnected"_s);
 }
 
 bool isUnconnected(const Session &session)
@@ -58,7 +54,7 @@ bool isUnconnected(const Session &session)
 
 } // namespace
 
-void DisconnectsTest::addPeerEndings()
+void TestDisconnects::addPeerEndings()
 {
     QTest::addColumn<Ending>("ending");
     QTest::newRow("a close frame")
@@ -82,12 +78,12 @@ void DisconnectsTest::addPeerEndings()
     });
 }
 
-void DisconnectsTest::reportsADisconnectInTheEventThatBringsIt_data()
+void TestDisconnects::reportsADisconnectInTheEventThatBringsIt_data()
 {
     addPeerEndings();
 }
 
-void DisconnectsTest::reportsADisconnectInTheEventThatBringsIt()
+void TestDisconnects::reportsADisconnectInTheEventThatBringsIt()
 {
     QFETCH(Ending, ending);
     Session session;
@@ -103,14 +99,14 @@ void DisconnectsTest::reportsADisconnectInTheEventThatBringsIt()
 
     ending(session);
 
-    WAIT_COMPARE(session.trace.names(), QStringList{s("disconnected")});
+    WAIT_COMPARE(session.trace.names(), QStringList{"disconnected"_s});
     QCOMPARE(eventsThatKeptItBack, 0);
     QVERIFY(isStateRight);
     zytest::spinOnce();
     QCOMPARE(disconnects(session), 1);
 }
 
-void DisconnectsTest::reportsADisconnectInsideTheSlotForTheClosingState()
+void TestDisconnects::reportsADisconnectInsideTheSlotForTheClosingState()
 {
     Session session;
     QVERIFY(session.open());
@@ -119,10 +115,10 @@ void DisconnectsTest::reportsADisconnectInsideTheSlotForTheClosingState()
                            Q_ARG(QAbstractSocket::SocketState, QAbstractSocket::ClosingState)));
 
     QVERIFY(isUnconnected(session));
-    QCOMPARE(session.trace.lines(), QStringList{s("disconnected()")});
+    QCOMPARE(session.trace.lines(), QStringList{"disconnected()"_s});
 }
 
-void DisconnectsTest::reportsADisconnectAfterTheMessagesBeforeIt()
+void TestDisconnects::reportsADisconnectAfterTheMessagesBeforeIt()
 {
     Session session;
     QVERIFY(session.open());
@@ -132,16 +128,16 @@ void DisconnectsTest::reportsADisconnectAfterTheMessagesBeforeIt()
             disconnectsMeanwhile = disconnects(session);
     });
 
-    session.printer.write(RawPrinter::textFrame(s("{}")) + RawPrinter::textFrame(s("{}"))
+    session.printer.write(RawPrinter::textFrame("{}"_s) + RawPrinter::textFrame("{}"_s)
                           + RawPrinter::closeFrame(1000));
 
     WAIT_COMPARE(disconnects(session), 1);
     QCOMPARE(disconnectsMeanwhile, 0);
     QCOMPARE(session.trace.names(),
-             (QStringList{s("jsonMessageReceived"), s("jsonMessageReceived"), s("disconnected")}));
+             (QStringList{"jsonMessageReceived"_s, "jsonMessageReceived"_s, "disconnected"_s}));
 }
 
-void DisconnectsTest::closesInsideTheSlotForConnected()
+void TestDisconnects::closesInsideTheSlotForConnected()
 {
     Session session;
     QStringList namesAfterClose;
@@ -150,11 +146,11 @@ void DisconnectsTest::closesInsideTheSlotForConnected()
         namesAfterClose = session.trace.names();
     });
 
-    WAIT_COMPARE(namesAfterClose, (QStringList{s("connected"), s("pauseSuccess")}));
+    WAIT_COMPARE(namesAfterClose, (QStringList{"connected"_s, "pauseSuccess"_s}));
     QVERIFY(isUnconnected(session));
 }
 
-void DisconnectsTest::opensAgainInsideCloseAfterAReset()
+void TestDisconnects::opensAgainInsideCloseAfterAReset()
 {
     Session session;
     QVERIFY(session.open());
@@ -164,31 +160,31 @@ void DisconnectsTest::opensAgainInsideCloseAfterAReset()
     session.printer.reset();
     session.client.close(); // Qt notices the reset in there
 
-    QCOMPARE(session.trace.names(), QStringList{s("pauseSuccess")});
-    WAIT_COMPARE(session.trace.count(s("connected")), 1);
+    QCOMPARE(session.trace.names(), QStringList{"pauseSuccess"_s});
+    WAIT_COMPARE(session.trace.count("connected"_s), 1);
     WAIT_VERIFY(session.printer.isPeerConnected());
-    session.printer.write(RawPrinter::textFrame(s("{}")));
+    session.printer.write(RawPrinter::textFrame("{}"_s));
     WAIT_COMPARE(session.trace.names(),
-                 (QStringList{s("pauseSuccess"), s("connected"), s("jsonMessageReceived")}));
+                 (QStringList{"pauseSuccess"_s, "connected"_s, "jsonMessageReceived"_s}));
 }
 
-void DisconnectsTest::keepsTheConnectionOpenedInANestedLoop_data()
+void TestDisconnects::keepsTheConnectionOpenedInANestedLoop_data()
 {
     addPeerEndings();
 }
 
-void DisconnectsTest::keepsTheConnectionOpenedInANestedLoop()
+void TestDisconnects::keepsTheConnectionOpenedInANestedLoop()
 {
     QFETCH(Ending, ending);
     Session session;
     QVERIFY(session.open());
-    const QByteArray frame = RawPrinter::textFrame(s(R"({"version":"1"})"));
+    const QByteArray frame = RawPrinter::textFrame(R"({"version":"1"})"_s);
     connect(&session.client, &ZySslEchoClient::disconnected, this, [&] {
         QTimer::singleShot(0, &session.client,
                            [&] { session.client.openWithUrl(session.printer.url()); });
         const bool isOpen = zytest::waitUntil([&] {
             return session.printer.connectionCount() == 2 && session.printer.isPeerConnected()
-                && session.trace.count(s("connected")) == 1;
+                && session.trace.count("connected"_s) == 1;
         });
         if (!isOpen)
             return;
@@ -199,16 +195,16 @@ void DisconnectsTest::keepsTheConnectionOpenedInANestedLoop()
 
     ending(session);
 
-    WAIT_VERIFY(session.trace.count(s("connected")) == 1);
+    WAIT_VERIFY(session.trace.count("connected"_s) == 1);
     zytest::spinOnce();
     session.printer.write(frame.mid(9));
-    WAIT_COMPARE(session.trace.names(),
-                 (QStringList{s("disconnected"), s("connected"), s("checkVersion"),
-                              s("jsonMessageReceived")}));
+    WAIT_COMPARE(
+        session.trace.names(),
+        (QStringList{"disconnected"_s, "connected"_s, "checkVersion"_s, "jsonMessageReceived"_s}));
     QCOMPARE(session.printer.connectionCount(), 2);
 }
 
-void DisconnectsTest::opensAgainInALoopNestedInConnected()
+void TestDisconnects::opensAgainInALoopNestedInConnected()
 {
     RawPrinter printer;
     ZySslEchoClient client(printer.url());
@@ -226,12 +222,12 @@ void DisconnectsTest::opensAgainInALoopNestedInConnected()
     QCOMPARE(client.socketConnectStatus(), QAbstractSocket::ConnectedState);
 }
 
-void DisconnectsTest::diesInALoopNestedInDisconnected_data()
+void TestDisconnects::diesInALoopNestedInDisconnected_data()
 {
     addPeerEndings();
 }
 
-void DisconnectsTest::diesInALoopNestedInDisconnected()
+void TestDisconnects::diesInALoopNestedInDisconnected()
 {
     QFETCH(Ending, ending);
     Session session;
@@ -254,6 +250,6 @@ void DisconnectsTest::diesInALoopNestedInDisconnected()
     zytest::spinOnce();
 }
 
-ZY_TEST(DisconnectsTest)
+ZY_TEST(TestDisconnects)
 
 #include "tst_disconnects.moc"

@@ -6,6 +6,7 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QEventLoop>
 #include <QFile>
@@ -15,7 +16,7 @@ using zytest::ScriptedPrinter;
 using zytest::TransferRules;
 using Session = zytest::TransferSession<ScriptedPrinter>;
 
-class EconomyTest : public QObject
+class TestEconomy : public QObject
 {
     Q_OBJECT
 
@@ -31,24 +32,19 @@ private Q_SLOTS:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 constexpr qint64 mebi = 1024 * 1024;
 constexpr int waiting = 1000; // ms
 
 } // namespace
 
-void EconomyTest::sleepsWhileAChunkIsUnacknowledged_data()
+void TestEconomy::sleepsWhileAChunkIsUnacknowledged_data()
 {
     QTest::addColumn<bool>("isConnected");
     QTest::newRow("connected") << true;
     QTest::newRow("the connection lost") << false;
 }
 
-void EconomyTest::sleepsWhileAChunkIsUnacknowledged()
+void TestEconomy::sleepsWhileAChunkIsUnacknowledged()
 {
     QFETCH(bool, isConnected);
     Session session;
@@ -72,14 +68,14 @@ void EconomyTest::sleepsWhileAChunkIsUnacknowledged()
         timer.start(waiting);
     });
 
-    session.client.sendFile(session.writeFile(s("local.zydlp"), "0123456789"), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, "0123456789"), "m"_s);
     WAIT_VERIFY(session.hasEnded());
 
     QVERIFY(used >= 0);
     QVERIFY2(used < waiting / 10, qPrintable(QStringLiteral("%1 ms").arg(used)));
 }
 
-void EconomyTest::aProgressSlotMaySleepInANestedLoop()
+void TestEconomy::aProgressSlotMaySleepInANestedLoop()
 {
     Session session;
     QVERIFY(session.open());
@@ -94,14 +90,14 @@ void EconomyTest::aProgressSlotMaySleepInANestedLoop()
         used = zytest::processorTime() - before;
     });
 
-    session.client.sendFile(session.writeFile(s("local.zydlp"), "0123456789"), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, "0123456789"), "m"_s);
     WAIT_VERIFY(session.hasEnded());
 
     QVERIFY(used >= 0);
     QVERIFY2(used < waiting / 10, qPrintable(QStringLiteral("%1 ms").arg(used)));
 }
 
-void EconomyTest::aProgressSlotMayWaitForAnotherTransfer()
+void TestEconomy::aProgressSlotMayWaitForAnotherTransfer()
 {
     Session session;
     QVERIFY(session.open());
@@ -111,34 +107,34 @@ void EconomyTest::aProgressSlotMayWaitForAnotherTransfer()
     TransferRules silent;
     silent.acknowledges = false;
     other.printer.answerTransfers(silent);
-    const QString path = session.writeFile(s("local.zydlp"), "0123456789");
+    const QString path = session.writeFile("local.zydlp"_s, "0123456789");
     QFile file(path);
     const QString key = other.client.getFileKey(file);
     qint64 used = -1;
     connect(&session.client, &ZySslEchoClient::fileTransProgress, this, [&] {
         const qint64 before = zytest::processorTime();
-        other.client.sendFileStart(file, s("m"));
+        other.client.sendFileStart(file, "m"_s);
         QTimer::singleShot(waiting, &other.client, [&] { other.client.close(); });
         // At once, so that no loop but the two that send is on the stack.
-        other.client.beginTransFile({{s("key"), key}});
+        other.client.beginTransFile({{"key"_s, key}});
         used = zytest::processorTime() - before;
     });
 
-    session.client.sendFile(path, s("m"));
+    session.client.sendFile(path, "m"_s);
     WAIT_VERIFY(session.hasEnded());
 
     QVERIFY(used >= 0);
     QVERIFY2(used < waiting / 10, qPrintable(QStringLiteral("%1 ms").arg(used)));
 }
 
-void EconomyTest::needsNoMoreMemoryForALargerFile_data()
+void TestEconomy::needsNoMoreMemoryForALargerFile_data()
 {
     QTest::addColumn<bool>("compress");
     QTest::newRow("as it is") << false;
     QTest::newRow("compressed") << true;
 }
 
-void EconomyTest::needsNoMoreMemoryForALargerFile()
+void TestEconomy::needsNoMoreMemoryForALargerFile()
 {
     QFETCH(bool, compress);
     Session session;
@@ -148,10 +144,10 @@ void EconomyTest::needsNoMoreMemoryForALargerFile()
     rules.compress = compress;
     session.printer.answerTransfers(rules);
     const auto peakAfterSending = [&](qint64 size) {
-        QFile file(session.writeFile(s("local.zydlp"), "start"));
-        const bool isSent = file.resize(size) && session.client.sendFileStart(file, s("m"))
+        QFile file(session.writeFile("local.zydlp"_s, "start"));
+        const bool isSent = file.resize(size) && session.client.sendFileStart(file, "m"_s)
             && zytest::waitUntil([&] {
-                                return session.hasEnded() && session.trace.count(s("finish")) == 1;
+                                return session.hasEnded() && session.trace.count("finish"_s) == 1;
                             });
         session.trace.clear();
         return isSent ? zytest::peakMemory() : -1;
@@ -166,6 +162,6 @@ void EconomyTest::needsNoMoreMemoryForALargerFile()
     QVERIFY2(large - small < 8 * mebi, qPrintable(QStringLiteral("%1 bytes").arg(large - small)));
 }
 
-ZY_TEST(EconomyTest)
+ZY_TEST(TestEconomy)
 
 #include "tst_economy.moc"

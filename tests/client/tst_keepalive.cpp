@@ -5,10 +5,11 @@
 #include "rawprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 using Session = zytest::Session<zytest::RawPrinter>;
 
-class KeepAliveTest : public QObject
+class TestKeepAlive : public QObject
 {
     Q_OBJECT
 
@@ -28,11 +29,6 @@ private Q_SLOTS:
 
 namespace
 {
-
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
 
 bool tick(Session &session, int times = 1)
 {
@@ -54,7 +50,7 @@ bool enterState(Session &session, QAbstractSocket::SocketState state)
 
 } // namespace
 
-void KeepAliveTest::pingsOnTheFirstTick()
+void TestKeepAlive::pingsOnTheFirstTick()
 {
     Session session;
     QVERIFY(session.open());
@@ -66,7 +62,7 @@ void KeepAliveTest::pingsOnTheFirstTick()
     QCOMPARE(session.logLines(), QStringList());
 }
 
-void KeepAliveTest::pingsAgainAfterEachPong()
+void TestKeepAlive::pingsAgainAfterEachPong()
 {
     Session session;
     QVERIFY(session.open());
@@ -75,12 +71,12 @@ void KeepAliveTest::pingsAgainAfterEachPong()
         QVERIFY(tick(session));
         WAIT_COMPARE(session.printer.pings().size(), pings);
         // Once the message after the pong has come, so has the pong.
-        session.printer.write(zytest::RawPrinter::textFrame(s("{}")));
-        WAIT_COMPARE(session.trace.lines(), QStringList{s("jsonMessageReceived({})")});
+        session.printer.write(zytest::RawPrinter::textFrame("{}"_s));
+        WAIT_COMPARE(session.trace.lines(), QStringList{"jsonMessageReceived({})"_s});
     }
 }
 
-void KeepAliveTest::aPongResetsTheCount()
+void TestKeepAlive::aPongResetsTheCount()
 {
     Session session;
     session.printer.setAnswersPings(false);
@@ -93,32 +89,32 @@ void KeepAliveTest::aPongResetsTheCount()
     WAIT_COMPARE(session.printer.pings().size(), 2);
 
     QVERIFY(tick(session));
-    QCOMPARE(session.trace.lines(), QStringList{s("disconnected()")});
+    QCOMPARE(session.trace.lines(), QStringList{"disconnected()"_s});
 }
 
-void KeepAliveTest::acceptsEveryCertificate()
+void TestKeepAlive::acceptsEveryCertificate()
 {
     Session session;
     QVERIFY(session.open());
 
     QVERIFY(session.invoke("onSslErrors", Q_ARG(QList<QSslError>, {QSslError()})));
 
-    QCOMPARE(session.logLines(), QStringList{s("ssl Error!")});
+    QCOMPARE(session.logLines(), QStringList{"ssl Error!"_s});
     QCOMPARE(session.trace.lines(), QStringList());
 }
 
-void KeepAliveTest::answersAClosingStateWithACloseOfItsOwn()
+void TestKeepAlive::answersAClosingStateWithACloseOfItsOwn()
 {
     Session session;
     QVERIFY(session.open());
 
     QVERIFY(enterState(session, QAbstractSocket::ClosingState));
 
-    WAIT_COMPARE(session.trace.lines(), QStringList{s("disconnected()")});
+    WAIT_COMPARE(session.trace.lines(), QStringList{"disconnected()"_s});
     WAIT_COMPARE(session.printer.closeCodes(), QVector<int>{1000});
 }
 
-void KeepAliveTest::aSilentPeerIsADisconnectOnTheFourthTick()
+void TestKeepAlive::aSilentPeerIsADisconnectOnTheFourthTick()
 {
     Session session;
     session.printer.setAnswersPings(false);
@@ -127,7 +123,7 @@ void KeepAliveTest::aSilentPeerIsADisconnectOnTheFourthTick()
     QVERIFY(tick(session, 3));
     QCOMPARE(session.trace.lines(), QStringList());
     QVERIFY(tick(session));
-    QCOMPARE(session.trace.lines(), QStringList{s("disconnected()")});
+    QCOMPARE(session.trace.lines(), QStringList{"disconnected()"_s});
 
     // Only reported: the socket stays as it is, and nothing more than the one ping is sent.
     QCOMPARE(session.client.socketConnectStatus(), QAbstractSocket::ConnectedState);
@@ -137,7 +133,7 @@ void KeepAliveTest::aSilentPeerIsADisconnectOnTheFourthTick()
     QCOMPARE(session.printer.connectionCount(), 1);
 }
 
-void KeepAliveTest::goesOnReportingASilentPeer()
+void TestKeepAlive::goesOnReportingASilentPeer()
 {
     Session session;
     session.printer.setAnswersPings(false);
@@ -146,40 +142,40 @@ void KeepAliveTest::goesOnReportingASilentPeer()
     // The counters are not reset by the report.
     QVERIFY(tick(session, 6));
 
-    QCOMPARE(session.trace.count(s("disconnected")), 3);
+    QCOMPARE(session.trace.count("disconnected"_s), 3);
     QVERIFY(pong(session));
     QVERIFY(tick(session));
     WAIT_COMPARE(session.printer.pings().size(), 2);
-    QCOMPARE(session.trace.count(s("disconnected")), 3);
+    QCOMPARE(session.trace.count("disconnected"_s), 3);
 }
 
-void KeepAliveTest::neverReportsASilentPeerAfterClose()
+void TestKeepAlive::neverReportsASilentPeerAfterClose()
 {
     Session session;
     session.printer.setAnswersPings(false);
     QVERIFY(session.open());
     session.printer.drop();
-    WAIT_COMPARE(session.trace.lines(), QStringList{s("disconnected()")});
+    WAIT_COMPARE(session.trace.lines(), QStringList{"disconnected()"_s});
     session.client.close(); // while unconnected, so nothing clears the request to close
 
     QVERIFY(tick(session, 8));
 
-    QCOMPARE(session.trace.lines(), QStringList{s("disconnected()")});
+    QCOMPARE(session.trace.lines(), QStringList{"disconnected()"_s});
 }
 
-void KeepAliveTest::leavesAnotherStateAlone_data()
+void TestKeepAlive::leavesAnotherStateAlone_data()
 {
     QTest::addColumn<QAbstractSocket::SocketState>("state");
     QTest::addColumn<QString>("name");
-    QTest::newRow("unconnected") << QAbstractSocket::UnconnectedState << s("UnconnectedState");
-    QTest::newRow("host lookup") << QAbstractSocket::HostLookupState << s("HostLookupState");
-    QTest::newRow("connecting") << QAbstractSocket::ConnectingState << s("ConnectingState");
-    QTest::newRow("connected") << QAbstractSocket::ConnectedState << s("ConnectedState");
-    QTest::newRow("bound") << QAbstractSocket::BoundState << s("BoundState");
-    QTest::newRow("listening") << QAbstractSocket::ListeningState << s("ListeningState");
+    QTest::newRow("unconnected") << QAbstractSocket::UnconnectedState << "UnconnectedState"_s;
+    QTest::newRow("host lookup") << QAbstractSocket::HostLookupState << "HostLookupState"_s;
+    QTest::newRow("connecting") << QAbstractSocket::ConnectingState << "ConnectingState"_s;
+    QTest::newRow("connected") << QAbstractSocket::ConnectedState << "ConnectedState"_s;
+    QTest::newRow("bound") << QAbstractSocket::BoundState << "BoundState"_s;
+    QTest::newRow("listening") << QAbstractSocket::ListeningState << "ListeningState"_s;
 }
 
-void KeepAliveTest::leavesAnotherStateAlone()
+void TestKeepAlive::leavesAnotherStateAlone()
 {
     QFETCH(QAbstractSocket::SocketState, state);
     QFETCH(QString, name);
@@ -189,12 +185,12 @@ void KeepAliveTest::leavesAnotherStateAlone()
     QVERIFY(enterState(session, state));
 
     QCOMPARE(session.logLines(),
-             QStringList{s("onStateChanged(QAbstractSocket::SocketState state) = QAbstractSocket::")
+             QStringList{"onStateChanged(QAbstractSocket::SocketState state) = QAbstractSocket::"_s
                          + name});
     QCOMPARE(session.client.socketConnectStatus(), QAbstractSocket::ConnectedState);
     QCOMPARE(session.trace.lines(), QStringList());
 }
 
-ZY_TEST(KeepAliveTest)
+ZY_TEST(TestKeepAlive)
 
 #include "tst_keepalive.moc"

@@ -6,6 +6,7 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QTcpServer>
 
@@ -21,7 +22,7 @@ using Ending = std::function<void(RawSession &)>;
 
 Q_DECLARE_METATYPE(Ending)
 
-class LifecycleTest : public QObject
+class TestLifecycle : public QObject
 {
     Q_OBJECT
 
@@ -52,19 +53,15 @@ private Q_SLOTS:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 QString stateLine(const char *state)
 {
-    return s("onStateChanged(QAbstractSocket::SocketState state) = QAbstractSocket::") + s(state);
+    return "onStateChanged(QAbstractSocket::SocketState state) = QAbstractSocket::"_s
+        + QString::fromUtf8(state);
 }
 
-const QString connectedLine = s("connected()");
-const QString disconnectedLine = s("disconnected()");
-const QString pauseSuccessLine = s("pauseSuccess()");
+const QString connectedLine = "connected()"_s;
+const QString disconnectedLine = "disconnected()"_s;
+const QString pauseSuccessLine = "pauseSuccess()"_s;
 
 // How a connection ends.
 void closeByClient(RawSession &session)
@@ -89,7 +86,7 @@ void resetByPeer(RawSession &session)
 
 } // namespace
 
-void LifecycleTest::opensTheConnectionInItsConstructor()
+void TestLifecycle::opensTheConnectionInItsConstructor()
 {
     Session session;
 
@@ -98,7 +95,7 @@ void LifecycleTest::opensTheConnectionInItsConstructor()
     QCOMPARE(session.printer.texts(), QStringList());
 }
 
-void LifecycleTest::reportsTheSocketState()
+void TestLifecycle::reportsTheSocketState()
 {
     Session session;
     QCOMPARE(session.client.socketConnectStatus(), QAbstractSocket::ConnectingState);
@@ -108,7 +105,7 @@ void LifecycleTest::reportsTheSocketState()
     QCOMPARE(session.client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
 }
 
-void LifecycleTest::logsStateChanges()
+void TestLifecycle::logsStateChanges()
 {
     Session session;
     // The attempt starts before the client listens for state changes: no ConnectingState.
@@ -127,7 +124,7 @@ void LifecycleTest::logsStateChanges()
                  (QStringList{stateLine("ConnectingState"), stateLine("ConnectedState")}));
 }
 
-void LifecycleTest::closeGivesOnePauseSuccessInsideTheCall()
+void TestLifecycle::closeGivesOnePauseSuccessInsideTheCall()
 {
     Session session;
     QVERIFY(session.open());
@@ -140,7 +137,7 @@ void LifecycleTest::closeGivesOnePauseSuccessInsideTheCall()
     QCOMPARE(session.trace.lines(), QStringList{pauseSuccessLine});
 }
 
-void LifecycleTest::opensAgainAfterClose()
+void TestLifecycle::opensAgainAfterClose()
 {
     Session session;
     QVERIFY(session.open());
@@ -156,7 +153,7 @@ void LifecycleTest::opensAgainAfterClose()
                  (QStringList{pauseSuccessLine, connectedLine, disconnectedLine}));
 }
 
-void LifecycleTest::openingAgainDoesNotDoubleDelivery()
+void TestLifecycle::openingAgainDoesNotDoubleDelivery()
 {
     Session session;
     QVERIFY(session.open());
@@ -164,22 +161,22 @@ void LifecycleTest::openingAgainDoesNotDoubleDelivery()
         session.client.close();
         session.client.openWithUrl(session.printer.url());
         WAIT_COMPARE(session.printer.connectionCount(), connections);
-        WAIT_COMPARE(session.trace.count(s("connected")), connections - 1);
+        WAIT_COMPARE(session.trace.count("connected"_s), connections - 1);
     }
     session.trace.clear();
 
-    session.printer.sendText(s(R"({"version":"1"})"));
-    session.printer.sendText(s("{}"));
+    session.printer.sendText(R"({"version":"1"})"_s);
+    session.printer.sendText("{}"_s);
     WAIT_COMPARE(session.trace.lines(),
-                 (QStringList{s("checkVersion()"), s(R"(jsonMessageReceived({"version":"1"}))"),
-                              s("jsonMessageReceived({})")}));
+                 (QStringList{"checkVersion()"_s, R"(jsonMessageReceived({"version":"1"}))"_s,
+                              "jsonMessageReceived({})"_s}));
 
     session.trace.clear();
     session.printer.drop();
     WAIT_COMPARE(session.trace.lines(), QStringList{disconnectedLine});
 }
 
-void LifecycleTest::opensAnotherUrlWhileConnected()
+void TestLifecycle::opensAnotherUrlWhileConnected()
 {
     ScriptedPrinter other;
     Session session;
@@ -187,17 +184,17 @@ void LifecycleTest::opensAnotherUrlWhileConnected()
 
     session.client.openWithUrl(other.url());
     WAIT_COMPARE(other.connectionCount(), 1);
-    WAIT_COMPARE(session.trace.count(s("connected")), 1);
+    WAIT_COMPARE(session.trace.count("connected"_s), 1);
     WAIT_VERIFY(!session.printer.peer());
 
     session.trace.clear();
     session.client.versionCheckCmd();
-    WAIT_COMPARE(other.texts(), QStringList{s(R"({"cmd":"VERSION_CHECK"})")});
-    other.sendText(s("{}"));
-    WAIT_COMPARE(session.trace.lines(), QStringList{s("jsonMessageReceived({})")});
+    WAIT_COMPARE(other.texts(), QStringList{R"({"cmd":"VERSION_CHECK"})"_s});
+    other.sendText("{}"_s);
+    WAIT_COMPARE(session.trace.lines(), QStringList{"jsonMessageReceived({})"_s});
 }
 
-void LifecycleTest::opensAgainInsideASlot_data()
+void TestLifecycle::opensAgainInsideASlot_data()
 {
     QTest::addColumn<Ending>("ending");
     QTest::addColumn<QString>("signalLine");
@@ -207,7 +204,7 @@ void LifecycleTest::opensAgainInsideASlot_data()
     QTest::newRow("pauseSuccess, inside close()") << Ending(closeByClient) << pauseSuccessLine;
 }
 
-void LifecycleTest::opensAgainInsideASlot()
+void TestLifecycle::opensAgainInsideASlot()
 {
     QFETCH(Ending, ending);
     QFETCH(QString, signalLine);
@@ -219,15 +216,15 @@ void LifecycleTest::opensAgainInsideASlot()
 
     ending(session);
 
-    WAIT_VERIFY(session.trace.count(s("connected")) == 1);
+    WAIT_VERIFY(session.trace.count("connected"_s) == 1);
     WAIT_COMPARE(session.printer.connectionCount(), 2);
-    session.printer.write(RawPrinter::textFrame(s("{}")));
-    WAIT_VERIFY(session.trace.count(s("jsonMessageReceived")) == 1);
+    session.printer.write(RawPrinter::textFrame("{}"_s));
+    WAIT_VERIFY(session.trace.count("jsonMessageReceived"_s) == 1);
     QCOMPARE(session.trace.lines(),
-             (QStringList{signalLine, connectedLine, s("jsonMessageReceived({})")}));
+             (QStringList{signalLine, connectedLine, "jsonMessageReceived({})"_s}));
 }
 
-void LifecycleTest::destructionClosesTheConnection()
+void TestLifecycle::destructionClosesTheConnection()
 {
     RawPrinter printer;
     auto client = std::make_unique<ZySslEchoClient>(printer.url());
@@ -240,7 +237,7 @@ void LifecycleTest::destructionClosesTheConnection()
     WAIT_VERIFY(!printer.isPeerConnected());
 }
 
-void LifecycleTest::answersAClosingPeer_data()
+void TestLifecycle::answersAClosingPeer_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<int>("answer");
@@ -249,7 +246,7 @@ void LifecycleTest::answersAClosingPeer_data()
     QTest::newRow("going away") << 1001 << 1001;
 }
 
-void LifecycleTest::answersAClosingPeer()
+void TestLifecycle::answersAClosingPeer()
 {
     QFETCH(int, code);
     QFETCH(int, answer);
@@ -265,14 +262,14 @@ void LifecycleTest::answersAClosingPeer()
     QCOMPARE(session.logLines().constLast(), stateLine("UnconnectedState"));
 }
 
-void LifecycleTest::reportsADroppedConnection_data()
+void TestLifecycle::reportsADroppedConnection_data()
 {
     QTest::addColumn<Ending>("ending");
     QTest::newRow("ended in order") << Ending(dropByPeer);
     QTest::newRow("reset") << Ending(resetByPeer);
 }
 
-void LifecycleTest::reportsADroppedConnection()
+void TestLifecycle::reportsADroppedConnection()
 {
     QFETCH(Ending, ending);
     RawSession session;
@@ -284,21 +281,21 @@ void LifecycleTest::reportsADroppedConnection()
     WAIT_COMPARE(session.trace.lines(), QStringList{disconnectedLine});
 }
 
-void LifecycleTest::handlesMessagesBeforeTheDropThatFollowsThem()
+void TestLifecycle::handlesMessagesBeforeTheDropThatFollowsThem()
 {
     RawSession session;
     QVERIFY(session.open());
 
-    session.printer.write(RawPrinter::textFrame(s("{}")) + RawPrinter::textFrame(s(R"({"n":1})"))
+    session.printer.write(RawPrinter::textFrame("{}"_s) + RawPrinter::textFrame(R"({"n":1})"_s)
                           + RawPrinter::closeFrame(1000));
     session.printer.drop();
 
     WAIT_COMPARE(session.trace.lines(),
-                 (QStringList{s("jsonMessageReceived({})"), s(R"(jsonMessageReceived({"n":1}))"),
+                 (QStringList{"jsonMessageReceived({})"_s, R"(jsonMessageReceived({"n":1}))"_s,
                               disconnectedLine}));
 }
 
-void LifecycleTest::aFirstAttemptThatFailsEmitsNothing()
+void TestLifecycle::aFirstAttemptThatFailsEmitsNothing()
 {
     zytest::LogCapture log;
     ZySslEchoClient client{QUrl(zytest::deadUrl())};
@@ -306,7 +303,7 @@ void LifecycleTest::aFirstAttemptThatFailsEmitsNothing()
 
     WAIT_COMPARE(client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
 
-    QCOMPARE(log.texts(s("zywebsocket.client")), QStringList{stateLine("UnconnectedState")});
+    QCOMPARE(log.texts("zywebsocket.client"_s), QStringList{stateLine("UnconnectedState")});
     QCOMPARE(trace.lines(), QStringList());
 
     // Nor does it keep the client from connecting later.
@@ -315,7 +312,7 @@ void LifecycleTest::aFirstAttemptThatFailsEmitsNothing()
     WAIT_COMPARE(trace.lines(), QStringList{connectedLine});
 }
 
-void LifecycleTest::aLaterAttemptThatFailsIsADisconnect()
+void TestLifecycle::aLaterAttemptThatFailsIsADisconnect()
 {
     Session session;
     QVERIFY(session.open());
@@ -328,7 +325,7 @@ void LifecycleTest::aLaterAttemptThatFailsIsADisconnect()
     WAIT_COMPARE(session.trace.lines(), QStringList{disconnectedLine});
 }
 
-void LifecycleTest::anInvalidUrlEmitsNothing()
+void TestLifecycle::anInvalidUrlEmitsNothing()
 {
     ZySslEchoClient client{QUrl()};
     zytest::SignalTrace trace(client);
@@ -339,7 +336,7 @@ void LifecycleTest::anInvalidUrlEmitsNothing()
     WAIT_COMPARE(trace.lines(), QStringList{connectedLine});
 }
 
-void LifecycleTest::closeWhileUnconnectedTurnsTheNextDropIntoPauseSuccess()
+void TestLifecycle::closeWhileUnconnectedTurnsTheNextDropIntoPauseSuccess()
 {
     zytest::LogCapture log;
     ZySslEchoClient client{QUrl(zytest::deadUrl())};
@@ -359,7 +356,7 @@ void LifecycleTest::closeWhileUnconnectedTurnsTheNextDropIntoPauseSuccess()
     }
 }
 
-void LifecycleTest::canBeDestroyedWhileConnecting()
+void TestLifecycle::canBeDestroyedWhileConnecting()
 {
     ScriptedPrinter printer;
     {
@@ -370,6 +367,6 @@ void LifecycleTest::canBeDestroyedWhileConnecting()
     QVERIFY(session.open());
 }
 
-ZY_TEST(LifecycleTest)
+ZY_TEST(TestLifecycle)
 
 #include "tst_lifecycle.moc"

@@ -6,6 +6,7 @@
 #include "rawprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -13,7 +14,7 @@
 
 using Session = zytest::Session<zytest::RawPrinter>;
 
-class LinkTest : public QObject
+class TestLink : public QObject
 {
     Q_OBJECT
 
@@ -28,23 +29,18 @@ private Q_SLOTS:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 /// The options of the client's end of the connection accepted last; empty when all are set.
 QString missingOptions(const Session &session)
 {
     const quint16 client = session.printer.peerPort();
     const quint16 printer = session.printer.port();
     if (zytest::connectionDescriptor(client, printer) < 0)
-        return s("no connection");
+        return "no connection"_s;
     QString missing;
     if (zytest::connectionOption(client, printer, IPPROTO_TCP, TCP_NODELAY) != 1)
-        missing += s("low delay ");
+        missing += "low delay "_s;
     if (zytest::connectionOption(client, printer, SOL_SOCKET, SO_KEEPALIVE) != 1)
-        missing += s("keep-alive");
+        missing += "keep-alive"_s;
     return missing;
 }
 
@@ -53,20 +49,20 @@ bool reconnected(const Session &session, int count)
 {
     return zytest::waitUntil([&] {
         return session.printer.connectionCount() == count && session.printer.isPeerConnected()
-            && session.trace.count(s("connected")) == 1;
+            && session.trace.count("connected"_s) == 1;
     });
 }
 
 } // namespace
 
-void LinkTest::setsItsOptionsOnceConnected()
+void TestLink::setsItsOptionsOnceConnected()
 {
     Session session;
     QVERIFY(session.open());
     QCOMPARE(missingOptions(session), QString());
 }
 
-void LinkTest::setsItsOptionsAfterClose()
+void TestLink::setsItsOptionsAfterClose()
 {
     Session session;
     QVERIFY(session.open());
@@ -76,18 +72,18 @@ void LinkTest::setsItsOptionsAfterClose()
     QCOMPARE(missingOptions(session), QString());
 }
 
-void LinkTest::setsItsOptionsAfterADrop()
+void TestLink::setsItsOptionsAfterADrop()
 {
     Session session;
     QVERIFY(session.open());
     session.printer.drop();
-    WAIT_COMPARE(session.trace.names(), QStringList{s("disconnected")});
+    WAIT_COMPARE(session.trace.names(), QStringList{"disconnected"_s});
     session.client.openWithUrl(session.printer.url());
     QVERIFY(reconnected(session, 2));
     QCOMPARE(missingOptions(session), QString());
 }
 
-void LinkTest::setsItsOptionsOnAConnectionThatReplacesAnother()
+void TestLink::setsItsOptionsOnAConnectionThatReplacesAnother()
 {
     Session session;
     QVERIFY(session.open());
@@ -96,11 +92,11 @@ void LinkTest::setsItsOptionsOnAConnectionThatReplacesAnother()
     QCOMPARE(missingOptions(session), QString());
 }
 
-void LinkTest::setsItsOptionsInANestedLoop()
+void TestLink::setsItsOptionsInANestedLoop()
 {
     Session session;
     QVERIFY(session.open());
-    QString missing = s("never connected");
+    QString missing = "never connected"_s;
     // Qt deletes the socket before later, which is not before this slot has returned.
     connect(&session.client, &ZySslEchoClient::checkVersion, this, [&] {
         session.client.openWithUrl(session.printer.url());
@@ -108,12 +104,12 @@ void LinkTest::setsItsOptionsInANestedLoop()
             missing = missingOptions(session);
     });
 
-    session.printer.write(zytest::RawPrinter::textFrame(s(R"({"version":"1"})")));
+    session.printer.write(zytest::RawPrinter::textFrame(R"({"version":"1"})"_s));
 
-    WAIT_VERIFY(session.trace.count(s("jsonMessageReceived")) == 1);
+    WAIT_VERIFY(session.trace.count("jsonMessageReceived"_s) == 1);
     QCOMPARE(missing, QString());
 }
 
-ZY_TEST(LinkTest)
+ZY_TEST(TestLink)
 
 #include "tst_link.moc"

@@ -9,7 +9,7 @@
 #include <QMetaMethod>
 #include <QTest>
 
-class MetaObjectTest : public QObject
+class TestMetaObject : public QObject
 {
     Q_OBJECT
 
@@ -58,7 +58,7 @@ const char *const slotSignatures[] = {
 
 } // namespace
 
-void MetaObjectTest::declaresItsMethodsInOrder_data()
+void TestMetaObject::declaresItsMethodsInOrder_data()
 {
     QTest::addColumn<int>("index");
     QTest::addColumn<QByteArray>("signature");
@@ -71,7 +71,7 @@ void MetaObjectTest::declaresItsMethodsInOrder_data()
         QTest::newRow(signature) << index++ << QByteArray(signature) << int(QMetaMethod::Slot);
 }
 
-void MetaObjectTest::declaresItsMethodsInOrder()
+void TestMetaObject::declaresItsMethodsInOrder()
 {
     QFETCH(int, index);
     QFETCH(QByteArray, signature);
@@ -84,13 +84,13 @@ void MetaObjectTest::declaresItsMethodsInOrder()
     QCOMPARE(method.access(), isSlot ? QMetaMethod::Private : QMetaMethod::Public);
 }
 
-void MetaObjectTest::declaresNothingElse()
+void TestMetaObject::declaresNothingElse()
 {
     QCOMPARE(meta().methodCount() - meta().methodOffset(), 16 + 7);
     QCOMPARE(meta().superClass(), &QObject::staticMetaObject);
     QCOMPARE(QByteArray(meta().className()), QByteArray("ZySslEchoClient"));
 }
 
-ZY_TEST(MetaObjectTest)
+ZY_TEST(TestMetaObject)
 
 #include "tst_metaobject.moc"

@@ -5,12 +5,13 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 using zytest::ScriptedPrinter;
 using zytest::TransferRules;
 using Session = zytest::TransferSession<ScriptedPrinter>;
 
-class NestedLoopsTest : public QObject
+class TestNestedLoops : public QObject
 {
     Q_OBJECT
 
@@ -29,11 +30,6 @@ private Q_SLOTS:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 void addEndings()
 {
     QTest::addColumn<bool>("isClosed");
@@ -51,33 +47,33 @@ template <typename Printer> void endPeer(Printer &printer, bool isClosed)
 
 } // namespace
 
-void NestedLoopsTest::aSlotMayWaitForTheNextReply()
+void TestNestedLoops::aSlotMayWaitForTheNextReply()
 {
     Session session;
     QVERIFY(session.open());
     bool hasCome = false;
     connect(&session.client, &ZySslEchoClient::checkVersion, this, [&] {
-        session.client.getPrintStatusCmd(s("t"));
-        hasCome = zytest::waitUntil(
-            [&] { return session.trace.count(s("getPrinterStatusInfo")) == 1; });
+        session.client.getPrintStatusCmd("t"_s);
+        hasCome
+            = zytest::waitUntil([&] { return session.trace.count("getPrinterStatusInfo"_s) == 1; });
     });
     connect(&session.printer, &ScriptedPrinter::textReceived, this,
-            [&] { session.printer.sendText(s(R"({"cmd":"GET_PRINT_STATUS"})")); });
+            [&] { session.printer.sendText(R"({"cmd":"GET_PRINT_STATUS"})"_s); });
 
-    session.printer.sendText(s(R"({"version":"1"})"));
+    session.printer.sendText(R"({"version":"1"})"_s);
 
     WAIT_COMPARE(session.trace.names(),
-                 (QStringList{s("checkVersion"), s("getPrinterStatusInfo"),
-                              s("jsonMessageReceived"), s("jsonMessageReceived")}));
+                 (QStringList{"checkVersion"_s, "getPrinterStatusInfo"_s, "jsonMessageReceived"_s,
+                              "jsonMessageReceived"_s}));
     QVERIFY(hasCome);
-    QVERIFY(session.trace.lines().constLast().contains(s("version")));
+    QVERIFY(session.trace.lines().constLast().contains("version"_s));
 }
 
-void NestedLoopsTest::aConnectedSlotMayWaitForAReply()
+void TestNestedLoops::aConnectedSlotMayWaitForAReply()
 {
     ScriptedPrinter printer;
     connect(&printer, &ScriptedPrinter::textReceived, this,
-            [&] { printer.sendText(s(R"({"version":"1"})")); });
+            [&] { printer.sendText(R"({"version":"1"})"_s); });
     ZySslEchoClient client(printer.url());
     int versions = 0;
     connect(&client, &ZySslEchoClient::checkVersion, this, [&] { ++versions; });
@@ -90,25 +86,25 @@ void NestedLoopsTest::aConnectedSlotMayWaitForAReply()
     WAIT_VERIFY(hasCome);
 }
 
-void NestedLoopsTest::aProgressSlotMayWaitForAStatus()
+void TestNestedLoops::aProgressSlotMayWaitForAStatus()
 {
     Session session;
     QVERIFY(session.open());
     session.printer.answerTransfers();
     bool hasCome = false;
     connect(&session.client, &ZySslEchoClient::fileTransProgress, this, [&] {
-        session.printer.sendText(s(R"({"cmd":"GET_PRINT_STATUS"})"));
-        hasCome = zytest::waitUntil(
-            [&] { return session.trace.count(s("getPrinterStatusInfo")) == 1; });
+        session.printer.sendText(R"({"cmd":"GET_PRINT_STATUS"})"_s);
+        hasCome
+            = zytest::waitUntil([&] { return session.trace.count("getPrinterStatusInfo"_s) == 1; });
     });
 
-    session.client.sendFile(session.writeFile(s("local.zydlp"), "0123456789"), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, "0123456789"), "m"_s);
 
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
     QVERIFY(hasCome);
 }
 
-void NestedLoopsTest::sendsNothingWhileAProgressSlotSpins()
+void TestNestedLoops::sendsNothingWhileAProgressSlotSpins()
 {
     Session session;
     QVERIFY(session.open());
@@ -118,23 +114,23 @@ void NestedLoopsTest::sendsNothingWhileAProgressSlotSpins()
         // The loop that sends lies below this slot, so nothing is sent before it returns.
         zytest::spinOnce();
         chunksTooEarly
-            += int(session.printer.chunks().size()) - session.trace.count(s("fileTransProgress"));
+            += int(session.printer.chunks().size()) - session.trace.count("fileTransProgress"_s);
     });
     const QByteArray contents = zytest::compressibleBytes(3 * zytest::chunkBytes);
 
-    session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, contents), "m"_s);
 
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
     QCOMPARE(chunksTooEarly, 0);
     QCOMPARE(session.printer.chunks().size(), 3);
 }
 
-void NestedLoopsTest::aSlotMaySpinWhileThePeerEnds_data()
+void TestNestedLoops::aSlotMaySpinWhileThePeerEnds_data()
 {
     addEndings();
 }
 
-void NestedLoopsTest::aSlotMaySpinWhileThePeerEnds()
+void TestNestedLoops::aSlotMaySpinWhileThePeerEnds()
 {
     QFETCH(bool, isClosed);
     Session session;
@@ -142,22 +138,22 @@ void NestedLoopsTest::aSlotMaySpinWhileThePeerEnds()
     bool hasEnded = false;
     connect(&session.client, &ZySslEchoClient::checkVersion, this, [&] {
         endPeer(session.printer, isClosed);
-        hasEnded = zytest::waitUntil([&] { return session.trace.count(s("disconnected")) == 1; });
+        hasEnded = zytest::waitUntil([&] { return session.trace.count("disconnected"_s) == 1; });
     });
 
-    session.printer.sendText(s(R"({"version":"1"})"));
+    session.printer.sendText(R"({"version":"1"})"_s);
 
     WAIT_COMPARE(session.trace.names(),
-                 (QStringList{s("checkVersion"), s("disconnected"), s("jsonMessageReceived")}));
+                 (QStringList{"checkVersion"_s, "disconnected"_s, "jsonMessageReceived"_s}));
     QVERIFY(hasEnded);
 }
 
-void NestedLoopsTest::aConnectedSlotMaySpinWhileThePeerEnds_data()
+void TestNestedLoops::aConnectedSlotMaySpinWhileThePeerEnds_data()
 {
     addEndings();
 }
 
-void NestedLoopsTest::aConnectedSlotMaySpinWhileThePeerEnds()
+void TestNestedLoops::aConnectedSlotMaySpinWhileThePeerEnds()
 {
     QFETCH(bool, isClosed);
     Session session;
@@ -170,16 +166,16 @@ void NestedLoopsTest::aConnectedSlotMaySpinWhileThePeerEnds()
         zytest::spinOnce();
     });
 
-    WAIT_COMPARE(session.trace.names(), (QStringList{s("connected"), s("disconnected")}));
+    WAIT_COMPARE(session.trace.names(), (QStringList{"connected"_s, "disconnected"_s}));
 
     session.client.openWithUrl(session.printer.url());
-    WAIT_COMPARE(session.trace.count(s("connected")), 2);
+    WAIT_COMPARE(session.trace.count("connected"_s), 2);
     WAIT_VERIFY(session.printer.peer());
-    session.printer.sendText(s("{}"));
-    WAIT_COMPARE(session.trace.lines().constLast(), s("jsonMessageReceived({})"));
+    session.printer.sendText("{}"_s);
+    WAIT_COMPARE(session.trace.lines().constLast(), "jsonMessageReceived({})"_s);
 }
 
-void NestedLoopsTest::aSlotMayCloseAndOpenAgain()
+void TestNestedLoops::aSlotMayCloseAndOpenAgain()
 {
     Session session;
     QVERIFY(session.open());
@@ -188,21 +184,21 @@ void NestedLoopsTest::aSlotMayCloseAndOpenAgain()
         session.client.close();
         session.client.openWithUrl(session.printer.url());
         isOpenAgain = zytest::waitUntil([&] {
-            return session.trace.count(s("connected")) == 1
+            return session.trace.count("connected"_s) == 1
                 && session.printer.connectionCount() == 2;
         });
     });
 
-    session.printer.sendText(s(R"({"version":"1"})"));
+    session.printer.sendText(R"({"version":"1"})"_s);
 
-    WAIT_COMPARE(session.trace.names(),
-                 (QStringList{s("checkVersion"), s("pauseSuccess"), s("connected"),
-                              s("jsonMessageReceived")}));
+    WAIT_COMPARE(
+        session.trace.names(),
+        (QStringList{"checkVersion"_s, "pauseSuccess"_s, "connected"_s, "jsonMessageReceived"_s}));
     QVERIFY(isOpenAgain);
-    session.printer.sendText(s("{}"));
-    WAIT_COMPARE(session.trace.lines().constLast(), s("jsonMessageReceived({})"));
+    session.printer.sendText("{}"_s);
+    WAIT_COMPARE(session.trace.lines().constLast(), "jsonMessageReceived({})"_s);
 }
 
-ZY_TEST(NestedLoopsTest)
+ZY_TEST(TestNestedLoops)
 
 #include "tst_nestedloops.moc"

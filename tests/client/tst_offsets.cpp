@@ -5,11 +5,12 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 using zytest::ScriptedPrinter;
 using Session = zytest::TransferSession<ScriptedPrinter>;
 
-class OffsetsTest : public QObject
+class TestOffsets : public QObject
 {
     Q_OBJECT
 
@@ -25,41 +26,36 @@ private Q_SLOTS:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 const QByteArray contents = "0123456789";
 
 /// Sends a file whose acceptance carries @p offset, and acknowledges whatever comes.
 void transferFrom(Session &session, const QJsonValue &offset)
 {
     const auto before = session.printer.texts().size();
-    session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, contents), "m"_s);
     zytest::waitUntil([&] { return session.printer.texts().size() > before; });
     QJsonObject reply
         = zytest::startFileReply(zytest::objectIn(session.printer.texts().constLast()));
-    reply.insert(s("compress"), false);
-    reply.insert(s("offset"), offset);
+    reply.insert("compress"_s, false);
+    reply.insert("offset"_s, offset);
     QObject::connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client,
-                     [&] { session.printer.sendText(s(R"({"cmd":"START_DATA"})")); });
+                     [&] { session.printer.sendText(R"({"cmd":"START_DATA"})"_s); });
     session.printer.send(reply);
     zytest::waitUntil([&] { return session.hasEnded(); });
 }
 
 } // namespace
 
-void OffsetsTest::survivesAnyOffset_data()
+void TestOffsets::survivesAnyOffset_data()
 {
     QTest::addColumn<QString>("offset");
     for (const char *offset : {"9223372036854775807", "9223372036854775806", "9223372036854775798",
                                "-9223372036854775808", "-9223372036854775807", "-1", "-10", "11",
                                "4294967296", "2147483648", "9223372036853727232"})
-        QTest::newRow(offset) << s(offset);
+        QTest::newRow(offset) << QString::fromUtf8(offset);
 }
 
-void OffsetsTest::survivesAnyOffset()
+void TestOffsets::survivesAnyOffset()
 {
     QFETCH(QString, offset);
     Session session;
@@ -68,29 +64,29 @@ void OffsetsTest::survivesAnyOffset()
     transferFrom(session, offset);
 
     QVERIFY(session.hasEnded());
-    QCOMPARE(session.logLines().constLast(), s("send end"));
-    QCOMPARE(session.trace.count(s("transError")), 0);
+    QCOMPARE(session.logLines().constLast(), "send end"_s);
+    QCOMPARE(session.trace.count("transError"_s), 0);
     QVERIFY(session.printer.chunks().size() <= 1);
     // The client is as good as before.
     session.trace.clear();
     session.printer.disconnect(&session.client);
     session.printer.answerTransfers();
-    session.client.sendFile(session.dir.filePath(s("local.zydlp")), s("m"));
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    session.client.sendFile(session.dir.filePath("local.zydlp"_s), "m"_s);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
 }
 
-void OffsetsTest::readsFromTheStartWhatIsNoOffset_data()
+void TestOffsets::readsFromTheStartWhatIsNoOffset_data()
 {
     QTest::addColumn<QJsonValue>("offset");
-    QTest::newRow("too large for 64 bits") << QJsonValue(s("9223372036854775808"));
-    QTest::newRow("a word") << QJsonValue(s("five"));
-    QTest::newRow("hexadecimal") << QJsonValue(s("0x5"));
+    QTest::newRow("too large for 64 bits") << QJsonValue("9223372036854775808"_s);
+    QTest::newRow("a word") << QJsonValue("five"_s);
+    QTest::newRow("hexadecimal") << QJsonValue("0x5"_s);
     QTest::newRow("empty") << QJsonValue(QString());
     QTest::newRow("a number") << QJsonValue(5);
     QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined);
 }
 
-void OffsetsTest::readsFromTheStartWhatIsNoOffset()
+void TestOffsets::readsFromTheStartWhatIsNoOffset()
 {
     QFETCH(QJsonValue, offset);
     Session session;
@@ -99,22 +95,22 @@ void OffsetsTest::readsFromTheStartWhatIsNoOffset()
     transferFrom(session, offset);
 
     QCOMPARE(session.printer.chunks(), QByteArrayList{contents});
-    QVERIFY(session.logLines().contains(s("sendBytes= 10  _totalBytes= 10")));
+    QVERIFY(session.logLines().contains("sendBytes= 10  _totalBytes= 10"_s));
 }
 
-void OffsetsTest::sendsNothingFromBeyondTheFile()
+void TestOffsets::sendsNothingFromBeyondTheFile()
 {
     Session session;
     QVERIFY(session.open());
 
-    transferFrom(session, s("11"));
+    transferFrom(session, "11"_s);
 
     QCOMPARE(session.printer.chunks().size(), 0);
     QCOMPARE(session.logLines(),
-             (QStringList{s("start send"), s("_totalBytes =  10"), s("send end")}));
+             (QStringList{"start send"_s, "_totalBytes =  10"_s, "send end"_s}));
 }
 
-void OffsetsTest::remembersTheOffsetOfTheLastTransfer()
+void TestOffsets::remembersTheOffsetOfTheLastTransfer()
 {
     Session session;
     QCOMPARE(session.client.transferOffset(), -1);
@@ -133,12 +129,12 @@ void OffsetsTest::remembersTheOffsetOfTheLastTransfer()
     }
 
     // No transfer begins: refused, or without its file.
-    session.printer.sendText(s(R"({"cmd":"START_FILE","errorcode":1,"offset":"5"})"));
-    session.printer.sendText(s(R"({"cmd":"START_FILE","key":"dead","offset":"6"})"));
-    WAIT_COMPARE(session.trace.count(s("transError")), 2);
+    session.printer.sendText(R"({"cmd":"START_FILE","errorcode":1,"offset":"5"})"_s);
+    session.printer.sendText(R"({"cmd":"START_FILE","key":"dead","offset":"6"})"_s);
+    WAIT_COMPARE(session.trace.count("transError"_s), 2);
     QCOMPARE(session.client.transferOffset(), 0);
 }
 
-ZY_TEST(OffsetsTest)
+ZY_TEST(TestOffsets)
 
 #include "tst_offsets.moc"

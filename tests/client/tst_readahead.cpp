@@ -6,6 +6,7 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,7 +17,7 @@ using zytest::ScriptedPrinter;
 using zytest::TransferRules;
 using Session = zytest::TransferSession<ScriptedPrinter>;
 
-class ReadAheadTest : public QObject
+class TestReadAhead : public QObject
 {
     Q_OBJECT
 
@@ -42,11 +43,6 @@ private:
 
 namespace
 {
-
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
 
 /// Text of a small vocabulary, for which zlib takes long.
 QByteArray slowBytes(int size)
@@ -79,11 +75,11 @@ QByteArrayList compressedChunks(const QByteArray &contents, int level = -1)
 /// How far @p path, which this process has open, has been read.
 qint64 readSoFar(const QString &path)
 {
-    const QDir descriptors(s("/proc/self/fd"));
+    const QDir descriptors("/proc/self/fd"_s);
     for (const QString &name : descriptors.entryList(QDir::Files | QDir::System)) {
         if (QFile::symLinkTarget(descriptors.filePath(name)) != path)
             continue;
-        const QByteArray info = zytest::readFile(s("/proc/self/fdinfo/") + name);
+        const QByteArray info = zytest::readFile("/proc/self/fdinfo/"_s + name);
         return info.mid(info.indexOf("pos:") + 4).split('\n').constFirst().trimmed().toLongLong();
     }
     return -1;
@@ -91,12 +87,12 @@ qint64 readSoFar(const QString &path)
 
 int threadCount()
 {
-    return int(zytest::entriesOf(s("/proc/self/task")).size());
+    return int(zytest::entriesOf("/proc/self/task"_s).size());
 }
 
 } // namespace
 
-void ReadAheadTest::addThreads()
+void TestReadAhead::addThreads()
 {
     QTest::addColumn<int>("threads");
     QTest::newRow("no threads") << 0;
@@ -105,7 +101,7 @@ void ReadAheadTest::addThreads()
     QTest::newRow("as many as pay") << -1;
 }
 
-void ReadAheadTest::startsNoThreadUnlessAsked_data()
+void TestReadAhead::startsNoThreadUnlessAsked_data()
 {
     QTest::addColumn<int>("level");
     QTest::newRow("default level") << -1;
@@ -113,7 +109,7 @@ void ReadAheadTest::startsNoThreadUnlessAsked_data()
 }
 
 /// The first test: a thread of a later one would count.
-void ReadAheadTest::startsNoThreadUnlessAsked()
+void TestReadAhead::startsNoThreadUnlessAsked()
 {
     QFETCH(int, level);
     Session session;
@@ -125,12 +121,12 @@ void ReadAheadTest::startsNoThreadUnlessAsked()
     int most = 0;
     connect(&session.client, &ZySslEchoClient::fileTransProgress, this,
             [&] { most = qMax(most, threadCount()); });
-    session.client.sendFile(session.writeFile(s("local.zydlp"), slowBytes(3 * chunkBytes)), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, slowBytes(3 * chunkBytes)), "m"_s);
     WAIT_VERIFY(session.hasEnded());
     QCOMPARE(most, before);
 }
 
-void ReadAheadTest::keepsTheOrderOfAllThatIsSeen()
+void TestReadAhead::keepsTheOrderOfAllThatIsSeen()
 {
     QFETCH(int, threads);
     const QByteArray contents = zytest::compressibleBytes(5 * chunkBytes / 2);
@@ -143,8 +139,8 @@ void ReadAheadTest::keepsTheOrderOfAllThatIsSeen()
     qint64 received = 0;
     connect(&session.printer, &ScriptedPrinter::textReceived, this, [&](const QString &text) {
         const QJsonObject request = zytest::objectIn(text);
-        wire.append(request.value(s("cmd")).toString());
-        key = request.value(s("key")).toString();
+        wire.append(request.value("cmd"_s).toString());
+        key = request.value("key"_s).toString();
         session.printer.send(zytest::startFileReply(request));
     });
     connect(&session.printer, &ScriptedPrinter::chunkReceived, this, [&](const QByteArray &chunk) {
@@ -164,21 +160,21 @@ void ReadAheadTest::keepsTheOrderOfAllThatIsSeen()
         seen.append(line.section(QLatin1Char('('), 0, 0));
     });
 
-    session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, contents), "m"_s);
     WAIT_VERIFY(session.hasEnded());
 
-    QCOMPARE(wire, (QStringList{s("START_FILE"), s("1048576"), s("1048576"), s("524288")}));
+    QCOMPARE(wire, (QStringList{"START_FILE"_s, "1048576"_s, "1048576"_s, "524288"_s}));
     QVERIFY(session.printer.chunks() == compressedChunks(contents));
-    const QStringList acknowledged{s("fileTransProgress"), s("jsonMessageReceived")};
+    const QStringList acknowledged{"fileTransProgress"_s, "jsonMessageReceived"_s};
     QCOMPARE(seen,
-             (QStringList{s("start send"), s("_totalBytes =  2621440"),
-                          s("sendBytes= 1048576  _totalBytes= 2621440")}
-              + acknowledged + QStringList{s("sendBytes= 2097152  _totalBytes= 2621440")}
-              + acknowledged + QStringList{s("sendBytes= 2621440  _totalBytes= 2621440")}
-              + acknowledged + QStringList{s("send end"), s("jsonMessageReceived")}));
+             (QStringList{"start send"_s, "_totalBytes =  2621440"_s,
+                          "sendBytes= 1048576  _totalBytes= 2621440"_s}
+              + acknowledged + QStringList{"sendBytes= 2097152  _totalBytes= 2621440"_s}
+              + acknowledged + QStringList{"sendBytes= 2621440  _totalBytes= 2621440"_s}
+              + acknowledged + QStringList{"send end"_s, "jsonMessageReceived"_s}));
 }
 
-void ReadAheadTest::endsAsAChangedFileDoes_data()
+void TestReadAhead::endsAsAChangedFileDoes_data()
 {
     QTest::addColumn<int>("threads");
     QTest::addColumn<QByteArray>("after"); // null: removed
@@ -201,7 +197,7 @@ void ReadAheadTest::endsAsAChangedFileDoes_data()
     }
 }
 
-void ReadAheadTest::endsAsAChangedFileDoes()
+void TestReadAhead::endsAsAChangedFileDoes()
 {
     QFETCH(int, threads);
     QFETCH(QByteArray, after);
@@ -210,7 +206,7 @@ void ReadAheadTest::endsAsAChangedFileDoes()
     QVERIFY(session.open());
     session.client.setCompressionThreads(threads);
     const QString path
-        = session.writeFile(s("local.zydlp"), zytest::compressibleBytes(7 * chunkBytes / 2, 1));
+        = session.writeFile("local.zydlp"_s, zytest::compressibleBytes(7 * chunkBytes / 2, 1));
     connect(&session.printer, &ScriptedPrinter::textReceived, this, [&](const QString &text) {
         session.printer.send(zytest::startFileReply(zytest::objectIn(text)));
     });
@@ -222,18 +218,18 @@ void ReadAheadTest::endsAsAChangedFileDoes()
             else
                 zytest::writeFile(path, after);
         }
-        session.printer.send(zytest::startDataReply(s("k"), 1, 1));
+        session.printer.send(zytest::startDataReply("k"_s, 1, 1));
     });
 
-    session.client.sendFile(path, s("m"));
+    session.client.sendFile(path, "m"_s);
 
     WAIT_VERIFY(session.hasEnded());
     QVERIFY(inflated(session.printer.chunks()) == sent);
     QCOMPARE(session.printer.chunks().size(), zytest::chunksOf(sent).size());
-    QCOMPARE(session.logLines().constLast(), s("send end"));
+    QCOMPARE(session.logLines().constLast(), "send end"_s);
 }
 
-void ReadAheadTest::readsTheNextChunkWhileOneIsUnderWay_data()
+void TestReadAhead::readsTheNextChunkWhileOneIsUnderWay_data()
 {
     QTest::addColumn<int>("threads");
     QTest::addColumn<qint64>("read");
@@ -241,7 +237,7 @@ void ReadAheadTest::readsTheNextChunkWhileOneIsUnderWay_data()
     QTest::newRow("two threads") << 2 << qint64(4 * chunkBytes);
 }
 
-void ReadAheadTest::readsTheNextChunkWhileOneIsUnderWay()
+void TestReadAhead::readsTheNextChunkWhileOneIsUnderWay()
 {
     QFETCH(int, threads);
     QFETCH(qint64, read);
@@ -252,7 +248,7 @@ void ReadAheadTest::readsTheNextChunkWhileOneIsUnderWay()
     silent.acknowledges = false;
     session.printer.answerTransfers(silent);
     const QString path
-        = session.writeFile(s("local.zydlp"), zytest::compressibleBytes(9 * chunkBytes));
+        = session.writeFile("local.zydlp"_s, zytest::compressibleBytes(9 * chunkBytes));
     qint64 soFar = 0;
     connect(&session.printer, &ScriptedPrinter::chunkReceived, this, [&] {
         QTimer::singleShot(0, &session.client, [&] {
@@ -261,13 +257,13 @@ void ReadAheadTest::readsTheNextChunkWhileOneIsUnderWay()
         });
     });
 
-    session.client.sendFile(path, s("m"));
+    session.client.sendFile(path, "m"_s);
 
     WAIT_VERIFY(session.hasEnded());
     QCOMPARE(soFar, read);
 }
 
-void ReadAheadTest::takesALevelForWhatIsNotCompressedYet()
+void TestReadAhead::takesALevelForWhatIsNotCompressedYet()
 {
     const QByteArray contents = zytest::compressibleBytes(4 * chunkBytes);
     Session session;
@@ -277,15 +273,15 @@ void ReadAheadTest::takesALevelForWhatIsNotCompressedYet()
     connect(&session.client, &ZySslEchoClient::fileTransProgress, this,
             [&] { session.client.setCompressionLevel(0); });
 
-    session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, contents), "m"_s);
 
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
     // The second chunk was compressed while the first was under way.
     QVERIFY(session.printer.chunks()
             == compressedChunks(contents).mid(0, 2) + compressedChunks(contents, 0).mid(2));
 }
 
-void ReadAheadTest::compressesAdaptively()
+void TestReadAhead::compressesAdaptively()
 {
     QFETCH(int, threads);
     const QByteArray contents = slowBytes(4 * chunkBytes) + zytest::randomBytes(4 * chunkBytes + 1);
@@ -297,15 +293,15 @@ void ReadAheadTest::compressesAdaptively()
     QCOMPARE(session.client.compressionThreads(), threads);
     session.printer.answerTransfers();
 
-    session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, contents), "m"_s);
 
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
     QCOMPARE(session.printer.chunks().size(), 9);
     QVERIFY(inflated(session.printer.chunks()) == contents);
     QVERIFY(session.printer.chunks().constFirst().size() < chunkBytes / 2);
 }
 
-void ReadAheadTest::leavesItsThreadToTheApplication()
+void TestReadAhead::leavesItsThreadToTheApplication()
 {
     const QByteArray contents = slowBytes(6 * chunkBytes);
     Session session;
@@ -316,7 +312,7 @@ void ReadAheadTest::leavesItsThreadToTheApplication()
     const qint64 processBefore = zytest::processorTime();
     const qint64 threadBefore = zytest::threadTime();
 
-    session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, contents), "m"_s);
     WAIT_VERIFY(session.hasEnded());
 
     const qint64 all = zytest::processorTime() - processBefore;
@@ -325,7 +321,7 @@ void ReadAheadTest::leavesItsThreadToTheApplication()
     QVERIFY2(own < all / 2, qPrintable(QStringLiteral("%1 of %2 ms").arg(own).arg(all)));
 }
 
-void ReadAheadTest::survivesDeletionAtAnyInstant_data()
+void TestReadAhead::survivesDeletionAtAnyInstant_data()
 {
     QTest::addColumn<int>("threads");
     QTest::addColumn<int>("level");
@@ -335,13 +331,13 @@ void ReadAheadTest::survivesDeletionAtAnyInstant_data()
     }
 }
 
-void ReadAheadTest::survivesDeletionAtAnyInstant()
+void TestReadAhead::survivesDeletionAtAnyInstant()
 {
     QFETCH(int, threads);
     QFETCH(int, level);
     const QByteArray contents = slowBytes(3 * chunkBytes);
     QTemporaryDir dir;
-    const QString path = zytest::writeFile(dir.filePath(s("local.zydlp")), contents);
+    const QString path = zytest::writeFile(dir.filePath("local.zydlp"_s), contents);
     for (int delay = 0; delay < 60; delay += 6) {
         ScriptedPrinter printer;
         printer.answerTransfers();
@@ -349,7 +345,7 @@ void ReadAheadTest::survivesDeletionAtAnyInstant()
         client->setCompressionThreads(threads);
         client->setCompressionLevel(level);
         connect(client, &ZySslEchoClient::connected, client,
-                [&] { client->sendFile(path, s("m")); });
+                [&] { client->sendFile(path, "m"_s); });
         connect(&printer, &ScriptedPrinter::textReceived, client, [&] {
             QTimer::singleShot(delay, Qt::PreciseTimer, client, [&] { delete client; });
         });
@@ -358,6 +354,6 @@ void ReadAheadTest::survivesDeletionAtAnyInstant()
     }
 }
 
-ZY_TEST(ReadAheadTest)
+ZY_TEST(TestReadAhead)
 
 #include "tst_readahead.moc"

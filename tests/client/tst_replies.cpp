@@ -5,10 +5,11 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 using Session = zytest::Session<zytest::ScriptedPrinter>;
 
-class RepliesTest : public QObject
+class TestReplies : public QObject
 {
     Q_OBJECT
 
@@ -33,11 +34,6 @@ private:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
 void addColumns()
 {
     QTest::addColumn<QString>("reply");
@@ -50,13 +46,13 @@ void addRow(const char *tag, const char *reply, QStringList signalLines = {},
             const QStringList &logLines = {})
 {
     signalLines.append(QStringLiteral("jsonMessageReceived(%1)")
-                           .arg(zytest::compactText(zytest::objectIn(s(reply)))));
-    QTest::newRow(tag) << s(reply) << signalLines << logLines;
+                           .arg(zytest::compactText(zytest::objectIn(QString::fromUtf8(reply)))));
+    QTest::newRow(tag) << QString::fromUtf8(reply) << signalLines << logLines;
 }
 
 } // namespace
 
-void RepliesTest::givesSignalsAndLog()
+void TestReplies::givesSignalsAndLog()
 {
     QFETCH(QString, reply);
     QFETCH(QStringList, signalLines);
@@ -66,51 +62,55 @@ void RepliesTest::givesSignalsAndLog()
 
     session.printer.sendText(reply);
 
-    WAIT_COMPARE(session.trace.count(s("jsonMessageReceived")), 1);
+    WAIT_COMPARE(session.trace.count("jsonMessageReceived"_s), 1);
     QCOMPARE(session.trace.lines(), signalLines);
     QCOMPARE(session.logLines(), logLines);
     QCOMPARE(session.printer.texts(), QStringList());
 }
 
-void RepliesTest::turnsPrintRepliesIntoSignals_data()
+void TestReplies::turnsPrintRepliesIntoSignals_data()
 {
     addColumns();
     addRow("print started", R"({"cmd":"START_PRINT","filename":"a.zydlp","status":"STARTED"})",
-           {s("printErrorCode(0, a.zydlp)")}, {s(R"(print start cmd = "STARTED")")});
+           {"printErrorCode(0, a.zydlp)"_s}, {R"(print start cmd = "STARTED")"_s});
     addRow("print paused", R"({"cmd":"PRINT_PAUSE","status":"CMD_SUCCES"})", {},
-           {s(R"(PRINT_PAUSE received status= QJsonValue(string, "CMD_SUCCES"))")});
+           {R"(PRINT_PAUSE received status= QJsonValue(string, "CMD_SUCCES"))"_s});
     addRow("pause without status", R"({"cmd":"PRINT_PAUSE"})", {},
-           {s("PRINT_PAUSE received status= QJsonValue(undefined)")});
+           {"PRINT_PAUSE received status= QJsonValue(undefined)"_s});
     addRow("print stopped", R"({"cmd":"PRINT_STOP","status":"CMD_SUCCES"})", {},
-           {s(R"(PRINT_STOP received status= QJsonValue(string, "CMD_SUCCES"))")});
-    addRow(
-        "print status", R"({"cmd":"GET_PRINT_STATUS","printStatus":"PRINT_GENERAL"})",
-        {s(R"(getPrinterStatusInfo({"cmd":"GET_PRINT_STATUS","printStatus":"PRINT_GENERAL"}))")});
+           {R"(PRINT_STOP received status= QJsonValue(string, "CMD_SUCCES"))"_s});
+    addRow("print status", R"({"cmd":"GET_PRINT_STATUS","printStatus":"PRINT_GENERAL"})",
+           {R"(getPrinterStatusInfo({"cmd":"GET_PRINT_STATUS","printStatus":"PRINT_GENERAL"}))"_s});
     addRow(
         "parameters set", R"({"cmd":"PRINT_PARA_SET","status":"CMD_SUCCES"})", {},
-        {s(R"(PRINT_PARA_SET status= QJsonObject({"cmd":"PRINT_PARA_SET","status":"CMD_SUCCES"}))")});
+        {R"(PRINT_PARA_SET status= QJsonObject({"cmd":"PRINT_PARA_SET","status":"CMD_SUCCES"}))"_s});
     addRow("working life", R"({"cmd":"PRINT_WORKING_LIFE","life":"12"})",
-           {s(R"(slotGetPrinterWorkingLife({"cmd":"PRINT_WORKING_LIFE","life":"12"}))")});
+           {R"(slotGetPrinterWorkingLife({"cmd":"PRINT_WORKING_LIFE","life":"12"}))"_s});
 }
 
-void RepliesTest::mapsStartPrintStatus_data()
+void TestReplies::mapsStartPrintStatus_data()
 {
     QTest::addColumn<QString>("status");
     QTest::addColumn<QString>("signalLine");
 
-    QTest::newRow("started") << s("STARTED") << s("printErrorCode(0, a.zydlp)");
-    QTest::newRow("busy") << s("BUSY") << s("printErrorCode(1, a.zydlp)");
-    QTest::newRow("checking") << s("CHECKING") << s("printErrorCode(2, a.zydlp)");
-    QTest::newRow("check failed") << s("CHECK_FALSE") << s("printErrorCode(3, a.zydlp)");
-    QTest::newRow("token rejected") << s("PRINT_TOKEN_ERROR") << s("printErrorCode(4, a.zydlp)");
-    QTest::newRow("not started") << s("UN_START") << QString();
-    QTest::newRow("lower case") << s("started") << QString();
-    QTest::newRow("with a space") << s("STARTED ") << QString();
-    QTest::newRow("another word") << s("TOKEN_ERROR") << QString();
+    QTest::newRow("started") << "STARTED"_s
+                             << "printErrorCode(0, a.zydlp)"_s;
+    QTest::newRow("busy") << "BUSY"_s
+                          << "printErrorCode(1, a.zydlp)"_s;
+    QTest::newRow("checking") << "CHECKING"_s
+                              << "printErrorCode(2, a.zydlp)"_s;
+    QTest::newRow("check failed") << "CHECK_FALSE"_s
+                                  << "printErrorCode(3, a.zydlp)"_s;
+    QTest::newRow("token rejected") << "PRINT_TOKEN_ERROR"_s
+                                    << "printErrorCode(4, a.zydlp)"_s;
+    QTest::newRow("not started") << "UN_START"_s << QString();
+    QTest::newRow("lower case") << "started"_s << QString();
+    QTest::newRow("with a space") << "STARTED "_s << QString();
+    QTest::newRow("another word") << "TOKEN_ERROR"_s << QString();
     QTest::newRow("empty") << QString() << QString();
 }
 
-void RepliesTest::mapsStartPrintStatus()
+void TestReplies::mapsStartPrintStatus()
 {
     QFETCH(QString, status);
     QFETCH(QString, signalLine);
@@ -124,24 +124,24 @@ void RepliesTest::mapsStartPrintStatus()
     QStringList expected{QStringLiteral("jsonMessageReceived(%1)").arg(reply)};
     if (!signalLine.isEmpty())
         expected.prepend(signalLine);
-    WAIT_COMPARE(session.trace.count(s("jsonMessageReceived")), 1);
+    WAIT_COMPARE(session.trace.count("jsonMessageReceived"_s), 1);
     QCOMPARE(session.trace.lines(), expected);
     QCOMPARE(session.logLines(),
              QStringList{QStringLiteral("print start cmd = \"%1\"").arg(status)});
 }
 
-void RepliesTest::noticesVersionOne_data()
+void TestReplies::noticesVersionOne_data()
 {
     addColumns();
-    const QStringList noticed{s("checkVersion()")};
+    const QStringList noticed{"checkVersion()"_s};
     addRow("one, without a command", R"({"version":"1"})", noticed);
     addRow("one, spelled with a zero", R"({"version":"01"})", noticed);
     addRow("one before a status", R"({"cmd":"GET_PRINT_STATUS","version":"1"})",
-           {s("checkVersion()"),
-            s(R"(getPrinterStatusInfo({"cmd":"GET_PRINT_STATUS","version":"1"}))")});
+           {"checkVersion()"_s,
+            R"(getPrinterStatusInfo({"cmd":"GET_PRINT_STATUS","version":"1"}))"_s});
     addRow("one, as a number", R"({"version":1})");
     addRow("one, as a number before a status", R"({"cmd":"GET_PRINT_STATUS","version":1})",
-           {s(R"(getPrinterStatusInfo({"cmd":"GET_PRINT_STATUS","version":1}))")});
+           {R"(getPrinterStatusInfo({"cmd":"GET_PRINT_STATUS","version":1}))"_s});
     addRow("two", R"({"version":"2"})");
     addRow("a decimal fraction", R"({"version":"1.0"})");
     addRow("a name", R"({"version":"V1"})");
@@ -149,37 +149,37 @@ void RepliesTest::noticesVersionOne_data()
     addRow("the command's own word", R"({"cmd":"VERSION_CHECK"})");
 }
 
-void RepliesTest::turnsTransferRepliesIntoSignals_data()
+void TestReplies::turnsTransferRepliesIntoSignals_data()
 {
     addColumns();
     addRow("printer busy", R"({"cmd":"START_FILE","compress":true,"errorcode":1,"wifistate":3})",
-           {s("transError(1, )")});
+           {"transError(1, )"_s});
     addRow("no temporary file", R"({"cmd":"START_FILE","compress":true,"errorcode":2})",
-           {s("transError(2, )")});
+           {"transError(2, )"_s});
     addRow("token rejected", R"({"cmd":"START_FILE","errorcode":4,"wifistate":6})",
-           {s("transError(4, )")});
+           {"transError(4, )"_s});
     addRow("chunk received", R"({"cmd":"START_DATA","key":"7","received":"200","size":"1000"})",
-           {s("fileTransProgress(, 1000, 200)")});
+           {"fileTransProgress(, 1000, 200)"_s});
     addRow("chunk received, sizes as numbers",
            R"({"cmd":"START_DATA","key":"7","received":200,"size":1000})",
-           {s("fileTransProgress(, 0, 0)")});
+           {"fileTransProgress(, 0, 0)"_s});
     addRow("chunk received, nothing said", R"({"cmd":"START_DATA"})",
-           {s("fileTransProgress(, 0, 0)")});
+           {"fileTransProgress(, 0, 0)"_s});
     addRow("chunk received of a large file",
            R"({"cmd":"START_DATA","received":"9223372036854775807","size":"-1"})",
-           {s("fileTransProgress(, -1, 9223372036854775807)")});
-    addRow("file complete", R"({"checkstate":1,"cmd":"CHECK_DATA","key":"7"})", {s("finish(, 1)")},
-           {s(R"(check_data key = "7")"), s("check_data checkstate = 1")});
+           {"fileTransProgress(, -1, 9223372036854775807)"_s});
+    addRow("file complete", R"({"checkstate":1,"cmd":"CHECK_DATA","key":"7"})", {"finish(, 1)"_s},
+           {R"(check_data key = "7")"_s, "check_data checkstate = 1"_s});
     addRow("file complete, verdict as text", R"({"checkstate":"1","cmd":"CHECK_DATA","key":"7"})",
-           {s("finish(, 0)")}, {s(R"(check_data key = "7")"), s("check_data checkstate = 0")});
-    addRow("file complete, nothing said", R"({"cmd":"CHECK_DATA"})", {s("finish(, 0)")},
-           {s(R"(check_data key = "")"), s("check_data checkstate = 0")});
-    addRow("cancelled", R"({"cmd":"CANCEL_FILE","errorcode":0})", {s("cancelFinished()")});
-    addRow("cancelled, no code", R"({"cmd":"CANCEL_FILE"})", {s("cancelFinished()")});
+           {"finish(, 0)"_s}, {R"(check_data key = "7")"_s, "check_data checkstate = 0"_s});
+    addRow("file complete, nothing said", R"({"cmd":"CHECK_DATA"})", {"finish(, 0)"_s},
+           {R"(check_data key = "")"_s, "check_data checkstate = 0"_s});
+    addRow("cancelled", R"({"cmd":"CANCEL_FILE","errorcode":0})", {"cancelFinished()"_s});
+    addRow("cancelled, no code", R"({"cmd":"CANCEL_FILE"})", {"cancelFinished()"_s});
     addRow("not cancelled", R"({"cmd":"CANCEL_FILE","errorcode":3})");
 }
 
-void RepliesTest::keepsTheOrderOfReplies()
+void TestReplies::keepsTheOrderOfReplies()
 {
     constexpr int count = 500;
     Session session;
@@ -196,17 +196,17 @@ void RepliesTest::keepsTheOrderOfReplies()
     QCOMPARE(session.trace.lines(), expected);
 }
 
-void RepliesTest::handlesAnInvokedMessageAtOnce()
+void TestReplies::handlesAnInvokedMessageAtOnce()
 {
     Session session;
 
-    QVERIFY(session.invoke("onTextMessageReceived", Q_ARG(QString, s(R"({"version":"1"})"))));
+    QVERIFY(session.invoke("onTextMessageReceived", Q_ARG(QString, R"({"version":"1"})"_s)));
 
     QCOMPARE(session.trace.lines(),
-             (QStringList{s("checkVersion()"), s(R"(jsonMessageReceived({"version":"1"}))")}));
+             (QStringList{"checkVersion()"_s, R"(jsonMessageReceived({"version":"1"}))"_s}));
 }
 
-void RepliesTest::passesOnRepliesItDoesNotKnow_data()
+void TestReplies::passesOnRepliesItDoesNotKnow_data()
 {
     addColumns();
     addRow("unknown word", R"({"cmd":"PRINT_RESUME","status":"STARTED"})");
@@ -222,6 +222,6 @@ void RepliesTest::passesOnRepliesItDoesNotKnow_data()
     addRow("empty text", "");
 }
 
-ZY_TEST(RepliesTest)
+ZY_TEST(TestReplies)
 
 #include "tst_replies.moc"

@@ -6,13 +6,14 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QTimer>
 
 using zytest::RawPrinter;
 using Session = zytest::TransferSession<RawPrinter>;
 
-class SegmentsTest : public QObject
+class TestSegments : public QObject
 {
     Q_OBJECT
 
@@ -33,11 +34,6 @@ private Q_SLOTS:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 const QByteArray contents = "0123456789";
 
 /// One tiny file and the printer's three replies to it.
@@ -50,13 +46,13 @@ struct Transfer {
 
     /// Has the client announce the file.
     explicit Transfer(Session &openSession)
-        : session(openSession), path(session.writeFile(s("local.zydlp"), contents))
+        : session(openSession), path(session.writeFile("local.zydlp"_s, contents))
     {
         const auto before = session.printer.texts().size();
-        session.client.sendFile(path, s("m"));
+        session.client.sendFile(path, "m"_s);
         zytest::waitUntil([&] { return session.printer.texts().size() > before; });
         const QJsonObject request = zytest::objectIn(session.printer.texts().constLast());
-        const QString key = request.value(s("key")).toString();
+        const QString key = request.value("key"_s).toString();
         zytest::TransferRules rules;
         rules.compress = false;
         accepted = RawPrinter::textFrame(zytest::startFileReply(request, rules));
@@ -70,15 +66,15 @@ struct Transfer {
     /// The signals of a transfer whose CHECK_DATA comes once the loop has ended.
     QStringList namesWithLateCheck() const
     {
-        return {s("fileTransProgress"), s("jsonMessageReceived"), s("jsonMessageReceived"),
-                s("finish"), s("jsonMessageReceived")};
+        return {"fileTransProgress"_s, "jsonMessageReceived"_s, "jsonMessageReceived"_s, "finish"_s,
+                "jsonMessageReceived"_s};
     }
 
     /// The signals of a transfer whose CHECK_DATA comes with the acknowledgement.
     QStringList namesWithEarlyCheck() const
     {
-        return {s("fileTransProgress"), s("jsonMessageReceived"), s("finish"),
-                s("jsonMessageReceived"), s("jsonMessageReceived")};
+        return {"fileTransProgress"_s, "jsonMessageReceived"_s, "finish"_s, "jsonMessageReceived"_s,
+                "jsonMessageReceived"_s};
     }
 };
 
@@ -94,12 +90,12 @@ template <typename Reaction> void onNextChunk(Session &session, Reaction reactio
 
 bool finished(const Session &session)
 {
-    return session.trace.count(s("finish")) == 1 && session.hasEnded();
+    return session.trace.count("finish"_s) == 1 && session.hasEnded();
 }
 
 } // namespace
 
-void SegmentsTest::handlesMergedReplies()
+void TestSegments::handlesMergedReplies()
 {
     Session session;
     QVERIFY(session.open());
@@ -117,17 +113,17 @@ void SegmentsTest::handlesMergedReplies()
     QCOMPARE(session.trace.lines(), expected);
 }
 
-void SegmentsTest::handlesAReplyAfterTheHandshake()
+void TestSegments::handlesAReplyAfterTheHandshake()
 {
     Session session;
-    session.printer.setGreeting(RawPrinter::textFrame(s(R"({"version":"1"})")));
+    session.printer.setGreeting(RawPrinter::textFrame(R"({"version":"1"})"_s));
 
     WAIT_COMPARE(session.trace.lines(),
-                 (QStringList{s("connected()"), s("checkVersion()"),
-                              s(R"(jsonMessageReceived({"version":"1"}))")}));
+                 (QStringList{"connected()"_s, "checkVersion()"_s,
+                              R"(jsonMessageReceived({"version":"1"}))"_s}));
 }
 
-void SegmentsTest::handlesAStatusAfterTheReplyThatStartsATransfer()
+void TestSegments::handlesAStatusAfterTheReplyThatStartsATransfer()
 {
     Session session;
     QVERIFY(session.open());
@@ -135,17 +131,17 @@ void SegmentsTest::handlesAStatusAfterTheReplyThatStartsATransfer()
     onNextChunk(session, [&] { session.printer.write(transfer.acknowledged + transfer.checked); });
 
     session.printer.write(transfer.accepted
-                          + RawPrinter::textFrame(s(R"({"cmd":"GET_PRINT_STATUS"})")));
+                          + RawPrinter::textFrame(R"({"cmd":"GET_PRINT_STATUS"})"_s));
 
     WAIT_VERIFY(finished(session));
     // The transfer's own reply is passed on last of all.
     QCOMPARE(session.trace.names(),
-             (QStringList{s("getPrinterStatusInfo"), s("jsonMessageReceived")}
+             (QStringList{"getPrinterStatusInfo"_s, "jsonMessageReceived"_s}
               + transfer.namesWithEarlyCheck()));
-    QVERIFY(session.trace.lines().constLast().contains(s("START_FILE")));
+    QVERIFY(session.trace.lines().constLast().contains("START_FILE"_s));
 }
 
-void SegmentsTest::endsATransferOnMergedReplies()
+void TestSegments::endsATransferOnMergedReplies()
 {
     Session session;
     QVERIFY(session.open());
@@ -157,12 +153,12 @@ void SegmentsTest::endsATransferOnMergedReplies()
     WAIT_VERIFY(finished(session));
     QCOMPARE(session.trace.names(), transfer.namesWithEarlyCheck());
     QCOMPARE(session.logLines(),
-             (QStringList{s("start send"), s("_totalBytes =  10"),
-                          s("sendBytes= 10  _totalBytes= 10"), s("check_data key = \"39383736\""),
-                          s("check_data checkstate = 1"), s("send end")}));
+             (QStringList{"start send"_s, "_totalBytes =  10"_s, "sendBytes= 10  _totalBytes= 10"_s,
+                          "check_data key = \"39383736\""_s, "check_data checkstate = 1"_s,
+                          "send end"_s}));
 }
 
-void SegmentsTest::checkDataMayBeSplitWhereTheLoopEnds()
+void TestSegments::checkDataMayBeSplitWhereTheLoopEnds()
 {
     Session session;
     QVERIFY(session.open());
@@ -175,7 +171,7 @@ void SegmentsTest::checkDataMayBeSplitWhereTheLoopEnds()
         // The rest comes only once the loop has ended and everything below it has returned.
         QObject ending;
         connect(&session.trace, &zytest::SignalTrace::grown, &ending, [&](const QString &line) {
-            if (line.contains(s("START_FILE")))
+            if (line.contains("START_FILE"_s))
                 QTimer::singleShot(0, &ending,
                                    [&] { session.printer.write(transfer.checked.mid(position)); });
         });
@@ -184,13 +180,13 @@ void SegmentsTest::checkDataMayBeSplitWhereTheLoopEnds()
 
         WAIT_VERIFY(finished(session));
         WAIT_COMPARE(session.trace.names(), transfer.namesWithLateCheck());
-        QVERIFY(session.trace.lines().at(2).contains(s("START_FILE")));
+        QVERIFY(session.trace.lines().at(2).contains("START_FILE"_s));
     }
     QCOMPARE(session.printer.connectionCount(), 1);
     QVERIFY(session.printer.isPeerConnected());
 }
 
-void SegmentsTest::checkDataMayBeSplitInALoopThatWaits()
+void TestSegments::checkDataMayBeSplitInALoopThatWaits()
 {
     Session session;
     QVERIFY(session.open());
@@ -206,13 +202,13 @@ void SegmentsTest::checkDataMayBeSplitInALoopThatWaits()
 
         WAIT_VERIFY(finished(session));
         QCOMPARE(session.trace.names(),
-                 (QStringList{s("finish"), s("jsonMessageReceived"), s("fileTransProgress"),
-                              s("jsonMessageReceived"), s("jsonMessageReceived")}));
+                 (QStringList{"finish"_s, "jsonMessageReceived"_s, "fileTransProgress"_s,
+                              "jsonMessageReceived"_s, "jsonMessageReceived"_s}));
     }
     QCOMPARE(session.printer.connectionCount(), 1);
 }
 
-void SegmentsTest::startDataMayBeSplit()
+void TestSegments::startDataMayBeSplit()
 {
     Session session;
     QVERIFY(session.open());
@@ -231,7 +227,7 @@ void SegmentsTest::startDataMayBeSplit()
     QCOMPARE(session.printer.connectionCount(), 1);
 }
 
-void SegmentsTest::startFileMayBeSplit()
+void TestSegments::startFileMayBeSplit()
 {
     Session session;
     QVERIFY(session.open());
@@ -249,7 +245,7 @@ void SegmentsTest::startFileMayBeSplit()
     QCOMPARE(session.printer.connectionCount(), 1);
 }
 
-void SegmentsTest::everythingMayArriveByteByByte()
+void TestSegments::everythingMayArriveByteByByte()
 {
     Session session;
     QVERIFY(session.open());
@@ -264,7 +260,7 @@ void SegmentsTest::everythingMayArriveByteByByte()
     QCOMPARE(session.trace.names(), transfer.namesWithLateCheck());
 }
 
-void SegmentsTest::handlesAllRepliesBeforeAClose()
+void TestSegments::handlesAllRepliesBeforeAClose()
 {
     Session session;
     QVERIFY(session.open());
@@ -278,11 +274,11 @@ void SegmentsTest::handlesAllRepliesBeforeAClose()
     session.printer.write(transfer.accepted);
 
     WAIT_VERIFY(finished(session));
-    WAIT_COMPARE(session.trace.count(s("disconnected")), 1);
+    WAIT_COMPARE(session.trace.count("disconnected"_s), 1);
     QCOMPARE(session.trace.names().mid(0, 4), transfer.namesWithEarlyCheck().mid(0, 4));
     QCOMPARE(session.trace.lines().size(), 6);
 }
 
-ZY_TEST(SegmentsTest)
+ZY_TEST(TestSegments)
 
 #include "tst_segments.moc"

@@ -5,6 +5,7 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QFile>
 
@@ -12,7 +13,7 @@ using zytest::ScriptedPrinter;
 using zytest::TransferRules;
 using Session = zytest::TransferSession<ScriptedPrinter>;
 
-class SendingTest : public QObject
+class TestSending : public QObject
 {
     Q_OBJECT
 
@@ -35,11 +36,6 @@ private Q_SLOTS:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 constexpr qint64 mebi = 1024 * 1024;
 
 /// What the send loop logs; the end of the file on the printer is logged apart from it.
@@ -57,87 +53,87 @@ QStringList loopLines(const Session &session)
 int indexOfPart(const Session &session, const char *part)
 {
     const QStringList &lines = session.trace.lines();
-    return int(lines.indexOf(lines.filter(s(part)).value(0)));
+    return int(lines.indexOf(lines.filter(QString::fromUtf8(part)).value(0)));
 }
 
 QStringList expectedLoopLines(qint64 total, const QVector<qint64> &sent)
 {
-    QStringList lines{s("start send"), QStringLiteral("_totalBytes =  %1").arg(total)};
+    QStringList lines{"start send"_s, QStringLiteral("_totalBytes =  %1").arg(total)};
     for (const qint64 bytes : sent)
         lines.append(QStringLiteral("sendBytes= %1  _totalBytes= %2").arg(bytes).arg(total));
-    return lines << s("send end");
+    return lines << "send end"_s;
 }
 
 } // namespace
 
-void SendingTest::derivesTheKeyFromTheLastBytes_data()
+void TestSending::derivesTheKeyFromTheLastBytes_data()
 {
     QTest::addColumn<QByteArray>("tail");
     QTest::addColumn<QString>("key");
 
     const auto hex = [](const char *digits) { return QByteArray::fromHex(digits); };
-    QTest::newRow("plain") << hex("aaaaaaaa12345678") << s("78563412");
-    QTest::newRow("a longer file") << QByteArray(5000, 'x') + hex("12345678") << s("78563412");
-    QTest::newRow("leading zeros fall away") << hex("aaaaaaaa01000000") << s("1");
-    QTest::newRow("last byte 7f") << hex("aaaaaaaaffffff7f") << s("7fffffff");
-    QTest::newRow("last byte ff") << hex("aaaaaaaa010000ff") << s("ffffffffff000001");
-    QTest::newRow("last byte 80") << hex("aaaaaaaa00000080") << s("ffffffff80000000");
-    QTest::newRow("seven bytes") << hex("aaaaaaaa123456") << s("563412");
-    QTest::newRow("five bytes") << hex("aaaaaaaa80") << s("80");
-    QTest::newRow("four bytes") << hex("12345678") << s("0");
-    QTest::newRow("empty") << QByteArray() << s("0");
+    QTest::newRow("plain") << hex("aaaaaaaa12345678") << "78563412"_s;
+    QTest::newRow("a longer file") << QByteArray(5000, 'x') + hex("12345678") << "78563412"_s;
+    QTest::newRow("leading zeros fall away") << hex("aaaaaaaa01000000") << "1"_s;
+    QTest::newRow("last byte 7f") << hex("aaaaaaaaffffff7f") << "7fffffff"_s;
+    QTest::newRow("last byte ff") << hex("aaaaaaaa010000ff") << "ffffffffff000001"_s;
+    QTest::newRow("last byte 80") << hex("aaaaaaaa00000080") << "ffffffff80000000"_s;
+    QTest::newRow("seven bytes") << hex("aaaaaaaa123456") << "563412"_s;
+    QTest::newRow("five bytes") << hex("aaaaaaaa80") << "80"_s;
+    QTest::newRow("four bytes") << hex("12345678") << "0"_s;
+    QTest::newRow("empty") << QByteArray() << "0"_s;
 }
 
-void SendingTest::derivesTheKeyFromTheLastBytes()
+void TestSending::derivesTheKeyFromTheLastBytes()
 {
     QFETCH(QByteArray, tail);
     QFETCH(QString, key);
     Session session;
     QVERIFY(session.open());
-    QFile file(session.writeFile(s("model.zydlp"), tail));
+    QFile file(session.writeFile("model.zydlp"_s, tail));
 
     QCOMPARE(session.client.getFileKey(file), key);
     QVERIFY(!file.isOpen());
 }
 
-void SendingTest::announcesTheFile()
+void TestSending::announcesTheFile()
 {
     Session session;
     QVERIFY(session.open());
-    const QString path = session.writeFile(s("local.zydlp"), "0123456789abcd\x01\x02\x03\x04");
+    const QString path = session.writeFile("local.zydlp"_s, "0123456789abcd\x01\x02\x03\x04");
 
-    session.client.sendFile(path, s("stored \"7\".zydlp"));
+    session.client.sendFile(path, "stored \"7\".zydlp"_s);
 
     WAIT_COMPARE(session.printer.texts(),
-                 QStringList{s(R"({"cmd":"START_FILE","filename":"stored \"7\".zydlp",)"
-                               R"("key":"4030201","offset":"0","size":"18"})")});
+                 QStringList{R"({"cmd":"START_FILE","filename":"stored \"7\".zydlp",)"
+                             R"("key":"4030201","offset":"0","size":"18"})"_s});
     QCOMPARE(session.trace.lines(), QStringList());
     QCOMPARE(session.logLines(), QStringList());
 }
 
-void SendingTest::announcesAFileBeyondFourGibibytes()
+void TestSending::announcesAFileBeyondFourGibibytes()
 {
     constexpr qint64 size = 5 * 1024 * mebi;
     Session session;
     QVERIFY(session.open());
-    QFile file(session.writeFile(s("large.zydlp"), "start"));
+    QFile file(session.writeFile("large.zydlp"_s, "start"));
     QVERIFY(file.resize(size)); // sparse
     TransferRules rules;
     rules.compress = false;
     rules.offset = size - 3;
     session.printer.answerTransfers(rules);
 
-    QVERIFY(session.client.sendFileStart(file, s("m")));
+    QVERIFY(session.client.sendFileStart(file, "m"_s));
 
     WAIT_VERIFY(session.hasEnded());
     QCOMPARE(session.printer.texts(),
-             QStringList{s(R"({"cmd":"START_FILE","filename":"m","key":"0","offset":"0",)"
-                           R"("size":"5368709120"})")});
+             QStringList{R"({"cmd":"START_FILE","filename":"m","key":"0","offset":"0",)"
+                         R"("size":"5368709120"})"_s});
     QCOMPARE(session.printer.chunks(), QByteArrayList{QByteArray(3, '\0')});
     QCOMPARE(loopLines(session), expectedLoopLines(size, {size}));
 }
 
-void SendingTest::sendsTheFileInChunks_data()
+void TestSending::sendsTheFileInChunks_data()
 {
     QTest::addColumn<qint64>("size");
     QTest::addColumn<bool>("compress");
@@ -155,7 +151,7 @@ void SendingTest::sendsTheFileInChunks_data()
     row("two chunks and a half", 2621440, {mebi, 2 * mebi, 2621440});
 }
 
-void SendingTest::sendsTheFileInChunks()
+void TestSending::sendsTheFileInChunks()
 {
     QFETCH(qint64, size);
     QFETCH(bool, compress);
@@ -168,9 +164,9 @@ void SendingTest::sendsTheFileInChunks()
     rules.compress = compress;
     session.printer.answerTransfers(rules);
 
-    session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("stored.zydlp"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, contents), "stored.zydlp"_s);
 
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
     const QList<QByteArray> chunks = zytest::chunksOf(contents);
     QCOMPARE(session.printer.chunks().size(), chunks.size());
     for (int i = 0; i < chunks.size(); ++i) {
@@ -182,7 +178,7 @@ void SendingTest::sendsTheFileInChunks()
     QCOMPARE(loopLines(session), expectedLoopLines(size, sentBytes));
 }
 
-void SendingTest::compressesAtTheLevelAskedFor_data()
+void TestSending::compressesAtTheLevelAskedFor_data()
 {
     QTest::addColumn<int>("level");
     QTest::addColumn<int>("sentLevel");
@@ -193,7 +189,7 @@ void SendingTest::compressesAtTheLevelAskedFor_data()
     QTest::newRow("no level") << 10 << -1;
 }
 
-void SendingTest::compressesAtTheLevelAskedFor()
+void TestSending::compressesAtTheLevelAskedFor()
 {
     QFETCH(int, level);
     QFETCH(int, sentLevel);
@@ -205,64 +201,64 @@ void SendingTest::compressesAtTheLevelAskedFor()
     QCOMPARE(session.client.compressionLevel(), level);
     session.printer.answerTransfers();
 
-    session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("stored.zydlp"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, contents), "stored.zydlp"_s);
 
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
     QByteArrayList payloads;
     for (const QByteArray &chunk : zytest::chunksOf(contents))
         payloads.append(qCompress(chunk, sentLevel));
     QVERIFY(session.printer.chunks() == payloads);
 }
 
-void SendingTest::reportsProgressThenTheEndThenTheReply()
+void TestSending::reportsProgressThenTheEndThenTheReply()
 {
     Session session;
     QVERIFY(session.open());
     TransferRules rules;
     rules.checkState = 7;
     session.printer.answerTransfers(rules);
-    const QString path = session.writeFile(s("local.zydlp"), zytest::compressibleBytes(mebi + 5));
+    const QString path = session.writeFile("local.zydlp"_s, zytest::compressibleBytes(mebi + 5));
 
-    session.client.sendFile(path, s("stored.zydlp"));
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    session.client.sendFile(path, "stored.zydlp"_s);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
 
-    QCOMPARE(session.trace.of(s("fileTransProgress")),
+    QCOMPARE(session.trace.of("fileTransProgress"_s),
              (QStringList{QStringLiteral("fileTransProgress(%1, 1048581, 1048576)").arg(path),
                           QStringLiteral("fileTransProgress(%1, 1048581, 1048581)").arg(path)}));
-    QCOMPARE(session.trace.of(s("finish")), QStringList{QStringLiteral("finish(%1, 7)").arg(path)});
-    const QStringList passedOn = session.trace.of(s("jsonMessageReceived"));
+    QCOMPARE(session.trace.of("finish"_s), QStringList{QStringLiteral("finish(%1, 7)").arg(path)});
+    const QStringList passedOn = session.trace.of("jsonMessageReceived"_s);
     QCOMPARE(passedOn.size(), 4);
     QCOMPARE(session.trace.lines().size(), 7);
     // The reply that started it all is passed on when the loop has ended.
-    QVERIFY(passedOn.at(0).contains(s("START_DATA")));
-    QVERIFY(passedOn.at(1).contains(s("START_DATA")));
+    QVERIFY(passedOn.at(0).contains("START_DATA"_s));
+    QVERIFY(passedOn.at(1).contains("START_DATA"_s));
     const int lastProgress = indexOfPart(session, "\"received\":\"1048581\"");
     QVERIFY(indexOfPart(session, "\"START_FILE\"") > lastProgress);
     QVERIFY(indexOfPart(session, "finish(") > lastProgress);
-    QVERIFY(session.logLines().contains(s("check_data checkstate = 7")));
+    QVERIFY(session.logLines().contains("check_data checkstate = 7"_s));
 }
 
-void SendingTest::reportsWhatThePrinterSaysItHolds()
+void TestSending::reportsWhatThePrinterSaysItHolds()
 {
     Session session;
     QVERIFY(session.open());
-    const QString path = session.writeFile(s("local.zydlp"), "0123456789");
-    session.client.sendFile(path, s("m"));
+    const QString path = session.writeFile("local.zydlp"_s, "0123456789");
+    session.client.sendFile(path, "m"_s);
     WAIT_COMPARE(session.printer.texts().size(), 1);
     const QJsonObject request = zytest::objectIn(session.printer.texts().constFirst());
-    const QString key = request.value(s("key")).toString();
+    const QString key = request.value("key"_s).toString();
     connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client,
             [&] { session.printer.send(zytest::startDataReply(key, 1000, 200)); });
 
     session.printer.send(zytest::startFileReply(request));
     WAIT_VERIFY(session.hasEnded());
 
-    QCOMPARE(session.trace.of(s("fileTransProgress")),
+    QCOMPARE(session.trace.of("fileTransProgress"_s),
              QStringList{QStringLiteral("fileTransProgress(%1, 1000, 200)").arg(path)});
-    QCOMPARE(session.trace.count(s("finish")), 0);
+    QCOMPARE(session.trace.count("finish"_s), 0);
 }
 
-void SendingTest::resumesWhereThePrinterSays_data()
+void TestSending::resumesWhereThePrinterSays_data()
 {
     QTest::addColumn<qint64>("offset");
     QTest::addColumn<QVector<qint64>>("sentBytes");
@@ -273,7 +269,7 @@ void SendingTest::resumesWhereThePrinterSays_data()
     QTest::newRow("at the end") << qint64(2621440) << QVector<qint64>{};
 }
 
-void SendingTest::resumesWhereThePrinterSays()
+void TestSending::resumesWhereThePrinterSays()
 {
     QFETCH(qint64, offset);
     QFETCH(QVector<qint64>, sentBytes);
@@ -285,7 +281,7 @@ void SendingTest::resumesWhereThePrinterSays()
     rules.offset = offset;
     session.printer.answerTransfers(rules);
 
-    session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, contents), "m"_s);
     WAIT_VERIFY(session.hasEnded());
 
     QByteArray arrived;
@@ -295,7 +291,7 @@ void SendingTest::resumesWhereThePrinterSays()
     QCOMPARE(loopLines(session), expectedLoopLines(size, sentBytes));
 }
 
-void SendingTest::sendsOneFileAfterAnother()
+void TestSending::sendsOneFileAfterAnother()
 {
     Session session;
     QVERIFY(session.open());
@@ -306,13 +302,13 @@ void SendingTest::sendsOneFileAfterAnother()
         paths.append(session.writeFile(name, zytest::randomBytes(1000 + i, quint32(i))));
         session.trace.clear();
         session.client.sendFile(paths.constLast(), name);
-        WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
-        QCOMPARE(session.trace.of(s("finish")),
+        WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
+        QCOMPARE(session.trace.of("finish"_s),
                  QStringList{QStringLiteral("finish(%1, 1)").arg(paths.constLast())});
     }
     QCOMPARE(session.printer.chunks().size(), 5);
 }
 
-ZY_TEST(SendingTest)
+ZY_TEST(TestSending)
 
 #include "tst_sending.moc"

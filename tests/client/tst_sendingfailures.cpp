@@ -5,6 +5,7 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QFile>
 #include <QTimer>
@@ -13,7 +14,7 @@ using zytest::ScriptedPrinter;
 using zytest::TransferRules;
 using Session = zytest::TransferSession<ScriptedPrinter>;
 
-class SendingFailuresTest : public QObject
+class TestSendingFailures : public QObject
 {
     Q_OBJECT
 
@@ -38,23 +39,18 @@ private Q_SLOTS:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 /// Has the client announce @p path; the printer's record of it.
 QJsonObject announce(Session &session, const QString &path)
 {
     const auto before = session.printer.texts().size();
-    session.client.sendFile(path, s("stored.zydlp"));
+    session.client.sendFile(path, "stored.zydlp"_s);
     zytest::waitUntil([&] { return session.printer.texts().size() > before; });
     return zytest::objectIn(session.printer.texts().constLast());
 }
 
 QString keyIn(const QJsonObject &request)
 {
-    return request.value(s("key")).toString();
+    return request.value("key"_s).toString();
 }
 
 QString passedOn(const QJsonObject &reply)
@@ -64,110 +60,109 @@ QString passedOn(const QJsonObject &reply)
 
 } // namespace
 
-void SendingFailuresTest::sendsChunksAsTheyAreWhenNothingIsSaidAboutCompression_data()
+void TestSendingFailures::sendsChunksAsTheyAreWhenNothingIsSaidAboutCompression_data()
 {
     QTest::addColumn<QJsonValue>("compress");
     QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined);
-    QTest::newRow("a string") << QJsonValue(s("true"));
+    QTest::newRow("a string") << QJsonValue("true"_s);
     QTest::newRow("a number") << QJsonValue(1);
 }
 
-void SendingFailuresTest::sendsChunksAsTheyAreWhenNothingIsSaidAboutCompression()
+void TestSendingFailures::sendsChunksAsTheyAreWhenNothingIsSaidAboutCompression()
 {
     QFETCH(QJsonValue, compress);
     Session session;
     QVERIFY(session.open());
-    const QString path = session.writeFile(s("local.zydlp"), "0123456789");
+    const QString path = session.writeFile("local.zydlp"_s, "0123456789");
     QJsonObject reply = zytest::startFileReply(announce(session, path));
-    reply.insert(s("compress"), compress); // undefined removes the key
+    reply.insert("compress"_s, compress); // undefined removes the key
 
     session.printer.send(reply);
     connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client,
-            [&] { session.printer.send(zytest::startDataReply(s("k"), 10, 10)); });
+            [&] { session.printer.send(zytest::startDataReply("k"_s, 10, 10)); });
 
     WAIT_VERIFY(session.hasEnded());
     QCOMPARE(session.printer.chunks(), QByteArrayList{"0123456789"});
 }
 
-void SendingFailuresTest::sendsNothingOfAnEmptyFile()
+void TestSendingFailures::sendsNothingOfAnEmptyFile()
 {
     Session session;
     QVERIFY(session.open());
     session.printer.answerTransfers();
 
-    session.client.sendFile(session.writeFile(s("empty.zydlp"), {}), s("m"));
+    session.client.sendFile(session.writeFile("empty.zydlp"_s, {}), "m"_s);
 
     WAIT_VERIFY(session.hasEnded());
     QCOMPARE(session.printer.texts(),
-             QStringList{s(R"({"cmd":"START_FILE","filename":"m","key":"0","offset":"0",)"
-                           R"("size":"0"})")});
+             QStringList{R"({"cmd":"START_FILE","filename":"m","key":"0","offset":"0",)"
+                         R"("size":"0"})"_s});
     QCOMPARE(session.printer.chunks().size(), 0);
     QCOMPARE(session.trace.lines().size(), 1);
-    QCOMPARE(session.logLines(),
-             (QStringList{s("start send"), s("_totalBytes =  0"), s("send end")}));
+    QCOMPARE(session.logLines(), (QStringList{"start send"_s, "_totalBytes =  0"_s, "send end"_s}));
 }
 
-void SendingFailuresTest::aSecondFileDuringATransferIsRefusedUnseen()
+void TestSendingFailures::aSecondFileDuringATransferIsRefusedUnseen()
 {
     Session session;
     QVERIFY(session.open());
-    const QString first = session.writeFile(s("first.zydlp"), "first first first");
-    const QString second = session.writeFile(s("second.zydlp"), "second second");
+    const QString first = session.writeFile("first.zydlp"_s, "first first first");
+    const QString second = session.writeFile("second.zydlp"_s, "second second");
     const QString key = keyIn(announce(session, first));
     connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client,
-            [&] { session.client.sendFile(second, s("second.zydlp")); });
+            [&] { session.client.sendFile(second, "second.zydlp"_s); });
     connect(&session.printer, &ScriptedPrinter::textReceived, &session.client, [&] {
         // "version" is noticed in every reply, dropped or not.
         session.printer.sendText(
-            s(R"({"cmd":"START_FILE","compress":true,"errorcode":1,"version":"1","wifistate":3})"));
+            R"({"cmd":"START_FILE","compress":true,"errorcode":1,"version":"1","wifistate":3})"_s);
         session.printer.send(zytest::startDataReply(key, 17, 17));
         session.printer.send(zytest::checkDataReply(key, 1));
     });
 
     session.printer.send(
         zytest::startFileReply(zytest::objectIn(session.printer.texts().constFirst())));
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
 
-    QCOMPARE(session.printer.messages(s("START_FILE")).size(), 2);
+    QCOMPARE(session.printer.messages("START_FILE"_s).size(), 2);
     QCOMPARE(session.printer.chunks().size(), 1);
-    QCOMPARE(session.trace.count(s("transError")), 0);
+    QCOMPARE(session.trace.count("transError"_s), 0);
     QCOMPARE(session.trace.lines().mid(0, 2),
-             (QStringList{s("checkVersion()"),
+             (QStringList{"checkVersion()"_s,
                           QStringLiteral("fileTransProgress(%1, 17, 17)").arg(first)}));
-    QCOMPARE(session.trace.count(s("jsonMessageReceived")), 3);
+    QCOMPARE(session.trace.count("jsonMessageReceived"_s), 3);
     // The second file's key is known all the same.
     session.trace.clear();
     session.printer.send(
-        zytest::checkDataReply(keyIn(session.printer.messages(s("START_FILE")).constLast()), 2));
-    WAIT_COMPARE(session.trace.of(s("finish")),
+        zytest::checkDataReply(keyIn(session.printer.messages("START_FILE"_s).constLast()), 2));
+    WAIT_COMPARE(session.trace.of("finish"_s),
                  QStringList{QStringLiteral("finish(%1, 2)").arg(second)});
 }
 
-void SendingFailuresTest::theLatestFileOwnsItsKey()
+void TestSendingFailures::theLatestFileOwnsItsKey()
 {
     Session session;
     QVERIFY(session.open());
-    const QString first = session.writeFile(s("first.zydlp"), "first, same end");
-    const QString second = session.writeFile(s("second.zydlp"), "second, same end");
+    const QString first = session.writeFile("first.zydlp"_s, "first, same end");
+    const QString second = session.writeFile("second.zydlp"_s, "second, same end");
     const QString key = keyIn(announce(session, first));
     QCOMPARE(keyIn(announce(session, second)), key);
 
     session.printer.send(zytest::startDataReply(key, 2, 1));
 
-    WAIT_COMPARE(session.trace.of(s("fileTransProgress")),
+    WAIT_COMPARE(session.trace.of("fileTransProgress"_s),
                  QStringList{QStringLiteral("fileTransProgress(%1, 2, 1)").arg(second)});
 }
 
-void SendingFailuresTest::takesAFailedWriteForAnAcknowledgement()
+void TestSendingFailures::takesAFailedWriteForAnAcknowledgement()
 {
     Session session;
     QVERIFY(session.open());
     const QString path
-        = session.writeFile(s("local.zydlp"), zytest::compressibleBytes(zytest::chunkBytes + 1));
+        = session.writeFile("local.zydlp"_s, zytest::compressibleBytes(zytest::chunkBytes + 1));
     const QJsonObject request = announce(session, path);
     connect(&session.printer, &ScriptedPrinter::chunkReceived, &session.client, [&] {
         QJsonObject failed = zytest::startDataReply(keyIn(request), 1048577, 0);
-        failed.insert(s("errorcode"), 2);
+        failed.insert("errorcode"_s, 2);
         session.printer.send(failed);
     });
 
@@ -175,56 +170,56 @@ void SendingFailuresTest::takesAFailedWriteForAnAcknowledgement()
 
     WAIT_VERIFY(session.hasEnded());
     QCOMPARE(session.printer.chunks().size(), 2);
-    QCOMPARE(session.trace.of(s("fileTransProgress")),
+    QCOMPARE(session.trace.of("fileTransProgress"_s),
              (QStringList{QStringLiteral("fileTransProgress(%1, 1048577, 0)").arg(path),
                           QStringLiteral("fileTransProgress(%1, 1048577, 0)").arg(path)}));
-    QCOMPARE(session.trace.count(s("transError")), 0);
+    QCOMPARE(session.trace.count("transError"_s), 0);
 }
 
-void SendingFailuresTest::reportsAFileThatCannotBeRead_data()
+void TestSendingFailures::reportsAFileThatCannotBeRead_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("missing") << s("missing.zydlp");
-    QTest::newRow("a directory") << s(".");
-    QTest::newRow("in a missing directory") << s("missing/model.zydlp");
+    QTest::newRow("missing") << "missing.zydlp"_s;
+    QTest::newRow("a directory") << "."_s;
+    QTest::newRow("in a missing directory") << "missing/model.zydlp"_s;
 }
 
-void SendingFailuresTest::reportsAFileThatCannotBeRead()
+void TestSendingFailures::reportsAFileThatCannotBeRead()
 {
     QFETCH(QString, name);
     Session session;
     QVERIFY(session.open());
     const QString path = session.dir.filePath(name);
 
-    session.client.sendFile(path, s("m"));
+    session.client.sendFile(path, "m"_s);
 
-    QCOMPARE(session.trace.lines(), QStringList{s("transError(-1, )")});
+    QCOMPARE(session.trace.lines(), QStringList{"transError(-1, )"_s});
     QFile file(path);
-    QVERIFY(!session.client.sendFileStart(file, s("m")));
+    QVERIFY(!session.client.sendFileStart(file, "m"_s));
     QCOMPARE(session.client.getFileKey(file), QString());
     QCOMPARE(session.trace.lines().size(), 1);
     session.client.versionCheckCmd();
-    WAIT_COMPARE(session.printer.texts(), QStringList{s(R"({"cmd":"VERSION_CHECK"})")});
+    WAIT_COMPARE(session.printer.texts(), QStringList{R"({"cmd":"VERSION_CHECK"})"_s});
     QCOMPARE(session.logLines(), QStringList());
 }
 
-void SendingFailuresTest::startsNoTransferAfterAnUnknownKey()
+void TestSendingFailures::startsNoTransferAfterAnUnknownKey()
 {
     Session session;
     QVERIFY(session.open());
-    const QJsonObject unknown{{s("cmd"), s("START_FILE")}, {s("key"), s("dead")}};
+    const QJsonObject unknown{{"cmd"_s, "START_FILE"_s}, {"key"_s, "dead"_s}};
 
     session.printer.send(unknown);
-    WAIT_COMPARE(session.trace.lines(), (QStringList{s("transError(-2, )"), passedOn(unknown)}));
-    QCOMPARE(session.logLines(), QStringList{s(R"(Can't open file for read "" "dead")")});
+    WAIT_COMPARE(session.trace.lines(), (QStringList{"transError(-2, )"_s, passedOn(unknown)}));
+    QCOMPARE(session.logLines(), QStringList{R"(Can't open file for read "" "dead")"_s});
 
     // Requests still go out, replies to START_FILE are dropped, all others are handled.
     session.trace.clear();
     session.printer.answerTransfers();
-    const QString path = session.writeFile(s("local.zydlp"), "0123456789");
+    const QString path = session.writeFile("local.zydlp"_s, "0123456789");
     const QString key = keyIn(announce(session, path));
     session.printer.send(unknown);
-    session.printer.sendText(s(R"({"cmd":"START_FILE","errorcode":1})"));
+    session.printer.sendText(R"({"cmd":"START_FILE","errorcode":1})"_s);
     session.printer.send(zytest::startDataReply(key, 10, 0));
     WAIT_COMPARE(session.trace.lines(),
                  (QStringList{QStringLiteral("fileTransProgress(%1, 10, 0)").arg(path),
@@ -233,31 +228,31 @@ void SendingFailuresTest::startsNoTransferAfterAnUnknownKey()
     QCOMPARE(session.logLines().size(), 1);
 }
 
-void SendingFailuresTest::startsNoTransferAfterAFileHasVanished()
+void TestSendingFailures::startsNoTransferAfterAFileHasVanished()
 {
     Session session;
     QVERIFY(session.open());
-    const QString path = session.writeFile(s("local.zydlp"), "0123456789");
+    const QString path = session.writeFile("local.zydlp"_s, "0123456789");
     const QJsonObject request = announce(session, path);
     QVERIFY(QFile::remove(path));
     const QJsonObject reply = zytest::startFileReply(request);
 
     session.printer.send(reply);
-    WAIT_COMPARE(session.trace.lines(), (QStringList{s("transError(-2, )"), passedOn(reply)}));
+    WAIT_COMPARE(session.trace.lines(), (QStringList{"transError(-2, )"_s, passedOn(reply)}));
     QCOMPARE(
         session.logLines(),
         QStringList{
             QStringLiteral("Can't open file for read \"%1\" \"%2\"").arg(path, keyIn(request))});
 
     session.trace.clear();
-    session.writeFile(s("local.zydlp"), "0123456789");
+    session.writeFile("local.zydlp"_s, "0123456789");
     session.printer.send(reply);
-    session.printer.sendText(s("{}"));
-    WAIT_COMPARE(session.trace.lines(), QStringList{s("jsonMessageReceived({})")});
+    session.printer.sendText("{}"_s);
+    WAIT_COMPARE(session.trace.lines(), QStringList{"jsonMessageReceived({})"_s});
     QCOMPARE(session.printer.chunks().size(), 0);
 }
 
-void SendingFailuresTest::reportsARefusalAndGoesOn_data()
+void TestSendingFailures::reportsARefusalAndGoesOn_data()
 {
     QTest::addColumn<int>("code");
     QTest::newRow("busy") << 1;
@@ -266,14 +261,14 @@ void SendingFailuresTest::reportsARefusalAndGoesOn_data()
     QTest::newRow("never sent by our printer") << -7;
 }
 
-void SendingFailuresTest::reportsARefusalAndGoesOn()
+void TestSendingFailures::reportsARefusalAndGoesOn()
 {
     QFETCH(int, code);
     Session session;
     QVERIFY(session.open());
-    const QString path = session.writeFile(s("local.zydlp"), "0123456789");
+    const QString path = session.writeFile("local.zydlp"_s, "0123456789");
     announce(session, path);
-    const QJsonObject refusal{{s("cmd"), s("START_FILE")}, {s("errorcode"), code}};
+    const QJsonObject refusal{{"cmd"_s, "START_FILE"_s}, {"errorcode"_s, code}};
 
     session.printer.send(refusal);
     WAIT_COMPARE(session.trace.lines(),
@@ -283,12 +278,12 @@ void SendingFailuresTest::reportsARefusalAndGoesOn()
 
     session.trace.clear();
     session.printer.answerTransfers();
-    session.client.sendFile(path, s("m"));
-    WAIT_COMPARE(session.trace.of(s("finish")),
+    session.client.sendFile(path, "m"_s);
+    WAIT_COMPARE(session.trace.of("finish"_s),
                  QStringList{QStringLiteral("finish(%1, 1)").arg(path)});
 }
 
-void SendingFailuresTest::waitsWithoutAConnectionUntilClosed()
+void TestSendingFailures::waitsWithoutAConnectionUntilClosed()
 {
     Session session;
     QVERIFY(session.open());
@@ -300,33 +295,33 @@ void SendingFailuresTest::waitsWithoutAConnectionUntilClosed()
     bool wasWaiting = false;
     connect(&session.client, &ZySslEchoClient::disconnected, this, [&] {
         QTimer::singleShot(0, &session.client, [&] {
-            wasWaiting = !session.hasEnded() && !session.logLines().contains(s("send end"));
+            wasWaiting = !session.hasEnded() && !session.logLines().contains("send end"_s);
             session.client.close();
         });
     });
 
-    session.client.sendFile(session.writeFile(s("local.zydlp"), "0123456789"), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, "0123456789"), "m"_s);
 
     WAIT_VERIFY(session.hasEnded());
     QVERIFY(wasWaiting);
     // Nothing was connected any more, so close() has nothing to report.
-    QCOMPARE(session.trace.names(), (QStringList{s("disconnected"), s("jsonMessageReceived")}));
-    QCOMPARE(session.logLines().constLast(), s("send end"));
+    QCOMPARE(session.trace.names(), (QStringList{"disconnected"_s, "jsonMessageReceived"_s}));
+    QCOMPARE(session.logLines().constLast(), "send end"_s);
 }
 
-void SendingFailuresTest::resumesAfterADroppedConnection()
+void TestSendingFailures::resumesAfterADroppedConnection()
 {
     const QByteArray contents = zytest::compressibleBytes(2 * zytest::chunkBytes + 11);
     Session session;
     QVERIFY(session.open());
-    const QString path = session.writeFile(s("local.zydlp"), contents);
+    const QString path = session.writeFile("local.zydlp"_s, contents);
     TransferRules rules;
     rules.acknowledges = false;
     session.printer.answerTransfers(rules);
     const auto dropping = connect(&session.printer, &ScriptedPrinter::chunkReceived, this,
                                   [&] { session.printer.drop(); });
     connect(&session.client, &ZySslEchoClient::disconnected, this, [&] { session.client.close(); });
-    session.client.sendFile(path, s("m"));
+    session.client.sendFile(path, "m"_s);
     WAIT_VERIFY(session.hasEnded());
     disconnect(dropping);
 
@@ -336,16 +331,16 @@ void SendingFailuresTest::resumesAfterADroppedConnection()
     session.printer.answerTransfers(rules);
     session.client.openWithUrl(session.printer.url());
     WAIT_COMPARE(session.printer.connectionCount(), 2);
-    WAIT_COMPARE(session.trace.count(s("connected")), 1);
-    session.client.sendFile(path, s("m"));
+    WAIT_COMPARE(session.trace.count("connected"_s), 1);
+    session.client.sendFile(path, "m"_s);
 
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
     QByteArray arrived;
     for (const QByteArray &payload : session.printer.chunks())
         arrived += qUncompress(payload);
     QVERIFY(arrived == contents);
 }
 
-ZY_TEST(SendingFailuresTest)
+ZY_TEST(TestSendingFailures)
 
 #include "tst_sendingfailures.moc"

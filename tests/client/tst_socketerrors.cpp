@@ -5,6 +5,7 @@
 #include "rawprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -14,11 +15,6 @@ using Session = zytest::Session<RawPrinter>;
 
 namespace
 {
-
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
 
 /// A server that knows no WebSocket: reads a request, writes one answer, and may hang up.
 class OtherServer
@@ -51,7 +47,7 @@ const QByteArray notFound = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n
 
 } // namespace
 
-class SocketErrorsTest : public QObject
+class TestSocketErrors : public QObject
 {
     Q_OBJECT
 
@@ -67,7 +63,7 @@ private Q_SLOTS:
     void forgetsTheCodeButNotTheHandshakesWords();
 };
 
-void SocketErrorsTest::knowsNoErrorWhileAllIsWell()
+void TestSocketErrors::knowsNoErrorWhileAllIsWell()
 {
     Session session;
     QCOMPARE(session.client.socketError(), QAbstractSocket::UnknownSocketError);
@@ -77,7 +73,7 @@ void SocketErrorsTest::knowsNoErrorWhileAllIsWell()
     QCOMPARE(session.client.socketError(), QAbstractSocket::UnknownSocketError);
 }
 
-void SocketErrorsTest::reportsARefusedConnection()
+void TestSocketErrors::reportsARefusedConnection()
 {
     QTcpServer listener;
     QVERIFY(listener.listen(QHostAddress::LocalHost));
@@ -87,46 +83,46 @@ void SocketErrorsTest::reportsARefusedConnection()
 
     WAIT_COMPARE(client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
     QCOMPARE(client.socketError(), QAbstractSocket::ConnectionRefusedError);
-    QCOMPARE(client.socketErrorText(), s("Connection refused"));
+    QCOMPARE(client.socketErrorText(), "Connection refused"_s);
 }
 
-void SocketErrorsTest::reportsAnUnknownHost()
+void TestSocketErrors::reportsAnUnknownHost()
 {
     // No name server is asked about a number that is no address.
-    const ZySslEchoClient client(QUrl(s("ws://256.256.256.256:1")));
+    const ZySslEchoClient client(QUrl("ws://256.256.256.256:1"_s));
 
     WAIT_COMPARE(client.socketConnectStatus(), QAbstractSocket::UnconnectedState);
     QCOMPARE(client.socketError(), QAbstractSocket::HostNotFoundError);
-    QCOMPARE(client.socketErrorText(), s("Host not found"));
+    QCOMPARE(client.socketErrorText(), "Host not found"_s);
 }
 
-void SocketErrorsTest::reportsAnInvalidUrl()
+void TestSocketErrors::reportsAnInvalidUrl()
 {
     const ZySslEchoClient client{QUrl()};
     QCOMPARE(client.socketError(), QAbstractSocket::UnknownSocketError);
-    QCOMPARE(client.socketErrorText(), s("Invalid URL."));
+    QCOMPARE(client.socketErrorText(), "Invalid URL."_s);
 }
 
-void SocketErrorsTest::reportsAServerOfAnotherKindThatHangsUp_data()
+void TestSocketErrors::reportsAServerOfAnotherKindThatHangsUp_data()
 {
     QTest::addColumn<QString>("scheme");
     QTest::addColumn<QByteArray>("answer");
     QTest::addColumn<QAbstractSocket::SocketError>("error");
     QTest::addColumn<QString>("words");
     const auto closed = QAbstractSocket::RemoteHostClosedError;
-    QTest::newRow("silent") << s("ws") << QByteArray() << closed
-                            << s("The remote host closed the connection");
-    QTest::newRow("of HTTP") << s("ws") << notFound << closed << s("404 (Not Found)");
+    QTest::newRow("silent") << "ws"_s << QByteArray() << closed
+                            << "The remote host closed the connection"_s;
+    QTest::newRow("of HTTP") << "ws"_s << notFound << closed << "404 (Not Found)"_s;
     // Qt 6 forgets what it thought of the answer when the server hangs up.
     QTest::newRow("of something else")
-        << s("ws") << QByteArray("220 ready\r\n") << closed
-        << s(QT_VERSION_MAJOR < 6 ? "Invalid statusline in response: 220 ready"
-                                  : "The remote host closed the connection");
-    QTest::newRow("without TLS") << s("wss") << notFound << QAbstractSocket::SslHandshakeFailedError
-                                 << s("Error during SSL handshake");
+        << "ws"_s << QByteArray("220 ready\r\n") << closed
+        << QString::fromUtf8(QT_VERSION_MAJOR < 6 ? "Invalid statusline in response: 220 ready"
+                                                  : "The remote host closed the connection");
+    QTest::newRow("without TLS") << "wss"_s << notFound << QAbstractSocket::SslHandshakeFailedError
+                                 << "Error during SSL handshake"_s;
 }
 
-void SocketErrorsTest::reportsAServerOfAnotherKindThatHangsUp()
+void TestSocketErrors::reportsAServerOfAnotherKindThatHangsUp()
 {
     QFETCH(QString, scheme);
     QFETCH(QByteArray, answer);
@@ -140,18 +136,18 @@ void SocketErrorsTest::reportsAServerOfAnotherKindThatHangsUp()
     QVERIFY2(client.socketErrorText().contains(words), qPrintable(client.socketErrorText()));
 }
 
-void SocketErrorsTest::aServerOfAnotherKindThatWaitsLeavesTheAttemptOpen()
+void TestSocketErrors::aServerOfAnotherKindThatWaitsLeavesTheAttemptOpen()
 {
     const OtherServer server(notFound, false);
-    const ZySslEchoClient client(server.url(s("ws")));
+    const ZySslEchoClient client(server.url("ws"_s));
 
     // The words are all that shows: Qt neither ends the attempt nor sets a code.
-    WAIT_VERIFY(client.socketErrorText().contains(s("404 (Not Found)")));
+    WAIT_VERIFY(client.socketErrorText().contains("404 (Not Found)"_s));
     QCOMPARE(client.socketError(), QAbstractSocket::UnknownSocketError);
     QCOMPARE(client.socketConnectStatus(), QAbstractSocket::ConnectingState);
 }
 
-void SocketErrorsTest::reportsHowAConnectionEnded()
+void TestSocketErrors::reportsHowAConnectionEnded()
 {
     Session session;
     QVERIFY(session.open());
@@ -161,14 +157,14 @@ void SocketErrorsTest::reportsHowAConnectionEnded()
 
     session.printer.drop();
 
-    WAIT_COMPARE(session.trace.count(s("disconnected")), 1);
+    WAIT_COMPARE(session.trace.count("disconnected"_s), 1);
     QCOMPARE(errorInside, QAbstractSocket::RemoteHostClosedError);
 }
 
-void SocketErrorsTest::forgetsTheCodeButNotTheHandshakesWords()
+void TestSocketErrors::forgetsTheCodeButNotTheHandshakesWords()
 {
     const OtherServer server(notFound, true);
-    ZySslEchoClient client(server.url(s("ws")));
+    ZySslEchoClient client(server.url("ws"_s));
     WAIT_COMPARE(client.socketError(), QAbstractSocket::RemoteHostClosedError);
     const QString words = client.socketErrorText();
     const RawPrinter printer;
@@ -180,6 +176,6 @@ void SocketErrorsTest::forgetsTheCodeButNotTheHandshakesWords()
     QCOMPARE(client.socketErrorText(), words);
 }
 
-ZY_TEST(SocketErrorsTest)
+ZY_TEST(TestSocketErrors)
 
 #include "tst_socketerrors.moc"

@@ -4,6 +4,7 @@
 
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 #include "threadedprinter.h"
 
 #include <QCoreApplication>
@@ -21,13 +22,8 @@ using zytest::TransferRules;
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 struct Session : zytest::TransferSession<ThreadedPrinter> {
-    QString file() { return writeFile(s("local.zydlp"), zytest::compressibleBytes(3 << 20)); }
+    QString file() { return writeFile("local.zydlp"_s, zytest::compressibleBytes(3 << 20)); }
 };
 
 using Spin = void (*)();
@@ -79,7 +75,7 @@ private:
 Q_DECLARE_METATYPE(Spin)
 Q_DECLARE_METATYPE(Action)
 
-class StallsTest : public QObject
+class TestStalls : public QObject
 {
     Q_OBJECT
 
@@ -100,7 +96,7 @@ private:
     static void addSpins();
 };
 
-void StallsTest::addSpins()
+void TestStalls::addSpins()
 {
     QTest::addColumn<Spin>("spin");
     QTest::newRow("processEvents()") << &processEvents;
@@ -108,12 +104,12 @@ void StallsTest::addSpins()
     QTest::newRow("a nested loop") << &zytest::spinOnce;
 }
 
-void StallsTest::aSlotMaySpin_data()
+void TestStalls::aSlotMaySpin_data()
 {
     addSpins();
 }
 
-void StallsTest::aSlotMaySpin()
+void TestStalls::aSlotMaySpin()
 {
     QFETCH(Spin, spin);
     Session session;
@@ -122,15 +118,15 @@ void StallsTest::aSlotMaySpin()
     connect(&session.client, &ZySslEchoClient::jsonMessageReceived, this, spin);
     const Watchdog watchdog(session.client);
 
-    session.client.sendFile(session.file(), s("m"));
+    session.client.sendFile(session.file(), "m"_s);
 
     WAIT_VERIFY(session.hasEnded());
     QVERIFY(!watchdog.hasBitten());
-    WAIT_COMPARE(session.trace.count(s("finish")), 1);
+    WAIT_COMPARE(session.trace.count("finish"_s), 1);
     QCOMPARE(session.printer.chunkCount(), 3);
 }
 
-void StallsTest::aSlotMayEndTheTransferAndSpin_data()
+void TestStalls::aSlotMayEndTheTransferAndSpin_data()
 {
     QTest::addColumn<bool>("isForeign");
     QTest::addColumn<Action>("end");
@@ -149,7 +145,7 @@ void StallsTest::aSlotMayEndTheTransferAndSpin_data()
     }
 }
 
-void StallsTest::aSlotMayEndTheTransferAndSpin()
+void TestStalls::aSlotMayEndTheTransferAndSpin()
 {
     QFETCH(bool, isForeign);
     QFETCH(Action, end);
@@ -171,15 +167,15 @@ void StallsTest::aSlotMayEndTheTransferAndSpin()
     }
     const Watchdog watchdog(session.client);
 
-    session.client.sendFile(session.file(), s("m"));
+    session.client.sendFile(session.file(), "m"_s);
 
     WAIT_VERIFY(session.hasEnded());
     QVERIFY(!watchdog.hasBitten());
-    QVERIFY(session.logLines().contains(s("send end")));
+    QVERIFY(session.logLines().contains("send end"_s));
     QCOMPARE(session.printer.chunkCount(), 1);
 }
 
-void StallsTest::aForeignSlotMayDeleteTheClientAndSpin()
+void TestStalls::aForeignSlotMayDeleteTheClientAndSpin()
 {
     ThreadedPrinter printer;
     TransferRules silent;
@@ -198,18 +194,18 @@ void StallsTest::aForeignSlotMayDeleteTheClientAndSpin()
     connect(&watchdog, &QTimer::timeout, this, [&] { hasBitten = true; });
     watchdog.start(zytest::patience / 2);
 
-    client->sendFile(zytest::writeFile(dir.filePath(s("local.zydlp")), "0123456789"), s("m"));
+    client->sendFile(zytest::writeFile(dir.filePath("local.zydlp"_s), "0123456789"), "m"_s);
 
     WAIT_VERIFY(!client);
     QVERIFY(!hasBitten);
 }
 
-void StallsTest::aTransferMayBeginWhileAnotherRuns_data()
+void TestStalls::aTransferMayBeginWhileAnotherRuns_data()
 {
     addSpins();
 }
 
-void StallsTest::aTransferMayBeginWhileAnotherRuns()
+void TestStalls::aTransferMayBeginWhileAnotherRuns()
 {
     QFETCH(Spin, spin);
     Session session;
@@ -220,8 +216,8 @@ void StallsTest::aTransferMayBeginWhileAnotherRuns()
     const QString path = session.file();
     QFile file(path);
     const QJsonObject again{
-        {s("key"), session.client.getFileKey(file)},
-        {s("offset"), QString::number(3 << 20)},
+        {"key"_s, session.client.getFileKey(file)},
+        {"offset"_s, QString::number(3 << 20)},
     };
     int transfers = 0;
     connect(&session.printer.printer(), &ScriptedPrinter::chunkReceived, this, [&] {
@@ -232,20 +228,20 @@ void StallsTest::aTransferMayBeginWhileAnotherRuns()
     });
     const Watchdog watchdog(session.client);
 
-    session.client.sendFile(path, s("m"));
+    session.client.sendFile(path, "m"_s);
 
     WAIT_VERIFY(session.hasEnded());
     QVERIFY(!watchdog.hasBitten());
-    QCOMPARE(session.logLines().filter(s("send end")).size(), 2);
+    QCOMPARE(session.logLines().filter("send end"_s).size(), 2);
     QCOMPARE(session.printer.chunkCount(), 1);
 }
 
-void StallsTest::theApplicationMayQuitDuringATransfer_data()
+void TestStalls::theApplicationMayQuitDuringATransfer_data()
 {
     addSpins();
 }
 
-void StallsTest::theApplicationMayQuitDuringATransfer()
+void TestStalls::theApplicationMayQuitDuringATransfer()
 {
     QFETCH(Spin, spin);
     Session session;
@@ -255,23 +251,23 @@ void StallsTest::theApplicationMayQuitDuringATransfer()
         spin();
     });
     const Watchdog watchdog(session.client);
-    session.client.sendFile(session.file(), s("m"));
+    session.client.sendFile(session.file(), "m"_s);
 
     QCoreApplication::exec();
 
     // The transfer was on the stack, so it has gone on to its end.
     QVERIFY(!watchdog.hasBitten());
-    QVERIFY(session.logLines().contains(s("send end")));
+    QVERIFY(session.logLines().contains("send end"_s));
     QVERIFY(session.hasEnded());
     QCOMPARE(session.printer.chunkCount(), 3);
 }
 
-void StallsTest::aLoopThatASlotQuitsMayBeSpunIn_data()
+void TestStalls::aLoopThatASlotQuitsMayBeSpunIn_data()
 {
     addSpins();
 }
 
-void StallsTest::aLoopThatASlotQuitsMayBeSpunIn()
+void TestStalls::aLoopThatASlotQuitsMayBeSpunIn()
 {
     QFETCH(Spin, spin);
     Session session;
@@ -282,13 +278,13 @@ void StallsTest::aLoopThatASlotQuitsMayBeSpunIn()
     const Watchdog watchdog(session.client);
 
     QMetaObject::invokeMethod(&session.printer.printer(),
-                              [&] { session.printer.printer().sendText(s(R"({"version":"1"})")); });
+                              [&] { session.printer.printer().sendText(R"({"version":"1"})"_s); });
     loop.exec();
 
     QVERIFY(!watchdog.hasBitten());
-    QCOMPARE(session.trace.names(), (QStringList{s("checkVersion"), s("jsonMessageReceived")}));
+    QCOMPARE(session.trace.names(), (QStringList{"checkVersion"_s, "jsonMessageReceived"_s}));
 }
 
-ZY_TEST(StallsTest)
+ZY_TEST(TestStalls)
 
 #include "tst_stalls.moc"

@@ -5,13 +5,14 @@
 #include "rawprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <memory>
 
 using zytest::RawPrinter;
 using Session = zytest::Session<RawPrinter>;
 
-class StateLinesTest : public QObject
+class TestStateLines : public QObject
 {
     Q_OBJECT
 
@@ -28,24 +29,20 @@ private Q_SLOTS:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 QString stateLine(const char *state)
 {
-    return s("onStateChanged(QAbstractSocket::SocketState state) = QAbstractSocket::") + s(state);
+    return "onStateChanged(QAbstractSocket::SocketState state) = QAbstractSocket::"_s
+        + QString::fromUtf8(state);
 }
 
 const QStringList endingLines{stateLine("ClosingState"), stateLine("UnconnectedState")};
 
-const QString checkData = s(R"({"checkstate":1,"cmd":"CHECK_DATA","key":"k"})");
-const QStringList checkDataLines{s("check_data key = \"k\""), s("check_data checkstate = 1")};
+const QString checkData = R"({"checkstate":1,"cmd":"CHECK_DATA","key":"k"})"_s;
+const QStringList checkDataLines{"check_data key = \"k\""_s, "check_data checkstate = 1"_s};
 
 } // namespace
 
-void StateLinesTest::standAfterTheMessagesBeforeThem()
+void TestStateLines::standAfterTheMessagesBeforeThem()
 {
     Session session;
     QVERIFY(session.open());
@@ -53,12 +50,12 @@ void StateLinesTest::standAfterTheMessagesBeforeThem()
     session.printer.write(RawPrinter::textFrame(checkData) + RawPrinter::textFrame(checkData)
                           + RawPrinter::closeFrame(1000));
 
-    WAIT_COMPARE(session.trace.count(s("disconnected")), 1);
+    WAIT_COMPARE(session.trace.count("disconnected"_s), 1);
     QCOMPARE(session.logLines(), checkDataLines + checkDataLines + endingLines);
     WAIT_COMPARE(session.printer.closeCodes(), QVector<int>{1000});
 }
 
-void StateLinesTest::standAfterTheMessagesThatWaitWhenTheSlotIsInvoked()
+void TestStateLines::standAfterTheMessagesThatWaitWhenTheSlotIsInvoked()
 {
     Session session;
     QVERIFY(session.open());
@@ -75,7 +72,7 @@ void StateLinesTest::standAfterTheMessagesThatWaitWhenTheSlotIsInvoked()
 
     session.printer.write(RawPrinter::textFrame(checkData) + RawPrinter::textFrame(checkData));
 
-    WAIT_COMPARE(session.trace.count(s("disconnected")), 1);
+    WAIT_COMPARE(session.trace.count("disconnected"_s), 1);
     QCOMPARE(linesInside, checkDataLines);
     // The close itself does not wait.
     QCOMPARE(stateInside, QAbstractSocket::UnconnectedState);
@@ -84,7 +81,7 @@ void StateLinesTest::standAfterTheMessagesThatWaitWhenTheSlotIsInvoked()
                  + endingLines);
 }
 
-void StateLinesTest::areWrittenAtOnceWhenNothingWaits()
+void TestStateLines::areWrittenAtOnceWhenNothingWaits()
 {
     Session session;
     QVERIFY(session.open());
@@ -95,7 +92,7 @@ void StateLinesTest::areWrittenAtOnceWhenNothingWaits()
     QCOMPARE(session.logLines(), QStringList{stateLine("ClosingState")} + endingLines);
 }
 
-void StateLinesTest::areWrittenWhenAConnectedClientIsDestroyed_data()
+void TestStateLines::areWrittenWhenAConnectedClientIsDestroyed_data()
 {
     QTest::addColumn<int>("bytesOnTheirWay");
     QTest::newRow("nothing on its way") << 0;
@@ -103,7 +100,7 @@ void StateLinesTest::areWrittenWhenAConnectedClientIsDestroyed_data()
     QTest::newRow("a long message on its way") << (24 << 20);
 }
 
-void StateLinesTest::areWrittenWhenAConnectedClientIsDestroyed()
+void TestStateLines::areWrittenWhenAConnectedClientIsDestroyed()
 {
     QFETCH(int, bytesOnTheirWay);
     RawPrinter printer;
@@ -111,17 +108,17 @@ void StateLinesTest::areWrittenWhenAConnectedClientIsDestroyed()
     WAIT_VERIFY(printer.isPeerConnected());
     WAIT_COMPARE(client->socketConnectStatus(), QAbstractSocket::ConnectedState);
     if (bytesOnTheirWay > 0)
-        client->sendJsonMessage({{s("filler"), QString(bytesOnTheirWay, QLatin1Char('x'))}});
+        client->sendJsonMessage({{"filler"_s, QString(bytesOnTheirWay, QLatin1Char('x'))}});
     const zytest::LogCapture log;
 
     client.reset();
 
-    QCOMPARE(log.texts(s("zywebsocket.client")), endingLines);
+    QCOMPARE(log.texts("zywebsocket.client"_s), endingLines);
     WAIT_VERIFY(!printer.isPeerConnected());
-    QCOMPARE(log.texts(s("zywebsocket.client")), endingLines);
+    QCOMPARE(log.texts("zywebsocket.client"_s), endingLines);
 }
 
-void StateLinesTest::areWrittenWhenTheClientIsDestroyedInASlotOfAMessageBeforeThem()
+void TestStateLines::areWrittenWhenTheClientIsDestroyedInASlotOfAMessageBeforeThem()
 {
     RawPrinter printer;
     auto *client = new ZySslEchoClient(printer.url());
@@ -136,19 +133,19 @@ void StateLinesTest::areWrittenWhenTheClientIsDestroyedInASlotOfAMessageBeforeTh
 
     WAIT_VERIFY(!alive);
     // The message that still waited is gone with the client.
-    QCOMPARE(log.texts(s("zywebsocket.client")), checkDataLines + endingLines);
+    QCOMPARE(log.texts("zywebsocket.client"_s), checkDataLines + endingLines);
 }
 
-void StateLinesTest::areWrittenWhenAClientIsDestroyedWhileItConnects()
+void TestStateLines::areWrittenWhenAClientIsDestroyedWhileItConnects()
 {
     RawPrinter printer;
     const zytest::LogCapture log;
     {
         const ZySslEchoClient client(printer.url());
     }
-    QCOMPARE(log.texts(s("zywebsocket.client")), QStringList{stateLine("UnconnectedState")});
+    QCOMPARE(log.texts("zywebsocket.client"_s), QStringList{stateLine("UnconnectedState")});
 }
 
-ZY_TEST(StateLinesTest)
+ZY_TEST(TestStateLines)
 
 #include "tst_statelines.moc"

@@ -5,6 +5,7 @@
 #include "session.h"
 #include "testprinter.h"
 #include "testprogram.h"
+#include "texts.h"
 #include "tlsidentity.h"
 
 #include <QSslConfiguration>
@@ -18,11 +19,6 @@ Q_DECLARE_METATYPE(ZyTlsTrust)
 
 namespace
 {
-
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
 
 ZyServerOptions encrypted()
 {
@@ -66,7 +62,9 @@ private:
 /// A printer that speaks wss://, and a client of it.
 struct Encounter {
     explicit Encounter(const ZyTlsTrust &trust, const char *host = "127.0.0.1")
-        : client(QUrl(QStringLiteral("wss://%1:%2").arg(s(host)).arg(printer.port())), trust)
+        : client(
+            QUrl(QStringLiteral("wss://%1:%2").arg(QString::fromUtf8(host)).arg(printer.port())),
+            trust)
     {
     }
 
@@ -98,7 +96,7 @@ public:
 
 } // namespace
 
-class TlsTrustTest : public QObject
+class TestTlsTrust : public QObject
 {
     Q_OBJECT
 
@@ -116,7 +114,7 @@ private Q_SLOTS:
     void saysWhatIsWrongWithAuthorities();
 };
 
-void TlsTrustTest::talksToAPrinterThatItTrusts_data()
+void TestTlsTrust::talksToAPrinterThatItTrusts_data()
 {
     QTest::addColumn<ZyTlsTrust>("trust");
     QTest::addColumn<QByteArray>("host");
@@ -131,7 +129,7 @@ void TlsTrustTest::talksToAPrinterThatItTrusts_data()
     QTest::newRow("pinned, by no authority") << both << QByteArray("127.0.0.1");
 }
 
-void TlsTrustTest::talksToAPrinterThatItTrusts()
+void TestTlsTrust::talksToAPrinterThatItTrusts()
 {
     QFETCH(ZyTlsTrust, trust);
     QFETCH(QByteArray, host);
@@ -143,7 +141,7 @@ void TlsTrustTest::talksToAPrinterThatItTrusts()
     WAIT_COMPARE(versions.count(), 1);
 }
 
-void TlsTrustTest::refusesAllOthers_data()
+void TestTlsTrust::refusesAllOthers_data()
 {
     QTest::addColumn<ZyTlsTrust>("trust");
     QTest::addColumn<QByteArray>("host");
@@ -155,14 +153,14 @@ void TlsTrustTest::refusesAllOthers_data()
     QTest::newRow("at a host that they do not name")
         << authorities(printer.certificate) << QByteArray("127.0.0.2");
     QTest::newRow("than the pinned") << pinned(TlsIdentity::other().fingerprint()) << address;
-    QTest::newRow("when its authorities cannot be read") << authorities(s("/none")) << address;
-    QTest::newRow("when the fingerprint is none") << pinned(s("F2:5B")) << address;
+    QTest::newRow("when its authorities cannot be read") << authorities("/none"_s) << address;
+    QTest::newRow("when the fingerprint is none") << pinned("F2:5B"_s) << address;
     ZyTlsTrust both = authorities(printer.certificate);
     both.pin(TlsIdentity::other().fingerprint());
     QTest::newRow("than the pinned, of whatever authority") << both << address;
 }
 
-void TlsTrustTest::refusesAllOthers()
+void TestTlsTrust::refusesAllOthers()
 {
     QFETCH(ZyTlsTrust, trust);
     QFETCH(QByteArray, host);
@@ -171,7 +169,7 @@ void TlsTrustTest::refusesAllOthers()
     QVERIFY(!encounter.client.socketErrorText().isEmpty());
 }
 
-void TlsTrustTest::trustsWhomTheSystemTrustsUnlessRestricted()
+void TestTlsTrust::trustsWhomTheSystemTrustsUnlessRestricted()
 {
     const SystemTrust system(TlsIdentity::localhost().certificate);
     QVERIFY(Encounter(ZyTlsTrust()).isConnected());
@@ -179,7 +177,7 @@ void TlsTrustTest::trustsWhomTheSystemTrustsUnlessRestricted()
     QVERIFY(Encounter(authorities(TlsIdentity::other().certificate)).isRefused());
 }
 
-void TlsTrustTest::aHostThatIgnoresErrorsDoesNotWeakenATrust()
+void TestTlsTrust::aHostThatIgnoresErrorsDoesNotWeakenATrust()
 {
     for (const bool isRestricted : {false, true}) {
         Encounter encounter(isRestricted ? pinned(TlsIdentity::other().fingerprint())
@@ -194,7 +192,7 @@ void TlsTrustTest::aHostThatIgnoresErrorsDoesNotWeakenATrust()
     }
 }
 
-void TlsTrustTest::staysRestrictedWhenItIsOpenedAgain()
+void TestTlsTrust::staysRestrictedWhenItIsOpenedAgain()
 {
     Encounter encounter(pinned(TlsIdentity::other().fingerprint()));
     QVERIFY(encounter.isRefused());
@@ -206,7 +204,7 @@ void TlsTrustTest::staysRestrictedWhenItIsOpenedAgain()
     }
 }
 
-void TlsTrustTest::hasNoPartInPlainConnections()
+void TestTlsTrust::hasNoPartInPlainConnections()
 {
     const TestPrinter printer;
     const ZySslEchoClient client(QUrl(QStringLiteral("ws://127.0.0.1:%1").arg(printer.port())),
@@ -215,7 +213,7 @@ void TlsTrustTest::hasNoPartInPlainConnections()
     QVERIFY(client.tlsTrust().isRestricted());
 }
 
-void TlsTrustTest::readsAFingerprintInEveryUsualForm_data()
+void TestTlsTrust::readsAFingerprintInEveryUsualForm_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("isOne");
@@ -227,14 +225,14 @@ void TlsTrustTest::readsAFingerprintInEveryUsualForm_data()
     QTest::newRow("spaces") << QString(usual).replace(QLatin1Char(':'), QLatin1Char(' ')) << true;
     QTest::newRow("copied with blanks around") << QStringLiteral(" %1 ").arg(bare) << true;
     QTest::newRow("a digit short") << bare.chopped(1) << false;
-    QTest::newRow("a byte more") << bare + s("00") << false;
-    QTest::newRow("no digit") << bare.chopped(1) + s("G") << false;
+    QTest::newRow("a byte more") << bare + "00"_s << false;
+    QTest::newRow("no digit") << bare.chopped(1) + "G"_s << false;
     QTest::newRow("SHA-1") << bare.left(40) << false;
     QTest::newRow("empty") << QString() << false;
     QTest::newRow("digits of another script") << QString(64, QChar(0x0665)) << false;
 }
 
-void TlsTrustTest::readsAFingerprintInEveryUsualForm()
+void TestTlsTrust::readsAFingerprintInEveryUsualForm()
 {
     QFETCH(QString, text);
     QFETCH(bool, isOne);
@@ -244,17 +242,17 @@ void TlsTrustTest::readsAFingerprintInEveryUsualForm()
     QCOMPARE(trust.fingerprint(), isOne ? TlsIdentity::localhost().fingerprint() : QString());
 }
 
-void TlsTrustTest::saysWhatIsWrongWithAuthorities()
+void TestTlsTrust::saysWhatIsWrongWithAuthorities()
 {
     ZyTlsTrust trust;
-    QCOMPARE(trust.useAuthorities(s("/none")), s("No such file or directory"));
-    QCOMPARE(trust.useAuthorities(TlsIdentity::localhost().key), s("it holds no PEM certificate"));
+    QCOMPARE(trust.useAuthorities("/none"_s), "No such file or directory"_s);
+    QCOMPARE(trust.useAuthorities(TlsIdentity::localhost().key), "it holds no PEM certificate"_s);
     QVERIFY(trust.isRestricted());
     QCOMPARE(trust.useAuthorities(TlsIdentity::localhost().certificate), QString());
     QCOMPARE(trust.authorities().size(), 1);
     QVERIFY(!ZyTlsTrust().isRestricted());
 }
 
-ZY_TEST(TlsTrustTest)
+ZY_TEST(TestTlsTrust)
 
 #include "tst_tlstrust.moc"

@@ -5,6 +5,7 @@
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
+#include "texts.h"
 
 #include <memory>
 #include <utility>
@@ -14,7 +15,7 @@ using zytest::ScriptedPrinter;
 using zytest::TransferRules;
 using Session = zytest::TransferSession<ScriptedPrinter>;
 
-class WindowTest : public QObject
+class TestWindow : public QObject
 {
     Q_OBJECT
 
@@ -33,11 +34,6 @@ private Q_SLOTS:
 namespace
 {
 
-QString s(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 TransferRules windowOf(int chunks, bool acknowledges = true)
 {
     TransferRules rules;
@@ -51,7 +47,7 @@ QByteArray sendChunks(Session &session, int chunkCount, const TransferRules &rul
 {
     const QByteArray contents = zytest::compressibleBytes(chunkCount * chunkBytes - 7);
     session.printer.answerTransfers(rules);
-    session.client.sendFile(session.writeFile(s("local.zydlp"), contents), s("m"));
+    session.client.sendFile(session.writeFile("local.zydlp"_s, contents), "m"_s);
     return contents;
 }
 
@@ -77,7 +73,7 @@ template <typename Act> void actWithTwoUnderWay(Session &session, Act act)
 
 } // namespace
 
-void WindowTest::isBetweenOneAndSixteen()
+void TestWindow::isBetweenOneAndSixteen()
 {
     ZySslEchoClient client{QUrl()};
     QCOMPARE(client.window(), 1);
@@ -87,7 +83,7 @@ void WindowTest::isBetweenOneAndSixteen()
     }
 }
 
-void WindowTest::sendsAsManyChunksAsBothSidesBear_data()
+void TestWindow::sendsAsManyChunksAsBothSidesBear_data()
 {
     QTest::addColumn<int>("wanted");
     QTest::addColumn<int>("announced");
@@ -101,7 +97,7 @@ void WindowTest::sendsAsManyChunksAsBothSidesBear_data()
     QTest::newRow("no number") << 2 << -1 << 1;
 }
 
-void WindowTest::sendsAsManyChunksAsBothSidesBear()
+void TestWindow::sendsAsManyChunksAsBothSidesBear()
 {
     QFETCH(const int, wanted);
     QFETCH(const int, announced);
@@ -114,7 +110,7 @@ void WindowTest::sendsAsManyChunksAsBothSidesBear()
     whenArrived(session, expected, [&] { session.client.versionCheckCmd(); });
     int underWay = 0;
     connect(&session.printer, &ScriptedPrinter::textReceived, this, [&](const QString &text) {
-        if (!text.contains(s("VERSION_CHECK")))
+        if (!text.contains("VERSION_CHECK"_s))
             return;
         underWay = session.printer.chunks().size();
         session.client.close();
@@ -126,7 +122,7 @@ void WindowTest::sendsAsManyChunksAsBothSidesBear()
     QCOMPARE(underWay, expected);
 }
 
-void WindowTest::keepsTheOrderOfAllThatIsSeen()
+void TestWindow::keepsTheOrderOfAllThatIsSeen()
 {
     QStringList seen[2];
     QStringList logged[2];
@@ -136,26 +132,26 @@ void WindowTest::keepsTheOrderOfAllThatIsSeen()
         QVERIFY(session.open());
         session.client.setWindow(window);
         sendChunks(session, 5, windowOf(2));
-        WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+        WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
         seen[window - 1]
             = QStringList(session.trace.lines()).replaceInStrings(session.dir.path(), QString());
         logged[window - 1] = session.logLines().replaceInStrings(session.dir.path(), QString());
         sent[window - 1] = session.printer.chunks();
     }
-    QCOMPARE(seen[1].filter(s("fileTransProgress")), seen[0].filter(s("fileTransProgress")));
+    QCOMPARE(seen[1].filter("fileTransProgress"_s), seen[0].filter("fileTransProgress"_s));
     QCOMPARE(logged[1], logged[0]);
     QVERIFY(sent[1] == sent[0]);
 }
 
-void WindowTest::endsOnlyWithTheLastAcknowledgement()
+void TestWindow::endsOnlyWithTheLastAcknowledgement()
 {
     Session session;
     QVERIFY(session.open());
     session.client.setWindow(3);
     const qint64 size = 3 * chunkBytes - 7;
     const auto acknowledge = [&](qint64 received) {
-        const auto request = session.printer.messages(s("START_FILE")).constFirst();
-        const QString key = request[s("key")].toString();
+        const auto request = session.printer.messages("START_FILE"_s).constFirst();
+        const QString key = request["key"_s].toString();
         session.printer.send(zytest::startDataReply(key, size, received));
     };
     whenArrived(session, 3, [&] {
@@ -165,10 +161,10 @@ void WindowTest::endsOnlyWithTheLastAcknowledgement()
     bool wasTooEarly = false;
     connect(&session.client, &ZySslEchoClient::jsonMessageReceived, this,
             [&](const QJsonObject &reply) {
-                if (reply[s("received")].toString().toLongLong() != 2 * chunkBytes)
+                if (reply["received"_s].toString().toLongLong() != 2 * chunkBytes)
                     return;
                 QCoreApplication::processEvents();
-                wasTooEarly = session.logLines().contains(s("send end"));
+                wasTooEarly = session.logLines().contains("send end"_s);
                 acknowledge(size);
             });
 
@@ -176,11 +172,11 @@ void WindowTest::endsOnlyWithTheLastAcknowledgement()
 
     WAIT_VERIFY(session.hasEnded());
     QVERIFY(!wasTooEarly);
-    QCOMPARE(session.trace.count(s("fileTransProgress")), 3);
-    QCOMPARE(session.logLines().constLast(), s("send end"));
+    QCOMPARE(session.trace.count("fileTransProgress"_s), 3);
+    QCOMPARE(session.logLines().constLast(), "send end"_s);
 }
 
-void WindowTest::goesOnFromAnOffset()
+void TestWindow::goesOnFromAnOffset()
 {
     Session session;
     QVERIFY(session.open());
@@ -188,56 +184,56 @@ void WindowTest::goesOnFromAnOffset()
     TransferRules rules = windowOf(2);
     rules.offset = chunkBytes;
     const QByteArray contents = sendChunks(session, 4, rules);
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("finish")) == 1);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("finish"_s) == 1);
     QByteArray received;
     for (const QByteArray &chunk : session.printer.chunks())
         received += qUncompress(chunk);
     QVERIFY(received == contents.mid(chunkBytes));
 }
 
-void WindowTest::cancelsWithTwoChunksUnderWay()
+void TestWindow::cancelsWithTwoChunksUnderWay()
 {
     Session session;
     QVERIFY(session.open());
 
     actWithTwoUnderWay(session, [&] { session.client.cancel(); });
 
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("cancelFinished")) == 1);
-    QCOMPARE(session.printer.messages(s("CANCEL_FILE")).size(), 1);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("cancelFinished"_s) == 1);
+    QCOMPARE(session.printer.messages("CANCEL_FILE"_s).size(), 1);
     QCOMPARE(session.printer.chunks().size(), 2);
     // Its acknowledgements would count for this one if they were still expected.
     sendChunks(session, 3, windowOf(2));
-    WAIT_COMPARE(session.trace.count(s("finish")), 1);
+    WAIT_COMPARE(session.trace.count("finish"_s), 1);
     QCOMPARE(session.printer.chunks().size(), 5);
 }
 
-void WindowTest::closesWithTwoChunksUnderWay()
+void TestWindow::closesWithTwoChunksUnderWay()
 {
     Session session;
     QVERIFY(session.open());
 
     actWithTwoUnderWay(session, [&] { session.client.close(); });
 
-    WAIT_VERIFY(session.hasEnded() && session.trace.count(s("pauseSuccess")) == 1);
+    WAIT_VERIFY(session.hasEnded() && session.trace.count("pauseSuccess"_s) == 1);
     QCOMPARE(session.printer.chunks().size(), 2);
     session.client.openWithUrl(session.printer.url());
-    WAIT_COMPARE(session.trace.count(s("connected")), 1);
+    WAIT_COMPARE(session.trace.count("connected"_s), 1);
     sendChunks(session, 3, windowOf(2));
-    WAIT_COMPARE(session.trace.count(s("finish")), 1);
+    WAIT_COMPARE(session.trace.count("finish"_s), 1);
 }
 
-void WindowTest::isDeletedWithTwoChunksUnderWay()
+void TestWindow::isDeletedWithTwoChunksUnderWay()
 {
     ScriptedPrinter printer;
     QTemporaryDir dir;
     const QByteArray contents = zytest::compressibleBytes(4 * chunkBytes);
-    const QString path = zytest::writeFile(dir.filePath(s("m")), contents);
+    const QString path = zytest::writeFile(dir.filePath("m"_s), contents);
     auto client = std::make_unique<ZySslEchoClient>(printer.url());
     zytest::useThreads(*client);
     client->setWindow(2);
     printer.answerTransfers(windowOf(2, false));
     connect(client.get(), &ZySslEchoClient::connected, this,
-            [&] { client->sendFile(path, s("m")); });
+            [&] { client->sendFile(path, "m"_s); });
     connect(&printer, &ScriptedPrinter::chunkReceived, this, [&] {
         if (printer.chunks().size() == 2)
             client.reset();
@@ -247,5 +243,5 @@ void WindowTest::isDeletedWithTwoChunksUnderWay()
     QCOMPARE(printer.chunks().size(), 2);
 }
 
-ZY_TEST(WindowTest)
+ZY_TEST(TestWindow)
 #include "tst_window.moc"

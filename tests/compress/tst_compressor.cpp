@@ -12,7 +12,7 @@
 using zyws::compressed;
 using zyws::Effort;
 
-class CompressorTest : public QObject
+class TestCompressor : public QObject
 {
     Q_OBJECT
 
@@ -46,14 +46,14 @@ QVector<QPair<const char *, QByteArray>> contents()
 
 } // namespace
 
-void CompressorTest::compressesAByteToTheByte()
+void TestCompressor::compressesAByteToTheByte()
 {
     // Length 1, zlib header of the default level, one fixed block, checksum.
     QCOMPARE(compressed("A", {Effort::ZlibLevel, -1}).toHex(),
              QByteArrayLiteral("00000001789c73040000420042"));
 }
 
-void CompressorTest::givesTheBytesOfQCompressAtALevel_data()
+void TestCompressor::givesTheBytesOfQCompressAtALevel_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("level");
@@ -63,14 +63,14 @@ void CompressorTest::givesTheBytesOfQCompressAtALevel_data()
     }
 }
 
-void CompressorTest::givesTheBytesOfQCompressAtALevel()
+void TestCompressor::givesTheBytesOfQCompressAtALevel()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(int, level);
     QVERIFY(compressed(bytes, {Effort::ZlibLevel, level}) == qCompress(bytes, level));
 }
 
-void CompressorTest::inflatesWithQtFromEveryRung_data()
+void TestCompressor::inflatesWithQtFromEveryRung_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("rung");
@@ -80,7 +80,7 @@ void CompressorTest::inflatesWithQtFromEveryRung_data()
     }
 }
 
-void CompressorTest::inflatesWithQtFromEveryRung()
+void TestCompressor::inflatesWithQtFromEveryRung()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(int, rung);
@@ -89,7 +89,7 @@ void CompressorTest::inflatesWithQtFromEveryRung()
     QVERIFY(qUncompress(payload) == bytes);
 }
 
-void CompressorTest::becomesSmallerRungByRung()
+void TestCompressor::becomesSmallerRungByRung()
 {
     // Text of a small vocabulary: each further search for a match pays.
     QByteArray text;
@@ -106,7 +106,7 @@ void CompressorTest::becomesSmallerRungByRung()
     }
 }
 
-void CompressorTest::storesWhatDoesNotShrink()
+void TestCompressor::storesWhatDoesNotShrink()
 {
     const QByteArray bytes = zytest::randomBytes(chunk);
     for (int rung = 0; rung < zyws::rungCount; ++rung) {
@@ -116,5 +116,5 @@ void CompressorTest::storesWhatDoesNotShrink()
     }
 }
 
-ZY_TEST(CompressorTest)
+ZY_TEST(TestCompressor)
 #include "tst_compressor.moc"

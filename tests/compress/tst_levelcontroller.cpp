@@ -120,7 +120,7 @@ int countOf(const QVector<int> &rungs, int rung)
 Q_DECLARE_METATYPE(File)
 Q_DECLARE_METATYPE(Line)
 
-class LevelControllerTest : public QObject
+class TestLevelController : public QObject
 {
     Q_OBJECT
 
@@ -144,7 +144,7 @@ private Q_SLOTS:
     void goesOnWhenATrialIsNeverHeardOf();
 };
 
-void LevelControllerTest::beginsAtTheFirstRung()
+void TestLevelController::beginsAtTheFirstRung()
 {
     LevelController controller;
     controller.setWorkers(2);
@@ -152,7 +152,7 @@ void LevelControllerTest::beginsAtTheFirstRung()
         QCOMPARE(controller.choose(), 1);
 }
 
-void LevelControllerTest::settlesWithinEightChunks_data()
+void TestLevelController::settlesWithinEightChunks_data()
 {
     QTest::addColumn<File>("file");
     QTest::addColumn<Line>("line");
@@ -173,7 +173,7 @@ void LevelControllerTest::settlesWithinEightChunks_data()
     QTest::newRow("noise, fast line") << noise << Line{1000} << 2 << 0;
 }
 
-void LevelControllerTest::settlesWithinEightChunks()
+void TestLevelController::settlesWithinEightChunks()
 {
     QFETCH(File, file);
     QFETCH(Line, line);
@@ -186,7 +186,7 @@ void LevelControllerTest::settlesWithinEightChunks()
     QVERIFY2(countOf(settled, rung) >= settled.size() - 4, qPrintable(listed(rungs)));
 }
 
-void LevelControllerTest::staysNearTheBestRung()
+void TestLevelController::staysNearTheBestRung()
 {
     QFETCH(File, file);
     QFETCH(Line, line);
@@ -197,7 +197,7 @@ void LevelControllerTest::staysNearTheBestRung()
     QVERIFY2(ratio < 1.15, qPrintable(QStringLiteral("%1: %2").arg(ratio).arg(listed(rungs))));
 }
 
-void LevelControllerTest::ignoresANoisyChunk_data()
+void TestLevelController::ignoresANoisyChunk_data()
 {
     QTest::addColumn<double>("cost");
     QTest::addColumn<double>("line");
@@ -207,7 +207,7 @@ void LevelControllerTest::ignoresANoisyChunk_data()
     QTest::newRow("all took ten times as long") << 10.0 << 10.0;
 }
 
-void LevelControllerTest::ignoresANoisyChunk()
+void TestLevelController::ignoresANoisyChunk()
 {
     QFETCH(double, cost);
     QFETCH(double, line);
@@ -220,7 +220,7 @@ void LevelControllerTest::ignoresANoisyChunk()
     }
 }
 
-void LevelControllerTest::followsTheLine_data()
+void TestLevelController::followsTheLine_data()
 {
     QTest::addColumn<double>("before");
     QTest::addColumn<double>("after");
@@ -230,7 +230,7 @@ void LevelControllerTest::followsTheLine_data()
     QTest::newRow("a little slower") << 300.0 << 250.0 << 2;
 }
 
-void LevelControllerTest::followsTheLine()
+void TestLevelController::followsTheLine()
 {
     QFETCH(double, before);
     QFETCH(double, after);
@@ -242,7 +242,7 @@ void LevelControllerTest::followsTheLine()
     QVERIFY2(countOf(settled, rung) >= settled.size() - 4, qPrintable(listed(rungs)));
 }
 
-void LevelControllerTest::followsTheFile_data()
+void TestLevelController::followsTheFile_data()
 {
     QTest::addColumn<File>("before");
     QTest::addColumn<File>("after");
@@ -251,7 +251,7 @@ void LevelControllerTest::followsTheFile_data()
     QTest::newRow("becomes compressible") << noise << layers << 2;
 }
 
-void LevelControllerTest::followsTheFile()
+void TestLevelController::followsTheFile()
 {
     QFETCH(File, before);
     QFETCH(File, after);
@@ -264,7 +264,7 @@ void LevelControllerTest::followsTheFile()
     QVERIFY2(countOf(settled, rung) >= settled.size() - 4, qPrintable(listed(rungs)));
 }
 
-void LevelControllerTest::triesIncompressibleFilesLessAndLess()
+void TestLevelController::triesIncompressibleFilesLessAndLess()
 {
     Transfer transfer(2);
     transfer.send(10, noise, {1000});
@@ -273,7 +273,7 @@ void LevelControllerTest::triesIncompressibleFilesLessAndLess()
     QVERIFY2(trials > 1 && trials < 10, qPrintable(listed(rungs)));
 }
 
-void LevelControllerTest::learnsThatThePrinterInflatesSlowly()
+void TestLevelController::learnsThatThePrinterInflatesSlowly()
 {
     const Line line{1000, 30};
     Transfer transfer(4);
@@ -281,7 +281,7 @@ void LevelControllerTest::learnsThatThePrinterInflatesSlowly()
     QVERIFY2(countOf(rungs, 0) >= rungs.size() - 2, qPrintable(listed(rungs)));
 }
 
-void LevelControllerTest::learnsThatThreadsShareTheProcessor()
+void TestLevelController::learnsThatThreadsShareTheProcessor()
 {
     // Two threads, but only one processor for them: a chunk every 17 ms at the first rung, while a
     // stored one needs 8.4 + 1.
@@ -304,7 +304,7 @@ void LevelControllerTest::learnsThatThreadsShareTheProcessor()
     QVERIFY2(countOf(rungs.mid(settlingTime), 0) > 26, qPrintable(listed(rungs)));
 }
 
-void LevelControllerTest::takesNothingFromTinyMessages()
+void TestLevelController::takesNothingFromTinyMessages()
 {
     LevelController controller;
     controller.setWorkers(1);
@@ -320,7 +320,7 @@ void LevelControllerTest::takesNothingFromTinyMessages()
     QCOMPARE(controller.choose(), 0);
 }
 
-void LevelControllerTest::goesOnWhenATrialIsNeverHeardOf()
+void TestLevelController::goesOnWhenATrialIsNeverHeardOf()
 {
     LevelController controller;
     controller.setWorkers(1);
@@ -341,5 +341,5 @@ void LevelControllerTest::goesOnWhenATrialIsNeverHeardOf()
     QVERIFY2(countOf(rungs.mid(30), 2) > 20, qPrintable(listed(rungs)));
 }
 
-ZY_TEST(LevelControllerTest)
+ZY_TEST(TestLevelController)
 #include "tst_levelcontroller.moc"

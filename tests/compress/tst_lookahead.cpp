@@ -28,7 +28,7 @@ using zytest::compressibleBytes;
 using zyws::Compression;
 using zyws::LookAhead;
 
-class LookAheadTest : public QObject
+class TestLookAhead : public QObject
 {
     Q_OBJECT
 
@@ -143,14 +143,14 @@ void letTimePass()
 
 } // namespace
 
-void LookAheadTest::initTestCase()
+void TestLookAhead::initTestCase()
 {
 #ifdef Q_OS_LINUX
     mallopt(M_MMAP_THRESHOLD, 64 * 1024); // what is freed goes back to the system
 #endif
 }
 
-void LookAheadTest::givesTheChunksOfTheFile_data()
+void TestLookAhead::givesTheChunksOfTheFile_data()
 {
     QTest::addColumn<qint64>("size");
     QTest::addColumn<int>("threads");
@@ -160,7 +160,7 @@ void LookAheadTest::givesTheChunksOfTheFile_data()
     }
 }
 
-void LookAheadTest::givesTheChunksOfTheFile()
+void TestLookAhead::givesTheChunksOfTheFile()
 {
     QFETCH(qint64, size);
     QFETCH(int, threads);
@@ -174,7 +174,7 @@ void LookAheadTest::givesTheChunksOfTheFile()
     QVERIFY(inflated == contents);
 }
 
-void LookAheadTest::readsAsFarAheadAsThreadsNeed_data()
+void TestLookAhead::readsAsFarAheadAsThreadsNeed_data()
 {
     QTest::addColumn<int>("threads");
     QTest::addColumn<int>("chunks");
@@ -183,7 +183,7 @@ void LookAheadTest::readsAsFarAheadAsThreadsNeed_data()
     QTest::newRow("three") << 3 << 4;
 }
 
-void LookAheadTest::readsAsFarAheadAsThreadsNeed()
+void TestLookAhead::readsAsFarAheadAsThreadsNeed()
 {
     QFETCH(int, threads);
     QFETCH(int, chunks);
@@ -195,7 +195,7 @@ void LookAheadTest::readsAsFarAheadAsThreadsNeed()
     }
 }
 
-void LookAheadTest::takesALevelForWhatIsNotCompressedYet()
+void TestLookAhead::takesALevelForWhatIsNotCompressedYet()
 {
     const QByteArray contents = compressibleBytes(3 * chunkBytes);
     Reading reading(contents);
@@ -207,7 +207,7 @@ void LookAheadTest::takesALevelForWhatIsNotCompressedYet()
             == compressedChunks(contents, 9).mid(0, 2) + compressedChunks(contents, 1).mid(2));
 }
 
-void LookAheadTest::saysWhenAChunkIsReady()
+void TestLookAhead::saysWhenAChunkIsReady()
 {
     std::atomic_int rings{0};
     Reading reading(compressibleBytes(3 * chunkBytes), true, [&] { ++rings; });
@@ -217,7 +217,7 @@ void LookAheadTest::saysWhenAChunkIsReady()
     QVERIFY(reading.isOpen);
 }
 
-void LookAheadTest::readsAgainWhatHasChanged_data()
+void TestLookAhead::readsAgainWhatHasChanged_data()
 {
     QTest::addColumn<int>("threads");
     QTest::addColumn<QByteArray>("after");
@@ -233,7 +233,7 @@ void LookAheadTest::readsAgainWhatHasChanged_data()
     }
 }
 
-void LookAheadTest::readsAgainWhatHasChanged()
+void TestLookAhead::readsAgainWhatHasChanged()
 {
     QFETCH(int, threads);
     QFETCH(QByteArray, after);
@@ -251,7 +251,7 @@ void LookAheadTest::readsAgainWhatHasChanged()
     QVERIFY(reading.rest(compression) == compressedChunks(after.mid(chunkBytes)));
 }
 
-void LookAheadTest::readsOnInARemovedFile()
+void TestLookAhead::readsOnInARemovedFile()
 {
     const QByteArray contents = compressibleBytes(5 * chunkBytes);
     Reading reading(contents);
@@ -260,14 +260,14 @@ void LookAheadTest::readsOnInARemovedFile()
     QVERIFY(reading.rest({-1, 1}) == compressedChunks(contents));
 }
 
-void LookAheadTest::sharesWhatSeveralSend_data()
+void TestLookAhead::sharesWhatSeveralSend_data()
 {
     QTest::addColumn<int>("level");
     QTest::newRow("default level") << -1;
     QTest::newRow("adaptive") << zyws::adaptiveLevel;
 }
 
-void LookAheadTest::sharesWhatSeveralSend()
+void TestLookAhead::sharesWhatSeveralSend()
 {
     QFETCH(int, level);
     const QByteArray contents = compressibleBytes(9 * chunkBytes / 2);
@@ -296,7 +296,7 @@ void LookAheadTest::sharesWhatSeveralSend()
     QVERIFY(inflated == contents);
 }
 
-void LookAheadTest::sharesNothingOfAnotherKind()
+void TestLookAhead::sharesNothingOfAnotherKind()
 {
     const QByteArray contents = compressibleBytes(chunkBytes);
     Reading first(contents);
@@ -315,7 +315,7 @@ void LookAheadTest::sharesNothingOfAnotherKind()
     QVERIFY(afterwards.rest({-1, 2}) == compressedChunks(changed));
 }
 
-void LookAheadTest::keepsLittleForASlowOne()
+void TestLookAhead::keepsLittleForASlowOne()
 {
     constexpr int chunks = 70; // more than are kept
     const QByteArray contents = zytest::randomBytes(chunkBytes).repeated(chunks);
@@ -333,7 +333,7 @@ void LookAheadTest::keepsLittleForASlowOne()
     QVERIFY2(shared >= 60 && shared < chunks, qPrintable(QString::number(shared)));
 }
 
-void LookAheadTest::compressesAnewWhatNobodyWanted()
+void TestLookAhead::compressesAnewWhatNobodyWanted()
 {
     Gate gate;
     const QByteArray contents = compressibleBytes(2 * chunkBytes);
@@ -346,7 +346,7 @@ void LookAheadTest::compressesAnewWhatNobodyWanted()
     QVERIFY(second.rest({-1, 2}) == compressedChunks(contents));
 }
 
-void LookAheadTest::leavesBusyThreadsAlone()
+void TestLookAhead::leavesBusyThreadsAlone()
 {
     Gate gate;
     std::atomic_int rings{0};
@@ -362,7 +362,7 @@ void LookAheadTest::leavesBusyThreadsAlone()
     QCOMPARE(rings.load(), 0);
 }
 
-void LookAheadTest::passesAnExceptionOn()
+void TestLookAhead::passesAnExceptionOn()
 {
 #if defined(Q_OS_LINUX) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     Gate gate;
@@ -384,5 +384,5 @@ void LookAheadTest::passesAnExceptionOn()
 #endif
 }
 
-ZY_TEST(LookAheadTest)
+ZY_TEST(TestLookAhead)
 #include "tst_lookahead.moc"

@@ -17,7 +17,7 @@
 
 using zyws::WorkerPool;
 
-class WorkerPoolTest : public QObject
+class TestWorkerPool : public QObject
 {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ private Q_SLOTS:
     void saysSoWithoutAThread();
 };
 
-void WorkerPoolTest::runsEveryJob()
+void TestWorkerPool::runsEveryJob()
 {
     std::atomic_int count{0};
     {
@@ -43,7 +43,7 @@ void WorkerPoolTest::runsEveryJob()
     QCOMPARE(count.load(), 1000);
 }
 
-void WorkerPoolTest::runsNoMoreAtOnceThanAskedFor()
+void TestWorkerPool::runsNoMoreAtOnceThanAskedFor()
 {
     std::atomic_int running{0};
     std::atomic_int most{0};
@@ -64,7 +64,7 @@ void WorkerPoolTest::runsNoMoreAtOnceThanAskedFor()
     QVERIFY2(most <= 3, qPrintable(QString::number(most)));
 }
 
-void WorkerPoolTest::runsAsManyAtOnceAsAskedFor()
+void TestWorkerPool::runsAsManyAtOnceAsAskedFor()
 {
     // Each waits for the other: in one thread neither would ever end.
     std::promise<void> first;
@@ -85,7 +85,7 @@ void WorkerPoolTest::runsAsManyAtOnceAsAskedFor()
     pool.drain();
 }
 
-void WorkerPoolTest::keepsItsThread()
+void TestWorkerPool::keepsItsThread()
 {
     WorkerPool pool;
     std::set<std::thread::id> ids;
@@ -98,7 +98,7 @@ void WorkerPoolTest::keepsItsThread()
     QVERIFY(ids.count(std::this_thread::get_id()) == 0);
 }
 
-void WorkerPoolTest::runsWhatWaitsBeforeItEnds()
+void TestWorkerPool::runsWhatWaitsBeforeItEnds()
 {
     std::promise<void> gate;
     std::atomic_int count{0};
@@ -111,7 +111,7 @@ void WorkerPoolTest::runsWhatWaitsBeforeItEnds()
     QCOMPARE(count.load(), 5);
 }
 
-void WorkerPoolTest::beginsAnewAfterItWasDrained()
+void TestWorkerPool::beginsAnewAfterItWasDrained()
 {
     WorkerPool pool;
     for (int i = 0; i < 3; ++i) {
@@ -122,7 +122,7 @@ void WorkerPoolTest::beginsAnewAfterItWasDrained()
     }
 }
 
-void WorkerPoolTest::takesNothingWhileItIsDrained()
+void TestWorkerPool::takesNothingWhileItIsDrained()
 {
     WorkerPool pool;
     std::promise<void> started;
@@ -141,7 +141,7 @@ void WorkerPoolTest::takesNothingWhileItIsDrained()
     refused.get_future().wait();
 }
 
-void WorkerPoolTest::saysSoWithoutAThread()
+void TestWorkerPool::saysSoWithoutAThread()
 {
 #ifdef Q_OS_LINUX
     // A stack that no address space holds: the system refuses the thread.
@@ -161,5 +161,5 @@ void WorkerPoolTest::saysSoWithoutAThread()
 #endif
 }
 
-ZY_TEST(WorkerPoolTest)
+ZY_TEST(TestWorkerPool)
 #include "tst_workerpool.moc"

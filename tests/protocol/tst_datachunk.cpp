@@ -10,7 +10,7 @@
 
 #include <limits>
 
-class tst_DataChunk : public QObject
+class TestDataChunk : public QObject
 {
     Q_OBJECT
 
@@ -28,12 +28,12 @@ private Q_SLOTS:
     void advancesAnOffset();
 };
 
-void tst_DataChunk::isOneMebibyte()
+void TestDataChunk::isOneMebibyte()
 {
     QCOMPARE(zyws::chunkSize, 1048576);
 }
 
-void tst_DataChunk::unpacksAChunk_data()
+void TestDataChunk::unpacksAChunk_data()
 {
     QTest::addColumn<QByteArray>("chunk");
     QTest::newRow("one byte") << QByteArray(1, 'x');
@@ -45,19 +45,19 @@ void tst_DataChunk::unpacksAChunk_data()
     QTest::newRow("a full chunk that hardly deflates") << mixed;
 }
 
-void tst_DataChunk::unpacksAChunk()
+void TestDataChunk::unpacksAChunk()
 {
     QFETCH(QByteArray, chunk);
     QCOMPARE(zyws::unpackChunk(qCompress(chunk), true), chunk);
 }
 
-void tst_DataChunk::unpacksUncompressedAsItIs()
+void TestDataChunk::unpacksUncompressedAsItIs()
 {
     const QByteArray payload = qCompress("still packed");
     QCOMPARE(zyws::unpackChunk(payload, false), payload);
 }
 
-void tst_DataChunk::unpacksDamagedPayloadsAsNothing_data()
+void TestDataChunk::unpacksDamagedPayloadsAsNothing_data()
 {
     QTest::addColumn<QByteArray>("payload");
     const QByteArray good = qCompress(QByteArray(1000, 'x'));
@@ -72,20 +72,20 @@ void tst_DataChunk::unpacksDamagedPayloadsAsNothing_data()
     QTest::newRow("wrong checksum") << wrongSum;
 }
 
-void tst_DataChunk::unpacksDamagedPayloadsAsNothing()
+void TestDataChunk::unpacksDamagedPayloadsAsNothing()
 {
     QFETCH(QByteArray, payload);
     QCOMPARE(zyws::unpackChunk(payload, true).size(), 0);
 }
 
-void tst_DataChunk::takesTheSizePrefixAsAHintOnly()
+void TestDataChunk::takesTheSizePrefixAsAHintOnly()
 {
     QByteArray payload = qCompress(QByteArray(5000, 'x'));
     qToBigEndian(quint32(1), payload.data());
     QCOMPARE(zyws::unpackChunk(payload, true), QByteArray(5000, 'x'));
 }
 
-void tst_DataChunk::unpacksNoMoreThanTheLimit()
+void TestDataChunk::unpacksNoMoreThanTheLimit()
 {
     const QByteArray zeros(1000, '\0');
     const QByteArray payload = qCompress(zeros);
@@ -104,7 +104,7 @@ void tst_DataChunk::unpacksNoMoreThanTheLimit()
     QVERIFY(!zyws::unpackChunkWithin(zeros, false, 999));
 }
 
-void tst_DataChunk::advancesAnOffset_data()
+void TestDataChunk::advancesAnOffset_data()
 {
     QTest::addColumn<qint64>("offset");
     QTest::addColumn<qint64>("count");
@@ -118,12 +118,12 @@ void tst_DataChunk::advancesAnOffset_data()
     QTest::newRow("below the smallest") << smallest << Q_INT64_C(-1) << largest;
 }
 
-void tst_DataChunk::advancesAnOffset()
+void TestDataChunk::advancesAnOffset()
 {
     QFETCH(qint64, offset);
     QFETCH(qint64, count);
     QTEST(zyws::advanced(offset, count), "sum");
 }
 
-ZY_TEST(tst_DataChunk)
+ZY_TEST(TestDataChunk)
 #include "tst_datachunk.moc"

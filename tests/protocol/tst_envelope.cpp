@@ -10,7 +10,7 @@
 
 #include <limits>
 
-class tst_Envelope : public QObject
+class TestEnvelope : public QObject
 {
     Q_OBJECT
 
@@ -31,7 +31,7 @@ private Q_SLOTS:
     void knowsAFlatMessage();
 };
 
-void tst_Envelope::writesCompactText()
+void TestEnvelope::writesCompactText()
 {
     const QJsonObject message{
         {QStringLiteral("cmd"), QStringLiteral("START_DATA")},
@@ -44,13 +44,13 @@ void tst_Envelope::writesCompactText()
     QCOMPARE(zyws::messageText({}), QStringLiteral("{}"));
 }
 
-void tst_Envelope::writesUnicodeAsItIs()
+void TestEnvelope::writesUnicodeAsItIs()
 {
     QCOMPARE(zyws::messageText({{QStringLiteral("f"), QStringLiteral("\u00e4\u6a21 \"x\"")}}),
              QStringLiteral("{\"f\":\"\u00e4\u6a21 \\\"x\\\"\"}"));
 }
 
-void tst_Envelope::readsAnObject()
+void TestEnvelope::readsAnObject()
 {
     const QJsonObject message
         = zyws::parseMessage(QStringLiteral(" {\n \"cmd\" : \"START_FILE\", \"size\": \"7\" } "));
@@ -58,7 +58,7 @@ void tst_Envelope::readsAnObject()
     QCOMPARE(message.value(QStringLiteral("size")), QJsonValue(QStringLiteral("7")));
 }
 
-void tst_Envelope::readsBackWhatItWrote()
+void TestEnvelope::readsBackWhatItWrote()
 {
     const QJsonObject message{
         {QStringLiteral("text"), QStringLiteral("\u00e4\U0001f5a8\n\t")},
@@ -69,7 +69,7 @@ void tst_Envelope::readsBackWhatItWrote()
     QCOMPARE(zyws::parseMessage(zyws::messageText(message)), message);
 }
 
-void tst_Envelope::writesDecimals_data()
+void TestEnvelope::writesDecimals_data()
 {
     QTest::addColumn<qint64>("value");
     QTest::addColumn<QString>("text");
@@ -83,13 +83,13 @@ void tst_Envelope::writesDecimals_data()
                               << QStringLiteral("-9223372036854775808");
 }
 
-void tst_Envelope::writesDecimals()
+void TestEnvelope::writesDecimals()
 {
     QFETCH(qint64, value);
     QTEST(zyws::decimal(value), "text");
 }
 
-void tst_Envelope::readsDecimals_data()
+void TestEnvelope::readsDecimals_data()
 {
     QTest::addColumn<QJsonValue>("value");
     QTest::addColumn<qint64>("number");
@@ -113,13 +113,13 @@ void tst_Envelope::readsDecimals_data()
     row("too large", QStringLiteral("9223372036854775808"), 0);
 }
 
-void tst_Envelope::readsDecimals()
+void TestEnvelope::readsDecimals()
 {
     QFETCH(QJsonValue, value);
     QTEST(zyws::decimalValue(value), "number");
 }
 
-void tst_Envelope::readsAnythingElseAsAnEmptyObject_data()
+void TestEnvelope::readsAnythingElseAsAnEmptyObject_data()
 {
     QTest::addColumn<QString>("text");
     const auto row = [](const char *name, const char *text) {
@@ -144,20 +144,20 @@ void tst_Envelope::readsAnythingElseAsAnEmptyObject_data()
         << QString(5000, QLatin1Char('[')) + QString(5000, QLatin1Char(']'));
 }
 
-void tst_Envelope::readsAnythingElseAsAnEmptyObject()
+void TestEnvelope::readsAnythingElseAsAnEmptyObject()
 {
     QFETCH(QString, text);
     QVERIFY(zyws::parseMessage(text).isEmpty());
 }
 
-void tst_Envelope::keepsANulInsideAText()
+void TestEnvelope::keepsANulInsideAText()
 {
     // The serialiser escapes it, so the text of the message does not end there.
     const QString text = zyws::messageText({{QStringLiteral("f"), QString(QChar(0))}});
     QCOMPARE(text, QStringLiteral(R"({"f":"\u0000"})"));
 }
 
-void tst_Envelope::knowsAFlatMessage_data()
+void TestEnvelope::knowsAFlatMessage_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("isFlat");
@@ -174,11 +174,11 @@ void tst_Envelope::knowsAFlatMessage_data()
     row("", true);
 }
 
-void tst_Envelope::knowsAFlatMessage()
+void TestEnvelope::knowsAFlatMessage()
 {
     QFETCH(QString, text);
     QTEST(zyws::isFlat(text), "isFlat");
 }
 
-ZY_TEST(tst_Envelope)
+ZY_TEST(TestEnvelope)
 #include "tst_envelope.moc"

@@ -7,7 +7,7 @@
 
 #include <QtTest>
 
-class tst_FileKey : public QObject
+class TestFileKey : public QObject
 {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ private Q_SLOTS:
     void ignoresAllButTheLastFourOfEight();
 };
 
-void tst_FileKey::isMadeFromTheLastBytes_data()
+void TestFileKey::isMadeFromTheLastBytes_data()
 {
     QTest::addColumn<QByteArray>("tail");
     QTest::addColumn<QString>("key");
@@ -42,18 +42,18 @@ void tst_FileKey::isMadeFromTheLastBytes_data()
     row("seven bytes are never negative", "12345678 ffffff", "ffffff");
 }
 
-void tst_FileKey::isMadeFromTheLastBytes()
+void TestFileKey::isMadeFromTheLastBytes()
 {
     QFETCH(QByteArray, tail);
     QTEST(zyws::fileKey(tail), "key");
 }
 
-void tst_FileKey::ignoresAllButTheLastFourOfEight()
+void TestFileKey::ignoresAllButTheLastFourOfEight()
 {
     QCOMPARE(zyws::fileKey("????abcd"), zyws::fileKey("!!!!abcd"));
     QVERIFY(zyws::fileKey("????abcd") != zyws::fileKey("????abce"));
     QCOMPARE(zyws::fileKeyTail, 8);
 }
 
-ZY_TEST(tst_FileKey)
+ZY_TEST(TestFileKey)
 #include "tst_filekey.moc"

@@ -96,7 +96,7 @@ QByteArray withoutPrefix(const QByteArray &payload)
 
 } // namespace
 
-class tst_Inflate : public QObject
+class TestInflate : public QObject
 {
     Q_OBJECT
 
@@ -115,7 +115,7 @@ private Q_SLOTS:
     void readsFlippedBitsAsQtDoesOrAsIfSound();
 };
 
-void tst_Inflate::inflatesChunks_data()
+void TestInflate::inflatesChunks_data()
 {
     QTest::addColumn<QByteArray>("chunk");
     QTest::addColumn<int>("level");
@@ -133,7 +133,7 @@ void tst_Inflate::inflatesChunks_data()
     }
 }
 
-void tst_Inflate::inflatesChunks()
+void TestInflate::inflatesChunks()
 {
     QFETCH(QByteArray, chunk);
     QFETCH(int, level);
@@ -142,7 +142,7 @@ void tst_Inflate::inflatesChunks()
     QCOMPARE(outcome.warnings, QStringList());
 }
 
-void tst_Inflate::readsTheSeedsAsQtDoes_data()
+void TestInflate::readsTheSeedsAsQtDoes_data()
 {
     QTest::addColumn<QByteArray>("payload");
     const QDir corpus(QStringLiteral(ZYTEST_INFLATE_CORPUS));
@@ -156,13 +156,13 @@ void tst_Inflate::readsTheSeedsAsQtDoes_data()
     }
 }
 
-void tst_Inflate::readsTheSeedsAsQtDoes()
+void TestInflate::readsTheSeedsAsQtDoes()
 {
     QFETCH(QByteArray, payload);
     QVERIFY(agrees(payload));
 }
 
-void tst_Inflate::readsAReservedSymbolThatQtRefuses()
+void TestInflate::readsAReservedSymbolThatQtRefuses()
 {
     // "A", then a match of the reserved length symbol 286, under a right checksum.
     const QByteArray payload = QByteArray::fromHex("00000103 789c 731c0300 67f841c4");
@@ -174,7 +174,7 @@ void tst_Inflate::readsAReservedSymbolThatQtRefuses()
 #endif
 }
 
-void tst_Inflate::takesTheAnnouncedSizeAsQtDoes_data()
+void TestInflate::takesTheAnnouncedSizeAsQtDoes_data()
 {
     QTest::addColumn<QByteArray>("payload");
     const auto announce = [](quint32 size, const QByteArray &payload) {
@@ -201,20 +201,20 @@ void tst_Inflate::takesTheAnnouncedSizeAsQtDoes_data()
     QTest::newRow("an empty payload") << QByteArray("");
 }
 
-void tst_Inflate::takesTheAnnouncedSizeAsQtDoes()
+void TestInflate::takesTheAnnouncedSizeAsQtDoes()
 {
     QFETCH(QByteArray, payload);
     QVERIFY(agrees(payload));
 }
 
-void tst_Inflate::readsTruncatedPayloadsAsQtDoes()
+void TestInflate::readsTruncatedPayloadsAsQtDoes()
 {
     QFETCH(QByteArray, payload);
     for (int size = 0; size <= payload.size(); ++size)
         QVERIFY2(agrees(payload.left(size)), qPrintable(QString::number(size)));
 }
 
-void tst_Inflate::readsFlippedBitsAsQtDoesOrAsIfSound()
+void TestInflate::readsFlippedBitsAsQtDoesOrAsIfSound()
 {
     QFETCH(QByteArray, payload);
     const QByteArray sound = qUncompress(payload);
@@ -228,5 +228,5 @@ void tst_Inflate::readsFlippedBitsAsQtDoesOrAsIfSound()
     }
 }
 
-ZY_TEST(tst_Inflate)
+ZY_TEST(TestInflate)
 #include "tst_inflate.moc"

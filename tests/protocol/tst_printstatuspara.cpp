@@ -16,7 +16,7 @@ static_assert(!std::is_polymorphic_v<PrintStatusPara>, "a plain value");
 using Field = QString PrintStatusPara::*;
 Q_DECLARE_METATYPE(Field)
 
-class tst_PrintStatusPara : public QObject
+class TestPrintStatusPara : public QObject
 {
     Q_OBJECT
 
@@ -54,12 +54,12 @@ void addFields()
 
 } // namespace
 
-void tst_PrintStatusPara::startsWithEmptyTexts_data()
+void TestPrintStatusPara::startsWithEmptyTexts_data()
 {
     addFields();
 }
 
-void tst_PrintStatusPara::startsWithEmptyTexts()
+void TestPrintStatusPara::startsWithEmptyTexts()
 {
     QFETCH(Field, field);
     const PrintStatusPara record;
@@ -67,17 +67,17 @@ void tst_PrintStatusPara::startsWithEmptyTexts()
     QVERIFY(!(record.*field).isNull());
 }
 
-void tst_PrintStatusPara::startsWithStatusZero()
+void TestPrintStatusPara::startsWithStatusZero()
 {
     QCOMPARE(PrintStatusPara().printStatus, 0);
 }
 
-void tst_PrintStatusPara::copiesEveryText_data()
+void TestPrintStatusPara::copiesEveryText_data()
 {
     addFields();
 }
 
-void tst_PrintStatusPara::copiesEveryText()
+void TestPrintStatusPara::copiesEveryText()
 {
     QFETCH(Field, field);
     PrintStatusPara record;
@@ -90,7 +90,7 @@ void tst_PrintStatusPara::copiesEveryText()
     QCOMPARE(assigned.*field, QStringLiteral("120"));
 }
 
-void tst_PrintStatusPara::copiesTheStatus()
+void TestPrintStatusPara::copiesTheStatus()
 {
     PrintStatusPara record;
     record.printStatus = 8;
@@ -100,12 +100,12 @@ void tst_PrintStatusPara::copiesTheStatus()
     QCOMPARE(assigned.printStatus, 8);
 }
 
-void tst_PrintStatusPara::keepsTheFirstWhenACopyIsChanged_data()
+void TestPrintStatusPara::keepsTheFirstWhenACopyIsChanged_data()
 {
     addFields();
 }
 
-void tst_PrintStatusPara::keepsTheFirstWhenACopyIsChanged()
+void TestPrintStatusPara::keepsTheFirstWhenACopyIsChanged()
 {
     QFETCH(Field, field);
     PrintStatusPara record;
@@ -116,7 +116,7 @@ void tst_PrintStatusPara::keepsTheFirstWhenACopyIsChanged()
     QCOMPARE(copy.*field, QStringLiteral("first, changed"));
 }
 
-void tst_PrintStatusPara::declaresItsFieldsInOrder()
+void TestPrintStatusPara::declaresItsFieldsInOrder()
 {
     const PrintStatusPara record;
     const QList<const void *> addresses{
@@ -130,5 +130,5 @@ void tst_PrintStatusPara::declaresItsFieldsInOrder()
     QCOMPARE(addresses.first(), static_cast<const void *>(&record));
 }
 
-ZY_TEST(tst_PrintStatusPara)
+ZY_TEST(TestPrintStatusPara)
 #include "tst_printstatuspara.moc"

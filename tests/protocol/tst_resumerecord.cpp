@@ -31,7 +31,7 @@ QByteArray exampleBytes()
 
 } // namespace
 
-class tst_ResumeRecord : public QObject
+class TestResumeRecord : public QObject
 {
     Q_OBJECT
 
@@ -51,7 +51,7 @@ private Q_SLOTS:
     void knowsAWholeRecord();
 };
 
-void tst_ResumeRecord::writesTheExampleToTheByte()
+void TestResumeRecord::writesTheExampleToTheByte()
 {
     const QByteArray bytes = packResumeRecord(
         {2000000, 1048576, QStringLiteral("a.zydlp"), QStringLiteral("78563412")});
@@ -59,7 +59,7 @@ void tst_ResumeRecord::writesTheExampleToTheByte()
     QCOMPARE(bytes.size(), 54);
 }
 
-void tst_ResumeRecord::readsTheExample()
+void TestResumeRecord::readsTheExample()
 {
     const ResumeRecord record = unpackResumeRecord(exampleBytes());
     QCOMPARE(record.size, 2000000);
@@ -68,7 +68,7 @@ void tst_ResumeRecord::readsTheExample()
     QCOMPARE(record.key, QStringLiteral("78563412"));
 }
 
-void tst_ResumeRecord::writesTexts_data()
+void TestResumeRecord::writesTexts_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QByteArray>("encoded");
@@ -79,7 +79,7 @@ void tst_ResumeRecord::writesTexts_data()
         << QStringLiteral("\U0001f5a8") << hex("00000004 d83d dda8");
 }
 
-void tst_ResumeRecord::writesTexts()
+void TestResumeRecord::writesTexts()
 {
     QFETCH(QString, text);
     QFETCH(QByteArray, encoded);
@@ -87,7 +87,7 @@ void tst_ResumeRecord::writesTexts()
     QCOMPARE(packResumeRecord({1, 0, text, text}).toHex(), expected.toHex());
 }
 
-void tst_ResumeRecord::readsBackWhatItWrote_data()
+void TestResumeRecord::readsBackWhatItWrote_data()
 {
     QTest::addColumn<qint64>("size");
     QTest::addColumn<qint64>("received");
@@ -98,7 +98,7 @@ void tst_ResumeRecord::readsBackWhatItWrote_data()
                               << std::numeric_limits<qint64>::min();
 }
 
-void tst_ResumeRecord::readsBackWhatItWrote()
+void TestResumeRecord::readsBackWhatItWrote()
 {
     QFETCH(qint64, size);
     QFETCH(qint64, received);
@@ -111,13 +111,13 @@ void tst_ResumeRecord::readsBackWhatItWrote()
     QCOMPARE(record.key, QStringLiteral("0"));
 }
 
-void tst_ResumeRecord::ignoresWhatFollowsTheRecord()
+void TestResumeRecord::ignoresWhatFollowsTheRecord()
 {
     const ResumeRecord record = unpackResumeRecord(exampleBytes() + QByteArray(1000, '\xff'));
     QCOMPARE(record.key, QStringLiteral("78563412"));
 }
 
-void tst_ResumeRecord::readsMissingFieldsAsZeroAndEmpty_data()
+void TestResumeRecord::readsMissingFieldsAsZeroAndEmpty_data()
 {
     QTest::addColumn<int>("bytes");
     QTest::addColumn<qint64>("size");
@@ -137,7 +137,7 @@ void tst_ResumeRecord::readsMissingFieldsAsZeroAndEmpty_data()
     QTest::newRow("key without its last byte") << 53 << size << received << name;
 }
 
-void tst_ResumeRecord::readsMissingFieldsAsZeroAndEmpty()
+void TestResumeRecord::readsMissingFieldsAsZeroAndEmpty()
 {
     QFETCH(int, bytes);
     const ResumeRecord record = unpackResumeRecord(exampleBytes().left(bytes));
@@ -147,7 +147,7 @@ void tst_ResumeRecord::readsMissingFieldsAsZeroAndEmpty()
     QCOMPARE(record.key, QString());
 }
 
-void tst_ResumeRecord::readsAnImpossibleTextLengthAsEmpty_data()
+void TestResumeRecord::readsAnImpossibleTextLengthAsEmpty_data()
 {
     QTest::addColumn<QByteArray>("length");
     QTest::newRow("odd") << hex("00000007");
@@ -157,7 +157,7 @@ void tst_ResumeRecord::readsAnImpossibleTextLengthAsEmpty_data()
     QTest::newRow("largest even") << hex("fffffffe");
 }
 
-void tst_ResumeRecord::readsAnImpossibleTextLengthAsEmpty()
+void TestResumeRecord::readsAnImpossibleTextLengthAsEmpty()
 {
     QFETCH(QByteArray, length);
     QByteArray bytes = exampleBytes();
@@ -167,7 +167,7 @@ void tst_ResumeRecord::readsAnImpossibleTextLengthAsEmpty()
     QCOMPARE(record.key, QString());
 }
 
-void tst_ResumeRecord::knowsAWholeRecord()
+void TestResumeRecord::knowsAWholeRecord()
 {
     const QString key = QStringLiteral("78563412");
     const auto packed = [&](qint64 size, qint64 received) {
@@ -184,5 +184,5 @@ void tst_ResumeRecord::knowsAWholeRecord()
     QVERIFY(!zyws::isWholeRecord({}, 0, {}));
 }
 
-ZY_TEST(tst_ResumeRecord)
+ZY_TEST(TestResumeRecord)
 #include "tst_resumerecord.moc"

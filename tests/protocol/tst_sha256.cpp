@@ -7,7 +7,7 @@
 
 #include <QtTest>
 
-class tst_Sha256 : public QObject
+class TestSha256 : public QObject
 {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ private Q_SLOTS:
     void digestsPiecesAsTheWhole();
 };
 
-void tst_Sha256::digestsTheStandardsExamples()
+void TestSha256::digestsTheStandardsExamples()
 {
     zyws::Sha256 hash;
     QCOMPARE(hash.hexResult(),
@@ -34,7 +34,7 @@ void tst_Sha256::digestsTheStandardsExamples()
                                "a33ce45964ff2167f6ecedd419db06c1"));
 }
 
-void tst_Sha256::digestsPiecesAsTheWhole()
+void TestSha256::digestsPiecesAsTheWhole()
 {
     zyws::Sha256 hash;
     for (int i = 0; i < 1000; ++i)
@@ -44,5 +44,5 @@ void tst_Sha256::digestsPiecesAsTheWhole()
                                "f1809a48a497200e046d39ccc7112cd0"));
 }
 
-ZY_TEST(tst_Sha256)
+ZY_TEST(TestSha256)
 #include "tst_sha256.moc"

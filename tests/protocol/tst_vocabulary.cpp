@@ -47,7 +47,7 @@ template <typename Range, typename Word> QStringList numbered(const Range &rows,
 
 } // namespace
 
-class tst_Vocabulary : public QObject
+class TestVocabulary : public QObject
 {
     Q_OBJECT
 
@@ -61,7 +61,7 @@ private Q_SLOTS:
     void isDescribedInTheDocument();
 };
 
-void tst_Vocabulary::spellsMessagesAsOnTheWire_data()
+void TestVocabulary::spellsMessagesAsOnTheWire_data()
 {
     // A second time, on purpose: a slip in the table would change both ends at once.
     QTest::addColumn<QString>("request");
@@ -101,7 +101,7 @@ void tst_Vocabulary::spellsMessagesAsOnTheWire_data()
     QCOMPARE(rows, int(std::size(zyws::messages)));
 }
 
-void tst_Vocabulary::spellsMessagesAsOnTheWire()
+void TestVocabulary::spellsMessagesAsOnTheWire()
 {
     QFETCH(QString, request);
     QFETCH(QString, reply);
@@ -118,7 +118,7 @@ void tst_Vocabulary::spellsMessagesAsOnTheWire()
     QCOMPARE(compact(message.reply), reply);
 }
 
-void tst_Vocabulary::spellsTheOtherWordsAsOnTheWire()
+void TestVocabulary::spellsTheOtherWordsAsOnTheWire()
 {
     const auto joined = [](const auto &words) {
         return QStringList(std::begin(words), std::end(words)).join(QLatin1Char(' '));
@@ -135,19 +135,19 @@ void tst_Vocabulary::spellsTheOtherWordsAsOnTheWire()
     QCOMPARE(zyws::keys::sha256, QLatin1String("sha256"));
 }
 
-void tst_Vocabulary::hasTheCommandsOfTheHandle()
+void TestVocabulary::hasTheCommandsOfTheHandle()
 {
     QCOMPARE(numbered(zyws::messages, [](const zyws::Message &row) { return row.word; }),
              enumerated("TRANSCMD"));
 }
 
-void tst_Vocabulary::hasThePrintStartAnswersOfTheHandle()
+void TestVocabulary::hasThePrintStartAnswersOfTheHandle()
 {
     QCOMPARE(numbered(zyws::printstart::all, [](QLatin1String word) { return word; }),
              enumerated("STAET_PRINT_STATUS"));
 }
 
-void tst_Vocabulary::hasTheErrorNumbersOfTheHandle()
+void TestVocabulary::hasTheErrorNumbersOfTheHandle()
 {
     QCOMPARE(int(zyws::NoError), int(ZyFileTransHandle::NO_ERROR));
     QCOMPARE(int(zyws::ServerBusy), int(ZyFileTransHandle::SERVER_BUSY));
@@ -156,7 +156,7 @@ void tst_Vocabulary::hasTheErrorNumbersOfTheHandle()
     QCOMPARE(int(zyws::TokenError), int(ZyFileTransHandle::TOKEN_ERROR));
 }
 
-void tst_Vocabulary::isDescribedInTheDocument()
+void TestVocabulary::isDescribedInTheDocument()
 {
     QFile file(QStringLiteral(ZYTEST_PROTOCOL_DOCUMENT));
     QVERIFY(file.open(QIODevice::ReadOnly));
@@ -174,5 +174,5 @@ void tst_Vocabulary::isDescribedInTheDocument()
     }
 }
 
-ZY_TEST(tst_Vocabulary)
+ZY_TEST(TestVocabulary)
 #include "tst_vocabulary.moc"

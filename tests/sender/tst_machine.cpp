@@ -83,6 +83,8 @@ void TestSendMachine::acts_data()
         "");
     row("accepted while cancelling", {start, connected, cancelRequested(), accepted()}, "");
     row("connected anew by a cancel", {start, connected, cancelRequested(), connected}, "");
+    row("a time limit before the start", {timeLimit}, "");
+    row("dropped while pausing", {start, connected, dropped(), dropped()}, "");
     row("a verdict while pausing", throughLastChunk + timeLimit + verdict(1), "");
 }
 

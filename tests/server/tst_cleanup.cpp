@@ -55,7 +55,7 @@ private:
 
 } // namespace
 
-class tst_CleanUp : public QObject
+class TestCleanUp : public QObject
 {
     Q_OBJECT
 
@@ -75,7 +75,7 @@ private Q_SLOTS:
     void logsAFileThatStaysLikeADeletedOne();
 };
 
-void tst_CleanUp::deletesModelsAndBackupsOnly()
+void TestCleanUp::deletesModelsAndBackupsOnly()
 {
     TestPrinter printer;
     fill(printer,
@@ -91,7 +91,7 @@ void tst_CleanUp::deletesModelsAndBackupsOnly()
     QVERIFY(QFile::exists(printer.path(QStringLiteral("old/e.zydlp"))));
 }
 
-void tst_CleanUp::logsTwoLinesPerFileInListingOrder()
+void TestCleanUp::logsTwoLinesPerFileInListingOrder()
 {
     TestPrinter printer;
     fill(printer,
@@ -109,7 +109,7 @@ void tst_CleanUp::logsTwoLinesPerFileInListingOrder()
     QCOMPARE(log.texts(), expected);
 }
 
-void tst_CleanUp::deletesThePreviousTransfersFile()
+void TestCleanUp::deletesThePreviousTransfersFile()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -122,7 +122,7 @@ void tst_CleanUp::deletesThePreviousTransfersFile()
     QCOMPARE(entriesOf(printer.dir()), QStringList{temporaryName});
 }
 
-void tst_CleanUp::deletesBeforeTheReplyOfANewTransfer()
+void TestCleanUp::deletesBeforeTheReplyOfANewTransfer()
 {
     TestPrinter printer;
     fill(printer, {QStringLiteral("a.zydlp")});
@@ -136,7 +136,7 @@ void tst_CleanUp::deletesBeforeTheReplyOfANewTransfer()
     QVERIFY(!QFile::exists(printer.path(QStringLiteral("a.zydlp"))));
 }
 
-void tst_CleanUp::cleansTheNamedDirectory()
+void TestCleanUp::cleansTheNamedDirectory()
 {
     const QTemporaryDir dir;
     writeFile(dir.filePath(QStringLiteral("a.zydlp")), "x");
@@ -146,7 +146,7 @@ void tst_CleanUp::cleansTheNamedDirectory()
     QCOMPARE(entriesOf(dir.path()), QStringList());
 }
 
-void tst_CleanUp::sparesADirectoryNamedLikeABackup()
+void TestCleanUp::sparesADirectoryNamedLikeABackup()
 {
     const QTemporaryDir dir;
     QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("old.bak")));
@@ -157,7 +157,7 @@ void tst_CleanUp::sparesADirectoryNamedLikeABackup()
     QCOMPARE(entriesOf(dir.path()), QStringList{QStringLiteral("old.bak")});
 }
 
-void tst_CleanUp::spares_data()
+void TestCleanUp::spares_data()
 {
     QTest::addColumn<QString>("name");
     for (const char *name : {"A.ZYDLP", "x.Bak", "x.ZyLine", ".zydlp", ".hidden.bak", "zydlp",
@@ -165,7 +165,7 @@ void tst_CleanUp::spares_data()
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 
-void tst_CleanUp::spares()
+void TestCleanUp::spares()
 {
     QFETCH(QString, name);
     TestPrinter printer;
@@ -177,7 +177,7 @@ void tst_CleanUp::spares()
     QVERIFY(!QFile::exists(printer.path(QStringLiteral("gone.zydlp"))));
 }
 
-void tst_CleanUp::sparesWhenATransferIsRefused()
+void TestCleanUp::sparesWhenATransferIsRefused()
 {
     TestPrinter printer;
     fill(printer, {QStringLiteral("a.zydlp")});
@@ -192,7 +192,7 @@ void tst_CleanUp::sparesWhenATransferIsRefused()
     QVERIFY(QFile::exists(printer.path(QStringLiteral("a.zydlp"))));
 }
 
-void tst_CleanUp::sparesEverythingWithARelativeDirectory()
+void TestCleanUp::sparesEverythingWithARelativeDirectory()
 {
     const QTemporaryDir root;
     QVERIFY(QDir(root.path()).mkdir(QStringLiteral("receive")));
@@ -208,7 +208,7 @@ void tst_CleanUp::sparesEverythingWithARelativeDirectory()
              QStringList({QStringLiteral("a.zydlp"), temporaryName}));
 }
 
-void tst_CleanUp::staysSilentAboutADirectoryThatIsNotThere()
+void TestCleanUp::staysSilentAboutADirectoryThatIsNotThere()
 {
     ZyFileTransHandle handle(nullptr, nullptr);
     const QTemporaryDir dir;
@@ -219,7 +219,7 @@ void tst_CleanUp::staysSilentAboutADirectoryThatIsNotThere()
     QVERIFY(QFile::exists(dir.filePath(QStringLiteral("file.bak"))));
 }
 
-void tst_CleanUp::logsAFileThatStaysLikeADeletedOne()
+void TestCleanUp::logsAFileThatStaysLikeADeletedOne()
 {
     const QTemporaryDir dir;
     const QString path = writeFile(dir.filePath(QStringLiteral("stays.bak")), "x");
@@ -232,5 +232,5 @@ void tst_CleanUp::logsAFileThatStaysLikeADeletedOne()
              QStringList({path, QStringLiteral("wifi remove file:  \"%1\"").arg(path)}));
 }
 
-ZY_TEST(tst_CleanUp)
+ZY_TEST(TestCleanUp)
 #include "tst_cleanup.moc"

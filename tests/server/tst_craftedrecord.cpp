@@ -66,7 +66,7 @@ bool resetPeakMemory()
 
 } // namespace
 
-class tst_CraftedRecord : public QObject
+class TestCraftedRecord : public QObject
 {
     Q_OBJECT
 
@@ -81,7 +81,7 @@ private Q_SLOTS:
     void countsOnFromAnyNumbers();
 };
 
-void tst_CraftedRecord::startsAnewWhenATextIsTooLong_data()
+void TestCraftedRecord::startsAnewWhenATextIsTooLong_data()
 {
     QTest::addColumn<quint32>("length");
     QTest::newRow("2^24") << (1U << 24);
@@ -90,7 +90,7 @@ void tst_CraftedRecord::startsAnewWhenATextIsTooLong_data()
     QTest::newRow("largest even") << 0xfffffffeU;
 }
 
-void tst_CraftedRecord::startsAnewWhenATextIsTooLong()
+void TestCraftedRecord::startsAnewWhenATextIsTooLong()
 {
     QFETCH(quint32, length);
     TestPrinter printer;
@@ -119,7 +119,7 @@ void tst_CraftedRecord::startsAnewWhenATextIsTooLong()
     QVERIFY2(grown < 16 * 1024, qPrintable(QStringLiteral("grown by %1 KiB").arg(grown)));
 }
 
-void tst_CraftedRecord::resumesALongNameWithinTheLimit()
+void TestCraftedRecord::resumesALongNameWithinTheLimit()
 {
     TestPrinter printer;
     const QString longName(1000, QLatin1Char('n'));
@@ -137,7 +137,7 @@ void tst_CraftedRecord::resumesALongNameWithinTheLimit()
                           {QStringLiteral("offset"), QStringLiteral("2")}}));
 }
 
-void tst_CraftedRecord::startsAnewWhenTheNameLeavesNoRoomForTheKey()
+void TestCraftedRecord::startsAnewWhenTheNameLeavesNoRoomForTheKey()
 {
     TestPrinter printer;
     const QString hugeName(1024 * 1024, QLatin1Char('n'));
@@ -170,12 +170,12 @@ static void addNumbers()
     row("received is more than size", 10, 11);
 }
 
-void tst_CraftedRecord::takesAnyNumbers_data()
+void TestCraftedRecord::takesAnyNumbers_data()
 {
     addNumbers();
 }
 
-void tst_CraftedRecord::takesAnyNumbers()
+void TestCraftedRecord::takesAnyNumbers()
 {
     QFETCH(qint64, size);
     QFETCH(qint64, received);
@@ -192,12 +192,12 @@ void tst_CraftedRecord::takesAnyNumbers()
                           {QStringLiteral("offset"), QString::number(received)}}));
 }
 
-void tst_CraftedRecord::countsOnFromAnyNumbers_data()
+void TestCraftedRecord::countsOnFromAnyNumbers_data()
 {
     addNumbers();
 }
 
-void tst_CraftedRecord::countsOnFromAnyNumbers()
+void TestCraftedRecord::countsOnFromAnyNumbers()
 {
     QFETCH(qint64, size);
     QFETCH(qint64, received);
@@ -221,5 +221,5 @@ void tst_CraftedRecord::countsOnFromAnyNumbers()
     QVERIFY(next.expectNothing());
 }
 
-ZY_TEST(tst_CraftedRecord)
+ZY_TEST(TestCraftedRecord)
 #include "tst_craftedrecord.moc"

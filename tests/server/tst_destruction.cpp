@@ -21,7 +21,7 @@ using namespace zytest;
 
 Q_DECLARE_METATYPE(zytest::HostSignal)
 
-class tst_Destruction : public QObject
+class TestDestruction : public QObject
 {
     Q_OBJECT
 
@@ -40,7 +40,7 @@ private Q_SLOTS:
     void endsEachConnectionOnce();
 };
 
-void tst_Destruction::savesTheRecordOfAReceptionUnderWay()
+void TestDestruction::savesTheRecordOfAReceptionUnderWay()
 {
     TestPrinter printer;
     RawPeer idle(printer.port());
@@ -60,7 +60,7 @@ void tst_Destruction::savesTheRecordOfAReceptionUnderWay()
     QTRY_COMPARE_WITH_TIMEOUT(idle.socket().state(), QAbstractSocket::UnconnectedState, patience);
 }
 
-void tst_Destruction::endsManyConnections()
+void TestDestruction::endsManyConnections()
 {
     TestPrinter printer;
     std::vector<std::unique_ptr<RawPeer>> peers;
@@ -108,12 +108,12 @@ static void addDeletions()
     }
 }
 
-void tst_Destruction::isDeletedInsideAHostsSlot_data()
+void TestDestruction::isDeletedInsideAHostsSlot_data()
 {
     addDeletions();
 }
 
-void tst_Destruction::isDeletedInsideAHostsSlot()
+void TestDestruction::isDeletedInsideAHostsSlot()
 {
     QFETCH(HostSignal, signal);
     QFETCH(Deletion, deletion);
@@ -136,12 +136,12 @@ void tst_Destruction::isDeletedInsideAHostsSlot()
     QCOMPARE(other.texts(), QStringList());
 }
 
-void tst_Destruction::isDeletedInsideASlotThatIsNested_data()
+void TestDestruction::isDeletedInsideASlotThatIsNested_data()
 {
     addDeletions();
 }
 
-void tst_Destruction::isDeletedInsideASlotThatIsNested()
+void TestDestruction::isDeletedInsideASlotThatIsNested()
 {
     QFETCH(HostSignal, signal);
     QFETCH(Deletion, deletion);
@@ -164,7 +164,7 @@ void tst_Destruction::isDeletedInsideASlotThatIsNested()
     QVERIFY(waitUntil([&] { return isOver && inner.isEnded() && outer.isEnded(); }));
 }
 
-void tst_Destruction::spinsWhileItIsDestroyed()
+void TestDestruction::spinsWhileItIsDestroyed()
 {
     TestPrinter printer;
     RawPeer first(printer.port());
@@ -185,7 +185,7 @@ void tst_Destruction::spinsWhileItIsDestroyed()
     QVERIFY(waitUntil([&] { return last.socket().state() == QAbstractSocket::UnconnectedState; }));
 }
 
-void tst_Destruction::losesPeersWhileItIsDestroyed()
+void TestDestruction::losesPeersWhileItIsDestroyed()
 {
     TestPrinter printer;
     RawTcpPeer receiving(printer.port());
@@ -206,7 +206,7 @@ void tst_Destruction::losesPeersWhileItIsDestroyed()
     QVERIFY(!printer.server());
 }
 
-void tst_Destruction::isDeletedWithMessagesWaiting()
+void TestDestruction::isDeletedWithMessagesWaiting()
 {
     TestPrinter printer;
     RawTcpPeer peer(printer.port());
@@ -222,7 +222,7 @@ void tst_Destruction::isDeletedWithMessagesWaiting()
     QCOMPARE(peer.texts(), QStringList());
 }
 
-void tst_Destruction::dropsMessagesThatWaitForAConnectionItHasEnded()
+void TestDestruction::dropsMessagesThatWaitForAConnectionItHasEnded()
 {
     TestPrinter printer;
     RawTcpPeer talking(printer.port());
@@ -241,7 +241,7 @@ void tst_Destruction::dropsMessagesThatWaitForAConnectionItHasEnded()
                  {QStringLiteral("sigDoPrintPause(0, )"), QStringLiteral("fileTranDisconnet()")}));
 }
 
-void tst_Destruction::endsEachConnectionOnce()
+void TestDestruction::endsEachConnectionOnce()
 {
     TestPrinter printer;
     RawTcpPeer receiving(printer.port());
@@ -264,5 +264,5 @@ void tst_Destruction::endsEachConnectionOnce()
     QCOMPARE(printer.host().count(QStringLiteral("fileTranDisconnet")), 1);
 }
 
-ZY_TEST(tst_Destruction)
+ZY_TEST(TestDestruction)
 #include "tst_destruction.moc"

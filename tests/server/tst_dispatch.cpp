@@ -44,7 +44,7 @@ QStringList shapeOf(const QJsonObject &message)
 
 } // namespace
 
-class tst_Dispatch : public QObject
+class TestDispatch : public QObject
 {
     Q_OBJECT
 
@@ -69,7 +69,7 @@ private Q_SLOTS:
     void namesPrinterStates();
 };
 
-void tst_Dispatch::startsIdle()
+void TestDispatch::startsIdle()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -82,7 +82,7 @@ void tst_Dispatch::startsIdle()
     QCOMPARE(valueOf(PrintState(), handle), 0);
 }
 
-void tst_Dispatch::reachesTheHandler_data()
+void TestDispatch::reachesTheHandler_data()
 {
     QTest::addColumn<QByteArray>("request");
     QTest::addColumn<QString>("firstCall");
@@ -109,7 +109,7 @@ void tst_Dispatch::reachesTheHandler_data()
         R"({"cmd":"PRINT_PARA_SET","status":""})");
 }
 
-void tst_Dispatch::reachesTheHandler()
+void TestDispatch::reachesTheHandler()
 {
     QFETCH(QByteArray, request);
     TestPrinter printer;
@@ -119,7 +119,7 @@ void tst_Dispatch::reachesTheHandler()
     QTEST(printer.host().calls().first(), "firstCall");
 }
 
-void tst_Dispatch::answersEachRequestWithTheKeysOfTheTable()
+void TestDispatch::answersEachRequestWithTheKeysOfTheTable()
 {
     QFETCH(QByteArray, request);
     QFETCH(QJsonObject, sampleReply);
@@ -134,7 +134,7 @@ void tst_Dispatch::answersEachRequestWithTheKeysOfTheTable()
     QCOMPARE(printer.host().calls(), QStringList{QStringLiteral("sifGetVersionCheck()")});
 }
 
-void tst_Dispatch::answersEachRequestWithoutAHost()
+void TestDispatch::answersEachRequestWithoutAHost()
 {
     QFETCH(QByteArray, request);
     QFETCH(QJsonObject, sampleReply);
@@ -147,7 +147,7 @@ void tst_Dispatch::answersEachRequestWithoutAHost()
     QVERIFY(peer.expectNothing());
 }
 
-void tst_Dispatch::readsAMessageWithWhiteSpace()
+void TestDispatch::readsAMessageWithWhiteSpace()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -155,7 +155,7 @@ void tst_Dispatch::readsAMessageWithWhiteSpace()
              json(R"({"version":"1"})"));
 }
 
-void tst_Dispatch::ignores_data()
+void TestDispatch::ignores_data()
 {
     QTest::addColumn<QString>("text");
     const auto row = [](const char *name, const char *text) {
@@ -184,7 +184,7 @@ void tst_Dispatch::ignores_data()
     row("an empty message", "");
 }
 
-void tst_Dispatch::ignores()
+void TestDispatch::ignores()
 {
     QFETCH(QString, text);
     TestPrinter printer;
@@ -195,7 +195,7 @@ void tst_Dispatch::ignores()
     QCOMPARE(printer.lastStatus(), 0);
 }
 
-void tst_Dispatch::logsTheCommandWord_data()
+void TestDispatch::logsTheCommandWord_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("line");
@@ -209,7 +209,7 @@ void tst_Dispatch::logsTheCommandWord_data()
     row("no JSON", "no JSON", R"(strCmd: "")");
 }
 
-void tst_Dispatch::logsTheCommandWord()
+void TestDispatch::logsTheCommandWord()
 {
     QFETCH(QString, text);
     TestPrinter printer;
@@ -223,7 +223,7 @@ void tst_Dispatch::logsTheCommandWord()
     QCOMPARE(log.lines().size(), 1);
 }
 
-void tst_Dispatch::standsAloneWithoutAServer()
+void TestDispatch::standsAloneWithoutAServer()
 {
     QObject notAServer;
     ZyFileTransHandle handle(&notAServer, nullptr);
@@ -244,7 +244,7 @@ void tst_Dispatch::standsAloneWithoutAServer()
     QCOMPARE(handle.status(), 0);
 }
 
-void tst_Dispatch::namesCommandResults_data()
+void TestDispatch::namesCommandResults_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("word");
@@ -256,14 +256,14 @@ void tst_Dispatch::namesCommandResults_data()
         QTest::addRow("%d", code) << code << QString();
 }
 
-void tst_Dispatch::namesCommandResults()
+void TestDispatch::namesCommandResults()
 {
     QFETCH(int, code);
     ZyFileTransHandle handle(nullptr, nullptr);
     QTEST(handle.getCmdExeStatusKey(code), "word");
 }
 
-void tst_Dispatch::namesPrinterStates_data()
+void TestDispatch::namesPrinterStates_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("word");
@@ -275,12 +275,12 @@ void tst_Dispatch::namesPrinterStates_data()
         QTest::addRow("%d", code) << code << QString();
 }
 
-void tst_Dispatch::namesPrinterStates()
+void TestDispatch::namesPrinterStates()
 {
     QFETCH(int, code);
     ZyFileTransHandle handle(nullptr, nullptr);
     QTEST(handle.getPrintStatusKey(code), "word");
 }
 
-ZY_TEST(tst_Dispatch)
+ZY_TEST(TestDispatch)
 #include "tst_dispatch.moc"

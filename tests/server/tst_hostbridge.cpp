@@ -55,7 +55,7 @@ void answerAll(RecordingHost &host, std::optional<int> answer)
 
 } // namespace
 
-class tst_HostBridge : public QObject
+class TestHostBridge : public QObject
 {
     Q_OBJECT
 
@@ -80,7 +80,7 @@ private Q_SLOTS:
     void reportsReceivingBeforeChecking();
 };
 
-void tst_HostBridge::turnsAnswersIntoCodes_data()
+void TestHostBridge::turnsAnswersIntoCodes_data()
 {
     QTest::addColumn<Question>("question");
     QTest::addColumn<std::optional<int>>("answer");
@@ -107,7 +107,7 @@ void tst_HostBridge::turnsAnswersIntoCodes_data()
     }
 }
 
-void tst_HostBridge::turnsAnswersIntoCodes()
+void TestHostBridge::turnsAnswersIntoCodes()
 {
     QFETCH(Question, question);
     QFETCH(std::optional<int>, answer);
@@ -117,7 +117,7 @@ void tst_HostBridge::turnsAnswersIntoCodes()
     QCOMPARE(printer.host().calls().size(), 1);
 }
 
-void tst_HostBridge::passesTokenAndNeedOn()
+void TestHostBridge::passesTokenAndNeedOn()
 {
     TestPrinter printer;
     ZySslEchoServer &server = *printer.server();
@@ -136,7 +136,7 @@ void tst_HostBridge::passesTokenAndNeedOn()
                           QStringLiteral("sigDoPrintStop(0, secret)")}));
 }
 
-void tst_HostBridge::fetchesTheStatusRecord()
+void TestHostBridge::fetchesTheStatusRecord()
 {
     TestPrinter printer;
     PrintStatusPara answer;
@@ -151,7 +151,7 @@ void tst_HostBridge::fetchesTheStatusRecord()
              QStringList{QStringLiteral("sigGetPrinterStatus(||||||||||||0, secret)")});
 }
 
-void tst_HostBridge::overwritesTheCallersStatusRecord()
+void TestHostBridge::overwritesTheCallersStatusRecord()
 {
     TestPrinter printer;
     PrintStatusPara record;
@@ -164,7 +164,7 @@ void tst_HostBridge::overwritesTheCallersStatusRecord()
     QCOMPARE(recordText(printer.host().lastRecord()), QStringLiteral("||||||||||||0"));
 }
 
-void tst_HostBridge::handsTheHostACopyOfTheParameters()
+void TestHostBridge::handsTheHostACopyOfTheParameters()
 {
     TestPrinter printer;
     PrintStatusPara written;
@@ -180,7 +180,7 @@ void tst_HostBridge::handsTheHostACopyOfTheParameters()
     QCOMPARE(recordText(record), QStringLiteral("||||||||120||0.05||3"));
 }
 
-void tst_HostBridge::fetchesTheVersion()
+void TestHostBridge::fetchesTheVersion()
 {
     TestPrinter printer;
     printer.host().answers.version = QStringLiteral("2.0 beta");
@@ -188,7 +188,7 @@ void tst_HostBridge::fetchesTheVersion()
     QCOMPARE(printer.host().calls(), QStringList{QStringLiteral("sifGetVersionCheck()")});
 }
 
-void tst_HostBridge::relaysFinishWithTheSameReference()
+void TestHostBridge::relaysFinishWithTheSameReference()
 {
     TestPrinter printer;
     printer.host().answers.finish = 42;
@@ -203,7 +203,7 @@ void tst_HostBridge::relaysFinishWithTheSameReference()
         QStringList({QStringLiteral("finish(a.zydlp, 7)"), QStringLiteral("finish(b.zydlp, 42)")}));
 }
 
-void tst_HostBridge::takesTheInitialValueWithoutAHost_data()
+void TestHostBridge::takesTheInitialValueWithoutAHost_data()
 {
     QTest::addColumn<Question>("question");
     QTest::addColumn<int>("code");
@@ -213,14 +213,14 @@ void tst_HostBridge::takesTheInitialValueWithoutAHost_data()
     QTest::newRow("stop") << Question(askStop) << 8;
 }
 
-void tst_HostBridge::takesTheInitialValueWithoutAHost()
+void TestHostBridge::takesTheInitialValueWithoutAHost()
 {
     QFETCH(Question, question);
     ZySslEchoServer server(0, {}, {}, {}, nullptr);
     QTEST(question(server), "code");
 }
 
-void tst_HostBridge::takesTheInitialValuesOfRecordsWithoutAHost()
+void TestHostBridge::takesTheInitialValuesOfRecordsWithoutAHost()
 {
     ZySslEchoServer server(0, {}, {}, {}, nullptr);
     QCOMPARE(server.getVersionCheck(), QString());
@@ -234,7 +234,7 @@ void tst_HostBridge::takesTheInitialValuesOfRecordsWithoutAHost()
     QCOMPARE(checkState, 5);
 }
 
-void tst_HostBridge::takesTheInitialValueWhenTheConnectionIsQueued()
+void TestHostBridge::takesTheInitialValueWhenTheConnectionIsQueued()
 {
     ZySslEchoServer server(0, {}, {}, {}, nullptr);
     connect(
@@ -247,7 +247,7 @@ void tst_HostBridge::takesTheInitialValueWhenTheConnectionIsQueued()
     QCOMPARE(askFile(server), 5);
 }
 
-void tst_HostBridge::answersReceivingWithoutAsking()
+void TestHostBridge::answersReceivingWithoutAsking()
 {
     TestPrinter printer;
     RawPeer idle(printer.port());
@@ -263,7 +263,7 @@ void tst_HostBridge::answersReceivingWithoutAsking()
     QCOMPARE(askStop(*printer.server()), 7);
 }
 
-void tst_HostBridge::answersCheckingWithoutAsking()
+void TestHostBridge::answersCheckingWithoutAsking()
 {
     TestPrinter printer;
     RawPeer idle(printer.port());
@@ -283,7 +283,7 @@ void tst_HostBridge::answersCheckingWithoutAsking()
     QCOMPARE(askPrint(*printer.server()), 0);
 }
 
-void tst_HostBridge::letsListOrderDecide_data()
+void TestHostBridge::letsListOrderDecide_data()
 {
     QTest::addColumn<bool>("isCheckingFirst");
     QTest::addColumn<int>("code");
@@ -291,7 +291,7 @@ void tst_HostBridge::letsListOrderDecide_data()
     QTest::newRow("receiving, then checking") << false << 3;
 }
 
-void tst_HostBridge::letsListOrderDecide()
+void TestHostBridge::letsListOrderDecide()
 {
     QFETCH(bool, isCheckingFirst);
     QFETCH(int, code);
@@ -315,7 +315,7 @@ void tst_HostBridge::letsListOrderDecide()
     QCOMPARE(codes, QVector<int>({code, code}));
 }
 
-void tst_HostBridge::reportsReceivingBeforeChecking()
+void TestHostBridge::reportsReceivingBeforeChecking()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -332,5 +332,5 @@ void tst_HostBridge::reportsReceivingBeforeChecking()
     QCOMPARE(codes, QVector<int>({2, 3}));
 }
 
-ZY_TEST(tst_HostBridge)
+ZY_TEST(TestHostBridge)
 #include "tst_hostbridge.moc"

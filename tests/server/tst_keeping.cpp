@@ -40,7 +40,7 @@ void sendPart(RawPeer &peer, const QByteArray &contents, int chunks)
 
 } // namespace
 
-class tst_Keeping : public QObject
+class TestKeeping : public QObject
 {
     Q_OBJECT
 
@@ -54,7 +54,7 @@ private Q_SLOTS:
     void refusesWhatWouldNotLeaveEnoughFree();
 };
 
-void tst_Keeping::reservesTheSpaceAtOnce()
+void TestKeeping::reservesTheSpaceAtOnce()
 {
     TestPrinter printer(ZyServerOptions::hardened());
     RawPeer peer(printer.port());
@@ -67,7 +67,7 @@ void tst_Keeping::reservesTheSpaceAtOnce()
     QCOMPARE(qint64(status.st_size), qint64(5 * chunkBytes + 8 + 8 + 4 + 14 + 4 + 16));
 }
 
-void tst_Keeping::keepsARecordThatADeployedPrinterResumesFrom_data()
+void TestKeeping::keepsARecordThatADeployedPrinterResumesFrom_data()
 {
     QTest::addColumn<int>("sent");
     QTest::addColumn<int>("recorded");
@@ -78,7 +78,7 @@ void tst_Keeping::keepsARecordThatADeployedPrinterResumesFrom_data()
     QTest::newRow("twice the interval") << 4 << 4;
 }
 
-void tst_Keeping::keepsARecordThatADeployedPrinterResumesFrom()
+void TestKeeping::keepsARecordThatADeployedPrinterResumesFrom()
 {
     QFETCH(const int, sent);
     QFETCH(const int, recorded);
@@ -103,7 +103,7 @@ void tst_Keeping::keepsARecordThatADeployedPrinterResumesFrom()
     QVERIFY(readFile(deployed.path(modelName)) == contents);
 }
 
-void tst_Keeping::resumesWhatADeployedPrinterLeft()
+void TestKeeping::resumesWhatADeployedPrinterLeft()
 {
     const QByteArray contents = randomBytes(2 * chunkBytes);
     TestPrinter deployed;
@@ -122,7 +122,7 @@ void tst_Keeping::resumesWhatADeployedPrinterLeft()
     QVERIFY(readFile(printer.path(modelName)) == contents);
 }
 
-void tst_Keeping::resumesAFileThatWasOnlyMissingItsName()
+void TestKeeping::resumesAFileThatWasOnlyMissingItsName()
 {
     QByteArray contents = randomBytes(2 * chunkBytes + 100);
     contents.replace(contents.size() - 4, 4, QByteArrayLiteral("\x12\x34\x56\x78"));
@@ -145,7 +145,7 @@ void tst_Keeping::resumesAFileThatWasOnlyMissingItsName()
     }
 }
 
-void tst_Keeping::replacesAFileOfTheSameName()
+void TestKeeping::replacesAFileOfTheSameName()
 {
     TestPrinter printer(ZyServerOptions::hardened());
     writeFile(printer.path(QStringLiteral("b.bin")), "longer than the new one");
@@ -157,7 +157,7 @@ void tst_Keeping::replacesAFileOfTheSameName()
     QCOMPARE(entriesOf(printer.dir()), QStringList{QStringLiteral("b.bin")});
 }
 
-void tst_Keeping::refusesWhatWouldNotLeaveEnoughFree()
+void TestKeeping::refusesWhatWouldNotLeaveEnoughFree()
 {
     ZyServerOptions options = ZyServerOptions::hardened();
     options.setKeepFree(Q_INT64_C(1) << 60);
@@ -169,5 +169,5 @@ void tst_Keeping::refusesWhatWouldNotLeaveEnoughFree()
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
-ZY_TEST(tst_Keeping)
+ZY_TEST(TestKeeping)
 #include "tst_keeping.moc"

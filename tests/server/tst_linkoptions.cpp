@@ -53,7 +53,7 @@ bool isOn(int descriptor, int level, int option)
 
 } // namespace
 
-class tst_LinkOptions : public QObject
+class TestLinkOptions : public QObject
 {
     Q_OBJECT
 
@@ -61,7 +61,7 @@ private Q_SLOTS:
     void areSetOnEveryAcceptedConnection();
 };
 
-void tst_LinkOptions::areSetOnEveryAcceptedConnection()
+void TestLinkOptions::areSetOnEveryAcceptedConnection()
 {
     TestPrinter printer;
     RawPeer first(printer.port());
@@ -75,5 +75,5 @@ void tst_LinkOptions::areSetOnEveryAcceptedConnection()
     }
 }
 
-ZY_TEST(tst_LinkOptions)
+ZY_TEST(TestLinkOptions)
 #include "tst_linkoptions.moc"

@@ -24,7 +24,7 @@ class WifiFileState
 {
 };
 
-class tst_Listening : public QObject
+class TestListening : public QObject
 {
     Q_OBJECT
 
@@ -51,7 +51,7 @@ private Q_SLOTS:
     void saysNothingWhenAnIdleConnectionEnds();
 };
 
-void tst_Listening::listensOnAPortOfTheSystemsChoice()
+void TestListening::listensOnAPortOfTheSystemsChoice()
 {
     ZySslEchoServer server(0, {}, {}, {}, nullptr);
     QVERIFY(server.isListening());
@@ -59,7 +59,7 @@ void tst_Listening::listensOnAPortOfTheSystemsChoice()
     QVERIFY(RawPeer(server.serverPort()).isConnected());
 }
 
-void tst_Listening::listensOnTheGivenPort()
+void TestListening::listensOnTheGivenPort()
 {
     // Another program may take the port between the two, so it is tried again.
     for (int attempt = 0; attempt < 20; ++attempt) {
@@ -81,7 +81,7 @@ void tst_Listening::listensOnTheGivenPort()
     QFAIL("No free port in twenty attempts");
 }
 
-void tst_Listening::listensOnEveryAddress()
+void TestListening::listensOnEveryAddress()
 {
     TestPrinter printer;
     for (const char *address : {"127.0.0.1", "127.1.2.3"}) {
@@ -92,7 +92,7 @@ void tst_Listening::listensOnEveryAddress()
     }
 }
 
-void tst_Listening::speaksPlainWebSocket_data()
+void TestListening::speaksPlainWebSocket_data()
 {
     QTest::addColumn<QByteArray>("contents");
     QTest::newRow("no files") << QByteArray();
@@ -101,7 +101,7 @@ void tst_Listening::speaksPlainWebSocket_data()
         << QByteArrayLiteral("-----BEGIN CERTIFICATE-----\n-----END CERTIFICATE-----\n");
 }
 
-void tst_Listening::speaksPlainWebSocket()
+void TestListening::speaksPlainWebSocket()
 {
     QFETCH(QByteArray, contents);
     const QTemporaryDir dir;
@@ -115,7 +115,7 @@ void tst_Listening::speaksPlainWebSocket()
     QCOMPARE(peer.ask(R"({"cmd":"VERSION_CHECK"})"), json(R"({"version":""})"));
 }
 
-void tst_Listening::acceptsAnyNumberOfConnections()
+void TestListening::acceptsAnyNumberOfConnections()
 {
     TestPrinter printer;
     std::vector<std::unique_ptr<RawPeer>> peers;
@@ -126,7 +126,7 @@ void tst_Listening::acceptsAnyNumberOfConnections()
         QCOMPARE(peer->ask(R"({"cmd":"VERSION_CHECK"})"), json(R"({"version":"1"})"));
 }
 
-void tst_Listening::acceptsWhileAnotherConnectionReceives()
+void TestListening::acceptsWhileAnotherConnectionReceives()
 {
     TestPrinter printer;
     RawPeer receiving(printer.port());
@@ -136,7 +136,7 @@ void tst_Listening::acceptsWhileAnotherConnectionReceives()
     QCOMPARE(other.ask(R"({"cmd":"VERSION_CHECK"})"), json(R"({"version":"1"})"));
 }
 
-void tst_Listening::makesOneChildHandlePerConnection()
+void TestListening::makesOneChildHandlePerConnection()
 {
     TestPrinter printer;
     QCOMPARE(printer.handles().size(), 0);
@@ -148,7 +148,7 @@ void tst_Listening::makesOneChildHandlePerConnection()
         QCOMPARE(handle->parent(), printer.server());
 }
 
-void tst_Listening::forgetsAConnectionThatEnded()
+void TestListening::forgetsAConnectionThatEnded()
 {
     TestPrinter printer;
     RawPeer staying(printer.port());
@@ -161,7 +161,7 @@ void tst_Listening::forgetsAConnectionThatEnded()
     QVERIFY(staying.expectNothing());
 }
 
-void tst_Listening::stopsListeningWhenDestroyed()
+void TestListening::stopsListeningWhenDestroyed()
 {
     TestPrinter printer;
     printer.destroyServer();
@@ -171,7 +171,7 @@ void tst_Listening::stopsListeningWhenDestroyed()
     QCOMPARE(socket.error(), QAbstractSocket::ConnectionRefusedError);
 }
 
-void tst_Listening::endsItsConnectionsWhenDestroyed()
+void TestListening::endsItsConnectionsWhenDestroyed()
 {
     TestPrinter printer;
     RawPeer first(printer.port());
@@ -183,7 +183,7 @@ void tst_Listening::endsItsConnectionsWhenDestroyed()
     QCOMPARE(printer.host().calls(), QStringList());
 }
 
-void tst_Listening::isDestroyedWithItsParent()
+void TestListening::isDestroyedWithItsParent()
 {
     auto parent = std::make_unique<QObject>();
     const QPointer<ZySslEchoServer> server(
@@ -194,7 +194,7 @@ void tst_Listening::isDestroyedWithItsParent()
     QTRY_COMPARE_WITH_TIMEOUT(peer.socket().state(), QAbstractSocket::UnconnectedState, patience);
 }
 
-void tst_Listening::livesOnWhenThePortIsTaken()
+void TestListening::livesOnWhenThePortIsTaken()
 {
     QTcpServer owner;
     QVERIFY(owner.listen());
@@ -212,7 +212,7 @@ void tst_Listening::livesOnWhenThePortIsTaken()
     QCOMPARE(server.getVersionCheck(), QString());
 }
 
-void tst_Listening::ignoresOnNewConnectionWithNothingPending()
+void TestListening::ignoresOnNewConnectionWithNothingPending()
 {
     TestPrinter printer;
     printer.server()->onNewConnection();
@@ -225,7 +225,7 @@ void tst_Listening::ignoresOnNewConnectionWithNothingPending()
     QVERIFY(peer.expectNothing());
 }
 
-void tst_Listening::ignoresATcpConnectionThatNeverShakesHands()
+void TestListening::ignoresATcpConnectionThatNeverShakesHands()
 {
     TestPrinter printer;
     QTcpSocket silent;
@@ -241,12 +241,12 @@ void tst_Listening::ignoresATcpConnectionThatNeverShakesHands()
     QCOMPARE(printer.handles().size(), 1);
 }
 
-void tst_Listening::saysOnceThatAReceivingConnectionEnded_data()
+void TestListening::saysOnceThatAReceivingConnectionEnded_data()
 {
     addEndings();
 }
 
-void tst_Listening::saysOnceThatAReceivingConnectionEnded()
+void TestListening::saysOnceThatAReceivingConnectionEnded()
 {
     QFETCH(Ending, ending);
     TestPrinter printer;
@@ -261,12 +261,12 @@ void tst_Listening::saysOnceThatAReceivingConnectionEnded()
                      QStringLiteral("fileTranDisconnet()")}));
 }
 
-void tst_Listening::saysNothingWhenAnIdleConnectionEnds_data()
+void TestListening::saysNothingWhenAnIdleConnectionEnds_data()
 {
     addEndings();
 }
 
-void tst_Listening::saysNothingWhenAnIdleConnectionEnds()
+void TestListening::saysNothingWhenAnIdleConnectionEnds()
 {
     QFETCH(Ending, ending);
     TestPrinter printer;
@@ -278,5 +278,5 @@ void tst_Listening::saysNothingWhenAnIdleConnectionEnds()
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
-ZY_TEST(tst_Listening)
+ZY_TEST(TestListening)
 #include "tst_listening.moc"

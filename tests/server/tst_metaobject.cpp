@@ -32,7 +32,7 @@ QStringList words(const char *spaced)
 
 } // namespace
 
-class tst_MetaObject : public QObject
+class TestMetaObject : public QObject
 {
     Q_OBJECT
 
@@ -48,7 +48,7 @@ private Q_SLOTS:
     void connectsByName();
 };
 
-void tst_MetaObject::serverHasTwelveSignalsInOrder()
+void TestMetaObject::serverHasTwelveSignalsInOrder()
 {
     QCOMPARE(signaturesOf(ZySslEchoServer::staticMetaObject, QMetaMethod::Signal),
              words("finish(QString,int&) checkFile(QString,int&) "
@@ -59,7 +59,7 @@ void tst_MetaObject::serverHasTwelveSignalsInOrder()
                    "sigSetPrintPara(PrintStatusPara&,QString)"));
 }
 
-void tst_MetaObject::serverHasItsSlotsInOrder()
+void TestMetaObject::serverHasItsSlotsInOrder()
 {
     QCOMPARE(signaturesOf(ZySslEchoServer::staticMetaObject, QMetaMethod::Slot),
              words("onNewConnection() processTextMessage(QString) "
@@ -73,7 +73,7 @@ void tst_MetaObject::serverHasItsSlotsInOrder()
     QCOMPARE(meta.indexOfSlot("onFinish(QString,int&)"), meta.methodCount() - 1);
 }
 
-void tst_MetaObject::serverNamesTheSignalArguments()
+void TestMetaObject::serverNamesTheSignalArguments()
 {
     const QMetaObject &meta = ZySslEchoServer::staticMetaObject;
     const auto names = [&meta](const char *signature) {
@@ -90,21 +90,21 @@ void tst_MetaObject::serverNamesTheSignalArguments()
              QList<QByteArray>({"printStatusPara", "token"}));
 }
 
-void tst_MetaObject::everySlotIsPublic()
+void TestMetaObject::everySlotIsPublic()
 {
     const QMetaObject &meta = ZySslEchoServer::staticMetaObject;
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
         QCOMPARE(meta.method(i).access(), QMetaMethod::Public);
 }
 
-void tst_MetaObject::handleHasFourSignalsInOrder()
+void TestMetaObject::handleHasFourSignalsInOrder()
 {
     QCOMPARE(signaturesOf(ZyFileTransHandle::staticMetaObject, QMetaMethod::Signal),
              words("finish(QString,int&) checkFile(QString,int&) cancle() fileTranStart()"));
     QCOMPARE(signaturesOf(ZyFileTransHandle::staticMetaObject, QMetaMethod::Slot), QStringList());
 }
 
-void tst_MetaObject::handleHasThreeEnumerationsInOrder()
+void TestMetaObject::handleHasThreeEnumerationsInOrder()
 {
     const QMetaObject &meta = ZyFileTransHandle::staticMetaObject;
     QStringList names;
@@ -114,7 +114,7 @@ void tst_MetaObject::handleHasThreeEnumerationsInOrder()
 }
 
 /// The words of the other two are compared with the vocabulary.
-void tst_MetaObject::enumeratesTheTransferErrors()
+void TestMetaObject::enumeratesTheTransferErrors()
 {
     const auto errors = QMetaEnum::fromType<ZyFileTransHandle::TRANS_ERROR>();
     const QStringList keys = words("NO_ERROR SERVER_BUSY FILE_BUSY UNKNOW_ERROR TOKEN_ERROR");
@@ -123,14 +123,14 @@ void tst_MetaObject::enumeratesTheTransferErrors()
         QCOMPARE(QString::fromLatin1(errors.valueToKey(value)), keys.at(value));
 }
 
-void tst_MetaObject::baseHandleHasNoMetaObjectOfItsOwn()
+void TestMetaObject::baseHandleHasNoMetaObjectOfItsOwn()
 {
     QCOMPARE(ZyFileTransHandle::staticMetaObject.superClass(), &QObject::staticMetaObject);
     QCOMPARE(&ZyWebHandle::staticMetaObject, &QObject::staticMetaObject);
     QCOMPARE(ZySslEchoServer::staticMetaObject.superClass(), &QObject::staticMetaObject);
 }
 
-void tst_MetaObject::connectsByName()
+void TestMetaObject::connectsByName()
 {
     ZySslEchoServer server(0, {}, {}, {}, nullptr);
     // A host that connects with the macros is connected directly, references included.
@@ -147,5 +147,5 @@ void tst_MetaObject::connectsByName()
     QCOMPARE(checkState, 7);
 }
 
-ZY_TEST(tst_MetaObject)
+ZY_TEST(TestMetaObject)
 #include "tst_metaobject.moc"

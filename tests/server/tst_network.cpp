@@ -26,7 +26,7 @@ struct Note {
 
 } // namespace
 
-class tst_Network : public QObject
+class TestNetwork : public QObject
 {
     Q_OBJECT
 
@@ -37,14 +37,14 @@ private Q_SLOTS:
     void namesTheFileAndThePeerOfATransfer();
 };
 
-void tst_Network::listensOnTheGivenAddressAlone_data()
+void TestNetwork::listensOnTheGivenAddressAlone_data()
 {
     QTest::addColumn<bool>("isHardened"); // which brings a listener of its own
     QTest::newRow("unprotected") << false;
     QTest::newRow("hardened") << true;
 }
 
-void tst_Network::listensOnTheGivenAddressAlone()
+void TestNetwork::listensOnTheGivenAddressAlone()
 {
     QFETCH(bool, isHardened);
     ZyServerOptions options = isHardened ? ZyServerOptions::hardened() : ZyServerOptions();
@@ -60,7 +60,7 @@ void tst_Network::listensOnTheGivenAddressAlone()
     QCOMPARE(elsewhere.error(), QAbstractSocket::ConnectionRefusedError);
 }
 
-void tst_Network::doesNotListenOnAForeignAddress()
+void TestNetwork::doesNotListenOnAForeignAddress()
 {
     ZyServerOptions options;
     options.setListenAddress(QHostAddress(QStringLiteral("192.0.2.1"))); // of documentation
@@ -68,7 +68,7 @@ void tst_Network::doesNotListenOnAForeignAddress()
     QVERIFY(!server.isListening());
 }
 
-void tst_Network::namesTheFileAndThePeerOfATransfer()
+void TestNetwork::namesTheFileAndThePeerOfATransfer()
 {
     QVector<Note> notes;
     ZyServerOptions options;
@@ -100,6 +100,6 @@ void tst_Network::namesTheFileAndThePeerOfATransfer()
     }
 }
 
-ZY_TEST(tst_Network)
+ZY_TEST(TestNetwork)
 
 #include "tst_network.moc"

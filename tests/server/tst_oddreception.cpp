@@ -21,7 +21,7 @@ const QString modelName = QStringLiteral("a.zydlp");
 
 } // namespace
 
-class tst_OddReception : public QObject
+class TestOddReception : public QObject
 {
     Q_OBJECT
 
@@ -37,7 +37,7 @@ private Q_SLOTS:
     void countsDownByOneWhenAWriteFails();
 };
 
-void tst_OddReception::cutsDataBeyondTheAnnouncedSize()
+void TestOddReception::cutsDataBeyondTheAnnouncedSize()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -51,7 +51,7 @@ void tst_OddReception::cutsDataBeyondTheAnnouncedSize()
     QCOMPARE(readFile(printer.path(modelName)), QByteArrayLiteral("abcd"));
 }
 
-void tst_OddReception::keepsReceivingAnEmptyFile()
+void TestOddReception::keepsReceivingAnEmptyFile()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -67,7 +67,7 @@ void tst_OddReception::keepsReceivingAnEmptyFile()
     QCOMPARE(other.take(), accepted(QStringLiteral("b.zydlp"), QStringLiteral("5")));
 }
 
-void tst_OddReception::ignoresDataOnceTheFileIsComplete()
+void TestOddReception::ignoresDataOnceTheFileIsComplete()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -82,7 +82,7 @@ void tst_OddReception::ignoresDataOnceTheFileIsComplete()
     QCOMPARE(readFile(printer.path(modelName)), QByteArrayLiteral("ab"));
 }
 
-void tst_OddReception::reportsTheTemporaryNameWhenTheRenamingFails_data()
+void TestOddReception::reportsTheTemporaryNameWhenTheRenamingFails_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("no name") << QStringLiteral("");
@@ -90,7 +90,7 @@ void tst_OddReception::reportsTheTemporaryNameWhenTheRenamingFails_data()
     QTest::newRow("the name of a directory") << QStringLiteral("directory");
 }
 
-void tst_OddReception::reportsTheTemporaryNameWhenTheRenamingFails()
+void TestOddReception::reportsTheTemporaryNameWhenTheRenamingFails()
 {
     QFETCH(QString, name);
     TestPrinter printer;
@@ -106,7 +106,7 @@ void tst_OddReception::reportsTheTemporaryNameWhenTheRenamingFails()
     QCOMPARE(printer.lastStatus(), 0);
 }
 
-void tst_OddReception::countsNothingForDataThatDoesNotInflate_data()
+void TestOddReception::countsNothingForDataThatDoesNotInflate_data()
 {
     QTest::addColumn<QByteArray>("payload");
     const QByteArray good = qCompress(QByteArray(1000, 'x'));
@@ -117,7 +117,7 @@ void tst_OddReception::countsNothingForDataThatDoesNotInflate_data()
     QTest::newRow("nothing, deflated") << qCompress(QByteArray());
 }
 
-void tst_OddReception::countsNothingForDataThatDoesNotInflate()
+void TestOddReception::countsNothingForDataThatDoesNotInflate()
 {
     QFETCH(QByteArray, payload);
     TestPrinter printer;
@@ -134,7 +134,7 @@ void tst_OddReception::countsNothingForDataThatDoesNotInflate()
     QCOMPARE(readFile(printer.path(modelName)), QByteArrayLiteral("abcd"));
 }
 
-void tst_OddReception::reportsATemporaryFileThatCannotBeReopened()
+void TestOddReception::reportsATemporaryFileThatCannotBeReopened()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -152,7 +152,7 @@ void tst_OddReception::reportsATemporaryFileThatCannotBeReopened()
     QCOMPARE(peer.take(), checkData(1));
 }
 
-void tst_OddReception::countsDownByOneWhenAWriteFails()
+void TestOddReception::countsDownByOneWhenAWriteFails()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -166,5 +166,5 @@ void tst_OddReception::countsDownByOneWhenAWriteFails()
     QVERIFY(peer.expectNothing());
 }
 
-ZY_TEST(tst_OddReception)
+ZY_TEST(TestOddReception)
 #include "tst_oddreception.moc"

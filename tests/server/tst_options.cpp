@@ -14,7 +14,7 @@
 
 using namespace zytest;
 
-class tst_Options : public QObject
+class TestOptions : public QObject
 {
     Q_OBJECT
 
@@ -22,13 +22,14 @@ private Q_SLOTS:
     void asksForNothingByDefault();
     void asksForEverythingWhenHardened();
     void isAValue();
+    void keepsEachValueByItself();
     void takesNegativeNumbersForNone();
     void isReadBackFromTheServer();
     void changesNothingWhenItAsksForNothing();
     void saysWhyACertificateCannotBeUsed();
 };
 
-void tst_Options::asksForNothingByDefault()
+void TestOptions::asksForNothingByDefault()
 {
     const ZyServerOptions options;
     QCOMPARE(options.maxConnections(), 0);
@@ -56,7 +57,7 @@ void tst_Options::asksForNothingByDefault()
     QVERIFY(!options.failureHandler());
 }
 
-void tst_Options::asksForEverythingWhenHardened()
+void TestOptions::asksForEverythingWhenHardened()
 {
     const ZyServerOptions options = ZyServerOptions::hardened();
     QCOMPARE(options.maxConnections(), 64);
@@ -83,7 +84,7 @@ void tst_Options::asksForEverythingWhenHardened()
     QVERIFY(options.tls().isNull());
 }
 
-void tst_Options::isAValue()
+void TestOptions::isAValue()
 {
     ZyServerOptions options;
     ZyServerOptions copy(options);
@@ -94,7 +95,42 @@ void tst_Options::isAValue()
     QCOMPARE(options.token(), QStringLiteral("secret"));
 }
 
-void tst_Options::takesNegativeNumbersForNone()
+void TestOptions::keepsEachValueByItself()
+{
+    ZyServerOptions options;
+    options.setHandshakeTimeout(1);
+    options.setMaxDataMessage(2);
+    options.setMaxTextMessage(3);
+    options.setMaxChunk(4);
+    options.setMaxBacklog(5);
+    QCOMPARE(options.handshakeTimeout(), 1);
+    QCOMPARE(options.maxDataMessage(), 2);
+    QCOMPARE(options.maxTextMessage(), 3);
+    QCOMPARE(options.maxChunk(), 4);
+    QCOMPARE(options.maxBacklog(), 5);
+    options.setAllowedOrigins({QStringLiteral("http://panel")});
+    QCOMPARE(options.allowedOrigins(), QStringList{QStringLiteral("http://panel")});
+
+    using Options = ZyServerOptions;
+    struct Switch {
+        void (Options::*set)(bool);
+        bool (Options::*isSet)() const;
+    };
+    const Switch switches[]{{&Options::setChecksOrigin, &Options::checksOrigin},
+                            {&Options::setNeedsPlainNames, &Options::needsPlainNames},
+                            {&Options::setKeepsTransfersApart, &Options::keepsTransfersApart},
+                            {&Options::setReservesSpace, &Options::reservesSpace},
+                            {&Options::setSyncsToDisk, &Options::syncsToDisk},
+                            {&Options::setChecksDigest, &Options::checksDigest}};
+    for (const Switch &one : switches) {
+        Options alone;
+        (alone.*one.set)(true);
+        for (const Switch &other : switches)
+            QCOMPARE((alone.*other.isSet)(), other.isSet == one.isSet);
+    }
+}
+
+void TestOptions::takesNegativeNumbersForNone()
 {
     ZyServerOptions options;
     options.setMaxConnections(-1);
@@ -105,7 +141,7 @@ void tst_Options::takesNegativeNumbersForNone()
     QCOMPARE(options.silence(), 0);
 }
 
-void tst_Options::isReadBackFromTheServer()
+void TestOptions::isReadBackFromTheServer()
 {
     ZyServerOptions options = ZyServerOptions::hardened();
     options.setMaxConnections(7);
@@ -119,7 +155,7 @@ void tst_Options::isReadBackFromTheServer()
     QCOMPARE(deployed.server()->options().maxConnections(), 0);
 }
 
-void tst_Options::changesNothingWhenItAsksForNothing()
+void TestOptions::changesNothingWhenItAsksForNothing()
 {
     TestPrinter printer{ZyServerOptions()};
     RawPeer peer(printer.port());
@@ -139,7 +175,7 @@ void tst_Options::changesNothingWhenItAsksForNothing()
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
-void tst_Options::saysWhyACertificateCannotBeUsed()
+void TestOptions::saysWhyACertificateCannotBeUsed()
 {
     ZyServerOptions options;
     const QString missing = QStringLiteral("/missing.pem");
@@ -148,5 +184,5 @@ void tst_Options::saysWhyACertificateCannotBeUsed()
     QVERIFY(options.tls().isNull());
 }
 
-ZY_TEST(tst_Options)
+ZY_TEST(TestOptions)
 #include "tst_options.moc"

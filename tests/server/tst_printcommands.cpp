@@ -31,7 +31,7 @@ int printState(const TestPrinter &printer)
 
 } // namespace
 
-class tst_PrintCommands : public QObject
+class TestPrintCommands : public QObject
 {
     Q_OBJECT
 
@@ -60,7 +60,7 @@ private Q_SLOTS:
     void pausesAndStopsDuringACheck();
 };
 
-void tst_PrintCommands::startsAndReportsTheCheck_data()
+void TestPrintCommands::startsAndReportsTheCheck_data()
 {
     QTest::addColumn<std::optional<int>>("answer");
     QTest::addColumn<QString>("status");
@@ -75,7 +75,7 @@ void tst_PrintCommands::startsAndReportsTheCheck_data()
     row("no answer", std::nullopt, "CHECK_FALSE");
 }
 
-void tst_PrintCommands::startsAndReportsTheCheck()
+void TestPrintCommands::startsAndReportsTheCheck()
 {
     QFETCH(std::optional<int>, answer);
     QFETCH(QString, status);
@@ -90,7 +90,7 @@ void tst_PrintCommands::startsAndReportsTheCheck()
     QCOMPARE(printer.lastStatus(), 0);
 }
 
-void tst_PrintCommands::asksTheHostForPermissionThenForTheCheck()
+void TestPrintCommands::asksTheHostForPermissionThenForTheCheck()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -101,7 +101,7 @@ void tst_PrintCommands::asksTheHostForPermissionThenForTheCheck()
                           QStringLiteral("checkFile(job.zydlp, 0)")}));
 }
 
-void tst_PrintCommands::sendsCheckingBeforeTheHostChecks()
+void TestPrintCommands::sendsCheckingBeforeTheHostChecks()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -115,7 +115,7 @@ void tst_PrintCommands::sendsCheckingBeforeTheHostChecks()
     QVERIFY(cameInTime);
 }
 
-void tst_PrintCommands::checksInTheReceiveDirectory()
+void TestPrintCommands::checksInTheReceiveDirectory()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -127,7 +127,7 @@ void tst_PrintCommands::checksInTheReceiveDirectory()
     QCOMPARE(current, QDir(printer.dir()).canonicalPath());
 }
 
-void tst_PrintCommands::checksWithoutAHost()
+void TestPrintCommands::checksWithoutAHost()
 {
     const QTemporaryDir dir;
     ZySslEchoServer server(0, {}, {}, dir.path(), nullptr);
@@ -140,7 +140,7 @@ void tst_PrintCommands::checksWithoutAHost()
     QDir::setCurrent(QDir::tempPath());
 }
 
-void tst_PrintCommands::startsAgainAfterACheck()
+void TestPrintCommands::startsAgainAfterACheck()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -153,7 +153,7 @@ void tst_PrintCommands::startsAgainAfterACheck()
     }
 }
 
-void tst_PrintCommands::readsTheRequestAsTexts_data()
+void TestPrintCommands::readsTheRequestAsTexts_data()
 {
     QTest::addColumn<QByteArray>("request");
     QTest::newRow("filename is a number")
@@ -165,7 +165,7 @@ void tst_PrintCommands::readsTheRequestAsTexts_data()
     QTest::newRow("nothing but cmd") << QByteArrayLiteral(R"({"cmd":"START_PRINT"})");
 }
 
-void tst_PrintCommands::readsTheRequestAsTexts()
+void TestPrintCommands::readsTheRequestAsTexts()
 {
     QFETCH(QByteArray, request);
     TestPrinter printer;
@@ -177,7 +177,7 @@ void tst_PrintCommands::readsTheRequestAsTexts()
                           QStringLiteral("checkFile(, 0)")}));
 }
 
-void tst_PrintCommands::pausesAndStops_data()
+void TestPrintCommands::pausesAndStops_data()
 {
     QTest::addColumn<QByteArray>("request");
     QTest::addColumn<std::optional<int>>("answer");
@@ -202,7 +202,7 @@ void tst_PrintCommands::pausesAndStops_data()
     }
 }
 
-void tst_PrintCommands::pausesAndStops()
+void TestPrintCommands::pausesAndStops()
 {
     QFETCH(QByteArray, request);
     QFETCH(std::optional<int>, answer);
@@ -215,7 +215,7 @@ void tst_PrintCommands::pausesAndStops()
     QVERIFY(peer.expectNothing());
 }
 
-void tst_PrintCommands::leavesAPrintStateWhateverTheOutcome_data()
+void TestPrintCommands::leavesAPrintStateWhateverTheOutcome_data()
 {
     QTest::addColumn<int>("answer");
     QTest::newRow("done") << 1;
@@ -223,7 +223,7 @@ void tst_PrintCommands::leavesAPrintStateWhateverTheOutcome_data()
     QTest::newRow("token rejected") << -1;
 }
 
-void tst_PrintCommands::leavesAPrintStateWhateverTheOutcome()
+void TestPrintCommands::leavesAPrintStateWhateverTheOutcome()
 {
     QFETCH(int, answer);
     TestPrinter printer;
@@ -240,7 +240,7 @@ void tst_PrintCommands::leavesAPrintStateWhateverTheOutcome()
     QCOMPARE(printState(printer), 4);
 }
 
-void tst_PrintCommands::refusesToStart_data()
+void TestPrintCommands::refusesToStart_data()
 {
     QTest::addColumn<std::optional<int>>("answer");
     QTest::addColumn<QString>("status");
@@ -251,7 +251,7 @@ void tst_PrintCommands::refusesToStart_data()
     QTest::newRow("no answer") << std::optional<int>() << QStringLiteral("BUSY");
 }
 
-void tst_PrintCommands::refusesToStart()
+void TestPrintCommands::refusesToStart()
 {
     QFETCH(std::optional<int>, answer);
     QFETCH(QString, status);
@@ -264,7 +264,7 @@ void tst_PrintCommands::refusesToStart()
     QCOMPARE(printState(printer), 0);
 }
 
-void tst_PrintCommands::refusesWhileTheSameConnectionReceives()
+void TestPrintCommands::refusesWhileTheSameConnectionReceives()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -280,7 +280,7 @@ void tst_PrintCommands::refusesWhileTheSameConnectionReceives()
     QVERIFY(QFile::exists(printer.path(QStringLiteral("a.txt"))));
 }
 
-void tst_PrintCommands::refusesWhileAnotherConnectionReceives()
+void TestPrintCommands::refusesWhileAnotherConnectionReceives()
 {
     TestPrinter printer;
     RawPeer receiving(printer.port());
@@ -291,7 +291,7 @@ void tst_PrintCommands::refusesWhileAnotherConnectionReceives()
     QVERIFY(printing.expectNothing());
 }
 
-void tst_PrintCommands::refusesWhileAnotherConnectionChecks()
+void TestPrintCommands::refusesWhileAnotherConnectionChecks()
 {
     TestPrinter printer;
     RawPeer first(printer.port());
@@ -308,7 +308,7 @@ void tst_PrintCommands::refusesWhileAnotherConnectionChecks()
     QVERIFY(second.expectNothing());
 }
 
-void tst_PrintCommands::refusesARepeatedStartDuringItsOwnCheck()
+void TestPrintCommands::refusesARepeatedStartDuringItsOwnCheck()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -325,7 +325,7 @@ void tst_PrintCommands::refusesARepeatedStartDuringItsOwnCheck()
     QCOMPARE(peer.take(), printStart(QStringLiteral("STARTED"), jobName));
 }
 
-void tst_PrintCommands::repeatsCheckingForAHandleOutsideTheRegistry()
+void TestPrintCommands::repeatsCheckingForAHandleOutsideTheRegistry()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -345,7 +345,7 @@ void tst_PrintCommands::repeatsCheckingForAHandleOutsideTheRegistry()
     QCOMPARE(peer.take(), json(R"({"version":"1"})"));
 }
 
-void tst_PrintCommands::pausesAndStopsDuringACheck()
+void TestPrintCommands::pausesAndStopsDuringACheck()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -365,5 +365,5 @@ void tst_PrintCommands::pausesAndStopsDuringACheck()
     QCOMPARE(printState(printer), 4);
 }
 
-ZY_TEST(tst_PrintCommands)
+ZY_TEST(TestPrintCommands)
 #include "tst_printcommands.moc"

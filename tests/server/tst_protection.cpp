@@ -5,6 +5,7 @@
 #include "memberaccess.h"
 #include "modelfiles.h"
 #include "rawpeer.h"
+#include "rawtcppeer.h"
 #include "requests.h"
 #include "testprinter.h"
 #include "testprogram.h"
@@ -46,7 +47,7 @@ QJsonObject withDigest(QJsonObject request, const QByteArray &contents)
 
 } // namespace
 
-class tst_Protection : public QObject
+class TestProtection : public QObject
 {
     Q_OBJECT
 
@@ -62,11 +63,12 @@ private Q_SLOTS:
     void doesNotTakeOverWhileTheHostChecks();
     void doesNotCountItsOwnStallsAgainstPeers();
     void sparesTheHostAFileOfAnotherDigest();
+    void dropsAPeerThatDoesNotReadItsReplies();
     void reportsAReceptionThatCannotGoOn();
     void survivesAHostThatDeletesItOnATakeOver();
 };
 
-void tst_Protection::sparesTheHostARequestThatItRefuses_data()
+void TestProtection::sparesTheHostARequestThatItRefuses_data()
 {
     QTest::addColumn<QJsonObject>("request");
     QTest::addColumn<QString>("reason");
@@ -94,7 +96,7 @@ void tst_Protection::sparesTheHostARequestThatItRefuses_data()
                                 << QStringLiteral("parameters: wrong token");
 }
 
-void tst_Protection::sparesTheHostARequestThatItRefuses()
+void TestProtection::sparesTheHostARequestThatItRefuses()
 {
     QFETCH(const QJsonObject, request);
     QFETCH(const QString, reason);
@@ -111,7 +113,7 @@ void tst_Protection::sparesTheHostARequestThatItRefuses()
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
-void tst_Protection::asksTheNameFilter()
+void TestProtection::asksTheNameFilter()
 {
     ZyServerOptions options = ZyServerOptions::hardened();
     QStringList asked;
@@ -130,7 +132,7 @@ void tst_Protection::asksTheNameFilter()
     QCOMPARE(asked, (QStringList{modelName, QStringLiteral("b")}));
 }
 
-void tst_Protection::asksTheHostForTheRest()
+void TestProtection::asksTheHostForTheRest()
 {
     TestPrinter printer(ZyServerOptions::hardened());
     printer.host().answers.getPrintState = -1;
@@ -140,7 +142,7 @@ void tst_Protection::asksTheHostForTheRest()
     QCOMPARE(printer.host().count(QStringLiteral("getPrintState")), 1);
 }
 
-void tst_Protection::closesAfterTooManyWrongTokens()
+void TestProtection::closesAfterTooManyWrongTokens()
 {
     ZyServerOptions options;
     options.setToken(QStringLiteral("secret"));
@@ -158,7 +160,7 @@ void tst_Protection::closesAfterTooManyWrongTokens()
     QVERIFY(printer.waitForConnections(0));
 }
 
-void tst_Protection::keepsASecondTransferOutWhileTheHostSpins()
+void TestProtection::keepsASecondTransferOutWhileTheHostSpins()
 {
     TestPrinter printer(ZyServerOptions::hardened());
     RawPeer peer(printer.port());
@@ -177,7 +179,7 @@ void tst_Protection::keepsASecondTransferOutWhileTheHostSpins()
     QCOMPARE(readFile(printer.path(modelName)), QByteArrayLiteral("abcde"));
 }
 
-void tst_Protection::keepsAFinishedFileThatIsCancelledDuringItsCheck()
+void TestProtection::keepsAFinishedFileThatIsCancelledDuringItsCheck()
 {
     TestPrinter printer(ZyServerOptions::hardened());
     RawPeer peer(printer.port());
@@ -191,7 +193,7 @@ void tst_Protection::keepsAFinishedFileThatIsCancelledDuringItsCheck()
     QCOMPARE(readFile(printer.path(modelName)), QByteArrayLiteral("abcde"));
 }
 
-void tst_Protection::letsATransferTakeOverFromASilentOne()
+void TestProtection::letsATransferTakeOverFromASilentOne()
 {
     ZyServerOptions options = ZyServerOptions::hardened();
     options.setSilence(500);
@@ -219,7 +221,7 @@ void tst_Protection::letsATransferTakeOverFromASilentOne()
     QCOMPARE(printer.host().count(QStringLiteral("fileTranDisconnet")), 1);
 }
 
-void tst_Protection::doesNotTakeOverWhileTheHostChecks()
+void TestProtection::doesNotTakeOverWhileTheHostChecks()
 {
     ZyServerOptions options = ZyServerOptions::hardened();
     options.setSilence(200);
@@ -244,7 +246,7 @@ void tst_Protection::doesNotTakeOverWhileTheHostChecks()
     QCOMPARE(json(peer.texts().last().toUtf8()), checkData(1));
 }
 
-void tst_Protection::doesNotCountItsOwnStallsAgainstPeers()
+void TestProtection::doesNotCountItsOwnStallsAgainstPeers()
 {
     ZyServerOptions options = ZyServerOptions::hardened();
     options.setSilence(400);
@@ -258,7 +260,7 @@ void tst_Protection::doesNotCountItsOwnStallsAgainstPeers()
     QVERIFY(other.expectNothing());
 }
 
-void tst_Protection::sparesTheHostAFileOfAnotherDigest()
+void TestProtection::sparesTheHostAFileOfAnotherDigest()
 {
     Reports reports;
     TestPrinter printer(reports.attachedTo(ZyServerOptions::hardened()));
@@ -277,7 +279,23 @@ void tst_Protection::sparesTheHostAFileOfAnotherDigest()
     QCOMPARE(printer.host().count(QStringLiteral("finish")), 1);
 }
 
-void tst_Protection::reportsAReceptionThatCannotGoOn()
+void TestProtection::dropsAPeerThatDoesNotReadItsReplies()
+{
+    constexpr int replies = 64; // more than the kernel keeps of a MiB each
+    Reports reports;
+    TestPrinter printer(reports.attachedTo(ZyServerOptions::hardened()));
+    printer.host().answers.version = QString(chunkBytes, QLatin1Char('v'));
+    RawTcpPeer peer(printer.port());
+    QVERIFY(peer.isConnected());
+    peer.socket().setReadBufferSize(1);
+    for (int i = 0; i < replies; ++i)
+        peer.sendText(R"({"cmd":"VERSION_CHECK"})");
+    QVERIFY(printer.waitForConnections(0));
+    QCOMPARE(reports.kinds, QList<Failure>{Failure::Dropped});
+    QCOMPARE(reports.reasons, QStringList{QStringLiteral("replies are not read")});
+}
+
+void TestProtection::reportsAReceptionThatCannotGoOn()
 {
     Reports reports;
     TestPrinter printer(reports.attachedTo({}));
@@ -301,7 +319,7 @@ void tst_Protection::reportsAReceptionThatCannotGoOn()
     QCOMPARE(reports.kinds.size(), 1);
 }
 
-void tst_Protection::survivesAHostThatDeletesItOnATakeOver()
+void TestProtection::survivesAHostThatDeletesItOnATakeOver()
 {
     ZyServerOptions options = ZyServerOptions::hardened();
     options.setSilence(200);
@@ -318,5 +336,5 @@ void tst_Protection::survivesAHostThatDeletesItOnATakeOver()
     }));
 }
 
-ZY_TEST(tst_Protection)
+ZY_TEST(TestProtection)
 #include "tst_protection.moc"

@@ -27,7 +27,7 @@ const QString modelName = QStringLiteral("a.zydlp");
 
 } // namespace
 
-class tst_Reception : public QObject
+class TestReception : public QObject
 {
     Q_OBJECT
 
@@ -48,7 +48,7 @@ private Q_SLOTS:
     void echoesTheSizeAsItWasSent();
 };
 
-void tst_Reception::acceptsANewTransfer()
+void TestReception::acceptsANewTransfer()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -65,7 +65,7 @@ void tst_Reception::acceptsANewTransfer()
     QCOMPARE(valueOf(TransOffset(), handle), 0);
 }
 
-void tst_Reception::receivesAFile_data()
+void TestReception::receivesAFile_data()
 {
     QTest::addColumn<QByteArray>("contents");
     QTest::newRow("one byte") << QByteArray(1, 'x');
@@ -76,7 +76,7 @@ void tst_Reception::receivesAFile_data()
     QTest::newRow("bytes that do not deflate") << randomBytes(2 * chunkBytes + 12345);
 }
 
-void tst_Reception::receivesAFile()
+void TestReception::receivesAFile()
 {
     QFETCH(QByteArray, contents);
     TestPrinter printer;
@@ -98,7 +98,7 @@ void tst_Reception::receivesAFile()
     QCOMPARE(printer.lastStatus(), 0);
 }
 
-void tst_Reception::tellsTheHostInOrder()
+void TestReception::tellsTheHostInOrder()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -127,7 +127,7 @@ void tst_Reception::tellsTheHostInOrder()
     QCOMPARE(repliesAtFinish, 2);
 }
 
-void tst_Reception::passesTheHostsCheckOn_data()
+void TestReception::passesTheHostsCheckOn_data()
 {
     QTest::addColumn<std::optional<int>>("answer");
     QTest::addColumn<int>("checkState");
@@ -136,7 +136,7 @@ void tst_Reception::passesTheHostsCheckOn_data()
         QTest::addRow("%d", answer) << std::optional<int>(answer) << answer;
 }
 
-void tst_Reception::passesTheHostsCheckOn()
+void TestReception::passesTheHostsCheckOn()
 {
     QFETCH(std::optional<int>, answer);
     QFETCH(int, checkState);
@@ -151,7 +151,7 @@ void tst_Reception::passesTheHostsCheckOn()
     QCOMPARE(peer.take(), checkData(checkState));
 }
 
-void tst_Reception::asksTheHostWithTheToken_data()
+void TestReception::asksTheHostWithTheToken_data()
 {
     QTest::addColumn<QJsonValue>("token");
     QTest::addColumn<QString>("call");
@@ -166,7 +166,7 @@ void tst_Reception::asksTheHostWithTheToken_data()
     row("false", false, "getPrintState(0, , true)");
 }
 
-void tst_Reception::asksTheHostWithTheToken()
+void TestReception::asksTheHostWithTheToken()
 {
     QFETCH(QJsonValue, token);
     TestPrinter printer;
@@ -178,7 +178,7 @@ void tst_Reception::asksTheHostWithTheToken()
     QTEST(printer.host().calls().first(), "call");
 }
 
-void tst_Reception::replacesAFileOfTheSameName()
+void TestReception::replacesAFileOfTheSameName()
 {
     TestPrinter printer;
     writeFile(printer.path(QStringLiteral("model.txt")), "an older and longer file");
@@ -189,7 +189,7 @@ void tst_Reception::replacesAFileOfTheSameName()
     QCOMPARE(readFile(printer.path(QStringLiteral("model.txt"))), QByteArrayLiteral("new"));
 }
 
-void tst_Reception::storesInASubdirectory()
+void TestReception::storesInASubdirectory()
 {
     TestPrinter printer;
     QVERIFY(QDir(printer.dir()).mkdir(QStringLiteral("sub")));
@@ -201,7 +201,7 @@ void tst_Reception::storesInASubdirectory()
     QCOMPARE(printer.host().calls().last(), QStringLiteral("finish(sub/m.zydlp, 0)"));
 }
 
-void tst_Reception::makesTheReceiveDirectoryCurrent()
+void TestReception::makesTheReceiveDirectoryCurrent()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -211,7 +211,7 @@ void tst_Reception::makesTheReceiveDirectoryCurrent()
     QCOMPARE(QDir::currentPath(), QDir(printer.dir()).canonicalPath());
 }
 
-void tst_Reception::receivesOneFileAfterTheOther()
+void TestReception::receivesOneFileAfterTheOther()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -227,7 +227,7 @@ void tst_Reception::receivesOneFileAfterTheOther()
              QStringList({QStringLiteral("first.txt"), QStringLiteral("second.txt")}));
 }
 
-void tst_Reception::echoesTheSizeAsItWasSent_data()
+void TestReception::echoesTheSizeAsItWasSent_data()
 {
     QTest::addColumn<QJsonValue>("size");
     QTest::addColumn<QString>("echo");
@@ -242,7 +242,7 @@ void tst_Reception::echoesTheSizeAsItWasSent_data()
     row("missing", QJsonValue(QJsonValue::Undefined), "", 0);
 }
 
-void tst_Reception::echoesTheSizeAsItWasSent()
+void TestReception::echoesTheSizeAsItWasSent()
 {
     QFETCH(QJsonValue, size);
     QFETCH(QString, echo);
@@ -258,5 +258,5 @@ void tst_Reception::echoesTheSizeAsItWasSent()
     QCOMPARE(peer.take(), startData(bytes, 3));
 }
 
-ZY_TEST(tst_Reception)
+ZY_TEST(TestReception)
 #include "tst_reception.moc"

@@ -28,7 +28,7 @@ const char cancelReply[] = R"({"cmd":"CANCEL_FILE","errorcode":0})";
 
 } // namespace
 
-class tst_RefusalAndCancel : public QObject
+class TestRefusalAndCancel : public QObject
 {
     Q_OBJECT
 
@@ -54,7 +54,7 @@ private Q_SLOTS:
     void repliesWithoutACommandWordWhenTheTemporaryFileIsUnreadable();
 };
 
-void tst_RefusalAndCancel::cancelsBeforeAnyData()
+void TestRefusalAndCancel::cancelsBeforeAnyData()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -70,7 +70,7 @@ void tst_RefusalAndCancel::cancelsBeforeAnyData()
                      QStringLiteral("cancle()"), QStringLiteral("sifGetVersionCheck()")}));
 }
 
-void tst_RefusalAndCancel::cancelsAfterData()
+void TestRefusalAndCancel::cancelsAfterData()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -89,7 +89,7 @@ void tst_RefusalAndCancel::cancelsAfterData()
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
-void tst_RefusalAndCancel::cancelsOnAFreshConnection()
+void TestRefusalAndCancel::cancelsOnAFreshConnection()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -99,7 +99,7 @@ void tst_RefusalAndCancel::cancelsOnAFreshConnection()
              QStringList({QStringLiteral("cancle()"), QStringLiteral("cancle()")}));
 }
 
-void tst_RefusalAndCancel::echoesEveryKeyOfACancel()
+void TestRefusalAndCancel::echoesEveryKeyOfACancel()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -109,7 +109,7 @@ void tst_RefusalAndCancel::echoesEveryKeyOfACancel()
                      "o":{"cmd":"x"},"b":false})"));
 }
 
-void tst_RefusalAndCancel::startsAnewAfterACancel()
+void TestRefusalAndCancel::startsAnewAfterACancel()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -129,7 +129,7 @@ void tst_RefusalAndCancel::startsAnewAfterACancel()
     QCOMPARE(readFile(printer.path(modelName)), QByteArrayLiteral("wxyz"));
 }
 
-void tst_RefusalAndCancel::deletesTheFinishedFileOnALateCancel()
+void TestRefusalAndCancel::deletesTheFinishedFileOnALateCancel()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -142,7 +142,7 @@ void tst_RefusalAndCancel::deletesTheFinishedFileOnALateCancel()
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
-void tst_RefusalAndCancel::keepsWhatAnEarlierConnectionLeft()
+void TestRefusalAndCancel::keepsWhatAnEarlierConnectionLeft()
 {
     TestPrinter printer;
     {
@@ -157,7 +157,7 @@ void tst_RefusalAndCancel::keepsWhatAnEarlierConnectionLeft()
     QCOMPARE(entriesOf(printer.dir()), QStringList{QStringLiteral("wifi_tranfer.tmp")});
 }
 
-void tst_RefusalAndCancel::resetsTheCountersOnlyWhenTheFileWasOpen()
+void TestRefusalAndCancel::resetsTheCountersOnlyWhenTheFileWasOpen()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -176,7 +176,7 @@ void tst_RefusalAndCancel::resetsTheCountersOnlyWhenTheFileWasOpen()
     QCOMPARE(valueOf(TransOffset(), *printer.handles().first()), 0);
 }
 
-void tst_RefusalAndCancel::refusesAsTheHostSays_data()
+void TestRefusalAndCancel::refusesAsTheHostSays_data()
 {
     QTest::addColumn<std::optional<int>>("answer");
     QTest::addColumn<QJsonObject>("reply");
@@ -186,7 +186,7 @@ void tst_RefusalAndCancel::refusesAsTheHostSays_data()
     QTest::newRow("no answer") << std::optional<int>() << refusal(1, 5);
 }
 
-void tst_RefusalAndCancel::refusesAsTheHostSays()
+void TestRefusalAndCancel::refusesAsTheHostSays()
 {
     QFETCH(std::optional<int>, answer);
     TestPrinter printer;
@@ -202,7 +202,7 @@ void tst_RefusalAndCancel::refusesAsTheHostSays()
     QVERIFY(peer.expectNothing());
 }
 
-void tst_RefusalAndCancel::refusesWhileAnyConnectionReceives()
+void TestRefusalAndCancel::refusesWhileAnyConnectionReceives()
 {
     TestPrinter printer;
     RawPeer receiving(printer.port());
@@ -222,7 +222,7 @@ void tst_RefusalAndCancel::refusesWhileAnyConnectionReceives()
     QCOMPARE(entriesOf(printer.dir()), QStringList{modelName});
 }
 
-void tst_RefusalAndCancel::refusesWhileAPrintFileIsChecked()
+void TestRefusalAndCancel::refusesWhileAPrintFileIsChecked()
 {
     TestPrinter printer;
     RawPeer printing(printer.port());
@@ -238,7 +238,7 @@ void tst_RefusalAndCancel::refusesWhileAPrintFileIsChecked()
     QCOMPARE(printer.host().count(QStringLiteral("getPrintState")), 0);
 }
 
-void tst_RefusalAndCancel::overwritesTheAnnouncedSizeWhenItRefuses()
+void TestRefusalAndCancel::overwritesTheAnnouncedSizeWhenItRefuses()
 {
     TestPrinter printer;
     RawPeer receiving(printer.port());
@@ -251,7 +251,7 @@ void tst_RefusalAndCancel::overwritesTheAnnouncedSizeWhenItRefuses()
     QCOMPARE(valueOf(TransFileSize(), *printer.handles().first()), 4);
 }
 
-void tst_RefusalAndCancel::overwritesTheSizeOfItsOwnReceptionWhenItRefuses()
+void TestRefusalAndCancel::overwritesTheSizeOfItsOwnReceptionWhenItRefuses()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -265,7 +265,7 @@ void tst_RefusalAndCancel::overwritesTheSizeOfItsOwnReceptionWhenItRefuses()
     QCOMPARE(readFile(printer.path(modelName)), QByteArrayLiteral("abc"));
 }
 
-void tst_RefusalAndCancel::reportsASizeThatCannotBeHad_data()
+void TestRefusalAndCancel::reportsASizeThatCannotBeHad_data()
 {
     QTest::addColumn<QString>("size");
     QTest::newRow("negative") << QStringLiteral("-1");
@@ -273,7 +273,7 @@ void tst_RefusalAndCancel::reportsASizeThatCannotBeHad_data()
     QTest::newRow("largest") << QStringLiteral("9223372036854775807");
 }
 
-void tst_RefusalAndCancel::reportsASizeThatCannotBeHad()
+void TestRefusalAndCancel::reportsASizeThatCannotBeHad()
 {
     QFETCH(QString, size);
     TestPrinter printer;
@@ -285,7 +285,7 @@ void tst_RefusalAndCancel::reportsASizeThatCannotBeHad()
     QCOMPARE(printer.host().count(QStringLiteral("fileTranStart")), 1);
 }
 
-void tst_RefusalAndCancel::reportsADirectoryThatIsGone()
+void TestRefusalAndCancel::reportsADirectoryThatIsGone()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -296,7 +296,7 @@ void tst_RefusalAndCancel::reportsADirectoryThatIsGone()
     QCOMPARE(printer.lastStatus(), 0);
 }
 
-void tst_RefusalAndCancel::repliesWithoutACommandWordWhenTheTemporaryFileIsUnreadable()
+void TestRefusalAndCancel::repliesWithoutACommandWordWhenTheTemporaryFileIsUnreadable()
 {
     TestPrinter printer;
     QVERIFY(QDir().mkdir(printer.temporaryFile()));
@@ -310,5 +310,5 @@ void tst_RefusalAndCancel::repliesWithoutACommandWordWhenTheTemporaryFileIsUnrea
     QCOMPARE(printer.lastStatus(), 2);
 }
 
-ZY_TEST(tst_RefusalAndCancel)
+ZY_TEST(TestRefusalAndCancel)
 #include "tst_refusalandcancel.moc"

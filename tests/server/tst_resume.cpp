@@ -69,7 +69,7 @@ void interrupt(TestPrinter &printer, const QJsonObject &request, const QList<QBy
 
 } // namespace
 
-class tst_Resume : public QObject
+class TestResume : public QObject
 {
     Q_OBJECT
 
@@ -96,7 +96,7 @@ private Q_SLOTS:
     void resumesAnEmptyKeyAgainstAMissingRecord();
 };
 
-void tst_Resume::writesTheRecordBehindTheAnnouncedSize()
+void TestResume::writesTheRecordBehindTheAnnouncedSize()
 {
     TestPrinter printer;
     interrupt(printer, startFile(modelName, 10), {"abc", "de"});
@@ -107,7 +107,7 @@ void tst_Resume::writesTheRecordBehindTheAnnouncedSize()
     QCOMPARE(entriesOf(printer.dir()), QStringList{temporaryName});
 }
 
-void tst_Resume::writesTheExampleToTheByte()
+void TestResume::writesTheExampleToTheByte()
 {
     TestPrinter printer;
     interrupt(printer, startFile(modelName, 2000000), {compressibleBytes(chunkBytes)});
@@ -119,7 +119,7 @@ void tst_Resume::writesTheExampleToTheByte()
                                "0000001000370038003500360033003400310032"));
 }
 
-void tst_Resume::resumesAfterThreeOfFiveChunks()
+void TestResume::resumesAfterThreeOfFiveChunks()
 {
     TestPrinter printer;
     const QByteArray contents = compressibleBytes(5 * chunkBytes);
@@ -150,7 +150,7 @@ void tst_Resume::resumesAfterThreeOfFiveChunks()
                      QStringLiteral("finish(a.zydlp, 0)")}));
 }
 
-void tst_Resume::resumesWithoutAnyData()
+void TestResume::resumesWithoutAnyData()
 {
     TestPrinter printer;
     interrupt(printer, startFile(modelName, 4), {});
@@ -163,7 +163,7 @@ void tst_Resume::resumesWithoutAnyData()
     QCOMPARE(readFile(printer.path(modelName)), QByteArrayLiteral("abcd"));
 }
 
-void tst_Resume::resumesAgainAndAgain()
+void TestResume::resumesAgainAndAgain()
 {
     TestPrinter printer;
     const QString key = QStringLiteral("ffffffff80000000");
@@ -189,7 +189,7 @@ void tst_Resume::resumesAgainAndAgain()
     QCOMPARE(readFile(printer.path(modelName)), QByteArrayLiteral("abcdef"));
 }
 
-void tst_Resume::takesTheNameFromTheRecord()
+void TestResume::takesTheNameFromTheRecord()
 {
     TestPrinter printer;
     interrupt(printer, startFile(modelName, 4), {"ab"});
@@ -201,7 +201,7 @@ void tst_Resume::takesTheNameFromTheRecord()
     QCOMPARE(entriesOf(printer.dir()), QStringList{modelName});
 }
 
-void tst_Resume::logsTheReceivedCountAndTheKey()
+void TestResume::logsTheReceivedCountAndTheKey()
 {
     TestPrinter printer;
     interrupt(printer, startFile(modelName, 4 * chunkBytes),
@@ -217,7 +217,7 @@ void tst_Resume::logsTheReceivedCountAndTheKey()
                           QStringLiteral(R"(m_transFileSize 3145728 "78563412")")}));
 }
 
-void tst_Resume::deletesEarlierModelsWhenItResumes()
+void TestResume::deletesEarlierModelsWhenItResumes()
 {
     TestPrinter printer;
     interrupt(printer, startFile(modelName, 4), {"ab"});
@@ -229,7 +229,7 @@ void tst_Resume::deletesEarlierModelsWhenItResumes()
     QCOMPARE(entriesOf(printer.dir()), QStringList({QStringLiteral("notes.txt"), temporaryName}));
 }
 
-void tst_Resume::tellsTheHostBeforeTheRecordIsWritten()
+void TestResume::tellsTheHostBeforeTheRecordIsWritten()
 {
     TestPrinter printer;
     qint64 sizeWhenTold = 0;
@@ -244,7 +244,7 @@ void tst_Resume::tellsTheHostBeforeTheRecordIsWritten()
     QCOMPARE(QFileInfo(printer.temporaryFile()).size(), 4 + 54);
 }
 
-void tst_Resume::resumesWhenAnotherPeerSaysTheSame()
+void TestResume::resumesWhenAnotherPeerSaysTheSame()
 {
     TestPrinter printer;
     RawPeer waiting(printer.port());
@@ -260,7 +260,7 @@ void tst_Resume::resumesWhenAnotherPeerSaysTheSame()
     QCOMPARE(waiting.take(), resumed(modelName, 4, 2, QStringLiteral("78563412")));
 }
 
-void tst_Resume::startsAnew_data()
+void TestResume::startsAnew_data()
 {
     QTest::addColumn<QJsonObject>("request");
     const QString key = QStringLiteral("abcdef12");
@@ -273,7 +273,7 @@ void tst_Resume::startsAnew_data()
     QTest::newRow("a size beyond the file") << startFile(modelName, 1000, key);
 }
 
-void tst_Resume::startsAnew()
+void TestResume::startsAnew()
 {
     QFETCH(QJsonObject, request);
     TestPrinter printer;
@@ -291,7 +291,7 @@ void tst_Resume::startsAnew()
     QCOMPARE(readFile(printer.path(modelName)), contents);
 }
 
-void tst_Resume::startsAnewWithoutARecord_data()
+void TestResume::startsAnewWithoutARecord_data()
 {
     QTest::addColumn<QByteArray>("left");
     const QByteArray good = record(6, 3, modelName, QStringLiteral("78563412"));
@@ -306,7 +306,7 @@ void tst_Resume::startsAnewWithoutARecord_data()
     QTest::newRow("random bytes") << randomBytes(5000);
 }
 
-void tst_Resume::startsAnewWithoutARecord()
+void TestResume::startsAnewWithoutARecord()
 {
     QFETCH(QByteArray, left);
     TestPrinter printer;
@@ -321,7 +321,7 @@ void tst_Resume::startsAnewWithoutARecord()
     QCOMPARE(readFile(printer.path(modelName)), QByteArrayLiteral("abcdef"));
 }
 
-void tst_Resume::writesNoRecordWhenIdle()
+void TestResume::writesNoRecordWhenIdle()
 {
     TestPrinter printer;
     // Complete, so nothing is left to resume.
@@ -331,7 +331,7 @@ void tst_Resume::writesNoRecordWhenIdle()
     QCOMPARE(printer.host().count(QStringLiteral("fileTranDisconnet")), 0);
 }
 
-void tst_Resume::writesNoRecordIntoANewFile()
+void TestResume::writesNoRecordIntoANewFile()
 {
     TestPrinter printer;
     {
@@ -346,7 +346,7 @@ void tst_Resume::writesNoRecordIntoANewFile()
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
-void tst_Resume::writesARecordAfterACancelWhenAskedTo_data()
+void TestResume::writesARecordAfterACancelWhenAskedTo_data()
 {
     QTest::addColumn<QList<QByteArray>>("data");
     QTest::addColumn<int>("sizeLeft");
@@ -355,7 +355,7 @@ void tst_Resume::writesARecordAfterACancelWhenAskedTo_data()
     QTest::newRow("after some") << QList<QByteArray>{"ab"} << 0;
 }
 
-void tst_Resume::writesARecordAfterACancelWhenAskedTo()
+void TestResume::writesARecordAfterACancelWhenAskedTo()
 {
     QFETCH(QList<QByteArray>, data);
     QFETCH(int, sizeLeft);
@@ -376,7 +376,7 @@ void tst_Resume::writesARecordAfterACancelWhenAskedTo()
             .toHex());
 }
 
-void tst_Resume::resumesAnEmptyKeyAgainstAMissingRecord()
+void TestResume::resumesAnEmptyKeyAgainstAMissingRecord()
 {
     TestPrinter printer;
     writeFile(printer.temporaryFile(), QByteArray(6, 'x'));
@@ -390,5 +390,5 @@ void tst_Resume::resumesAnEmptyKeyAgainstAMissingRecord()
     QCOMPARE(QFileInfo(printer.temporaryFile()).size(), 0);
 }
 
-ZY_TEST(tst_Resume)
+ZY_TEST(TestResume)
 #include "tst_resume.moc"

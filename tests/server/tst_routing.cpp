@@ -26,7 +26,7 @@ const char versionReply[] = R"({"version":"1"})";
 
 } // namespace
 
-class tst_Routing : public QObject
+class TestRouting : public QObject
 {
     Q_OBJECT
 
@@ -56,7 +56,7 @@ private Q_SLOTS:
     void convertsTextsLikeTheWire();
 };
 
-void tst_Routing::answersOnlyTheConnectionThatAsked()
+void TestRouting::answersOnlyTheConnectionThatAsked()
 {
     TestPrinter printer;
     RawPeer first(printer.port());
@@ -68,7 +68,7 @@ void tst_Routing::answersOnlyTheConnectionThatAsked()
     QVERIFY(second.expectNothing());
 }
 
-void tst_Routing::keepsTheOrderOfOneConnectionsMessages()
+void TestRouting::keepsTheOrderOfOneConnectionsMessages()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -87,7 +87,7 @@ void tst_Routing::keepsTheOrderOfOneConnectionsMessages()
     QCOMPARE(readFile(printer.path(QStringLiteral("a.txt"))), QByteArrayLiteral("abcd"));
 }
 
-void tst_Routing::writesDataFromAnotherConnectionAndAcknowledgesItThere()
+void TestRouting::writesDataFromAnotherConnectionAndAcknowledgesItThere()
 {
     TestPrinter printer;
     RawPeer receiving(printer.port());
@@ -103,7 +103,7 @@ void tst_Routing::writesDataFromAnotherConnectionAndAcknowledgesItThere()
     QCOMPARE(readFile(printer.path(QStringLiteral("a.txt"))), QByteArrayLiteral("xyzabc"));
 }
 
-void tst_Routing::completesAFileWithAnotherConnectionsData()
+void TestRouting::completesAFileWithAnotherConnectionsData()
 {
     TestPrinter printer;
     RawPeer receiving(printer.port());
@@ -117,7 +117,7 @@ void tst_Routing::completesAFileWithAnotherConnectionsData()
     QCOMPARE(readFile(printer.path(QStringLiteral("a.txt"))), QByteArrayLiteral("xyz"));
 }
 
-void tst_Routing::handsForeignDataOnlyToTheReceivingHandle()
+void TestRouting::handsForeignDataOnlyToTheReceivingHandle()
 {
     TestPrinter printer;
     RawPeer first(printer.port());
@@ -137,7 +137,7 @@ void tst_Routing::handsForeignDataOnlyToTheReceivingHandle()
     QCOMPARE(readFile(printer.path(QStringLiteral("a.txt"))).size(), 4);
 }
 
-void tst_Routing::handlesATextInSeveralFramesOnce()
+void TestRouting::handlesATextInSeveralFramesOnce()
 {
     TestPrinter printer;
     RawTcpPeer peer(printer.port());
@@ -146,7 +146,7 @@ void tst_Routing::handlesATextInSeveralFramesOnce()
     QCOMPARE(printer.host().calls(), QStringList{QStringLiteral("sifGetVersionCheck()")});
 }
 
-void tst_Routing::handlesATextSplitOverSegmentsOnce()
+void TestRouting::handlesATextSplitOverSegmentsOnce()
 {
     TestPrinter printer;
     RawTcpPeer peer(printer.port());
@@ -163,7 +163,7 @@ void tst_Routing::handlesATextSplitOverSegmentsOnce()
     QCOMPARE(printer.host().calls().size(), 2 * (frame.size() - 1));
 }
 
-void tst_Routing::handlesADataMessageInSeveralFramesOnce()
+void TestRouting::handlesADataMessageInSeveralFramesOnce()
 {
     TestPrinter printer;
     RawTcpPeer peer(printer.port());
@@ -176,7 +176,7 @@ void tst_Routing::handlesADataMessageInSeveralFramesOnce()
     QCOMPARE(readFile(printer.path(QStringLiteral("a.txt"))), QByteArrayLiteral("abcde"));
 }
 
-void tst_Routing::obeysARequestThatACloseFollows()
+void TestRouting::obeysARequestThatACloseFollows()
 {
     TestPrinter printer;
     RawTcpPeer peer(printer.port());
@@ -188,7 +188,7 @@ void tst_Routing::obeysARequestThatACloseFollows()
     QCOMPARE(printer.host().calls(), QStringList{QStringLiteral("sigDoPrintStop(0, t)")});
 }
 
-void tst_Routing::sendsAHostsMessageToTheConnectionBeingServed_data()
+void TestRouting::sendsAHostsMessageToTheConnectionBeingServed_data()
 {
     QTest::addColumn<QByteArray>("request");
     const auto row = [](const char *signal, const char *command) {
@@ -203,7 +203,7 @@ void tst_Routing::sendsAHostsMessageToTheConnectionBeingServed_data()
     row("sigSetPrintPara", "PRINT_PARA_SET");
 }
 
-void tst_Routing::sendsAHostsMessageToTheConnectionBeingServed()
+void TestRouting::sendsAHostsMessageToTheConnectionBeingServed()
 {
     QFETCH(QByteArray, request);
     TestPrinter printer;
@@ -217,7 +217,7 @@ void tst_Routing::sendsAHostsMessageToTheConnectionBeingServed()
     QCOMPARE(other.texts(), QStringList());
 }
 
-void tst_Routing::handsATextToEveryHandleWhenAsked()
+void TestRouting::handsATextToEveryHandleWhenAsked()
 {
     TestPrinter printer;
     RawPeer first(printer.port());
@@ -242,7 +242,7 @@ void tst_Routing::handsATextToEveryHandleWhenAsked()
     QCOMPARE(first.texts(), QStringList());
 }
 
-void tst_Routing::answersASocketThatTheHostConnected()
+void TestRouting::answersASocketThatTheHostConnected()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -264,7 +264,7 @@ void tst_Routing::answersASocketThatTheHostConnected()
     QCOMPARE(replies.size(), 1);
 }
 
-void tst_Routing::sendsNothingOutsideADelivery()
+void TestRouting::sendsNothingOutsideADelivery()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -276,7 +276,7 @@ void tst_Routing::sendsNothingOutsideADelivery()
     QVERIFY(peer.expectNothing());
 }
 
-void tst_Routing::sendsNothingFromATimerOrAQueuedCall()
+void TestRouting::sendsNothingFromATimerOrAQueuedCall()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -296,14 +296,14 @@ void tst_Routing::sendsNothingFromATimerOrAQueuedCall()
     QVERIFY(peer.expectNothing());
 }
 
-void tst_Routing::sendsNothingInsideARelayedSignal_data()
+void TestRouting::sendsNothingInsideARelayedSignal_data()
 {
     QTest::addColumn<QString>("signal");
     for (const char *signal : {"fileTranStart", "finish", "cancle", "checkFile"})
         QTest::newRow(signal) << QString::fromLatin1(signal);
 }
 
-void tst_Routing::sendsNothingInsideARelayedSignal()
+void TestRouting::sendsNothingInsideARelayedSignal()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -326,7 +326,7 @@ void tst_Routing::sendsNothingInsideARelayedSignal()
     QVERIFY(peer.expectNothing());
 }
 
-void tst_Routing::dropsATextThatNoConnectionSent()
+void TestRouting::dropsATextThatNoConnectionSent()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -338,7 +338,7 @@ void tst_Routing::dropsATextThatNoConnectionSent()
     QVERIFY(peer.expectNothing());
 }
 
-void tst_Routing::writesDataThatNoConnectionSentWithoutAReply()
+void TestRouting::writesDataThatNoConnectionSentWithoutAReply()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -352,7 +352,7 @@ void tst_Routing::writesDataThatNoConnectionSentWithoutAReply()
     QCOMPARE(readFile(printer.path(QStringLiteral("a.txt"))), QByteArrayLiteral("abcd"));
 }
 
-void tst_Routing::ignoresADisconnectThatNoConnectionHad()
+void TestRouting::ignoresADisconnectThatNoConnectionHad()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -365,7 +365,7 @@ void tst_Routing::ignoresADisconnectThatNoConnectionHad()
     QVERIFY(peer.expectNothing());
 }
 
-void tst_Routing::answersNothingToDataWhileNobodyReceives()
+void TestRouting::answersNothingToDataWhileNobodyReceives()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -377,7 +377,7 @@ void tst_Routing::answersNothingToDataWhileNobodyReceives()
     QCOMPARE(printer.host().calls(), QStringList{QStringLiteral("sifGetVersionCheck()")});
 }
 
-void tst_Routing::convertsTextsLikeTheWire()
+void TestRouting::convertsTextsLikeTheWire()
 {
     const ZySslEchoServer server(0, {}, {}, {}, nullptr);
     QCOMPARE(server.messageToJson(QStringLiteral(R"( {"a" : "\u00e4"} )")),
@@ -388,5 +388,5 @@ void tst_Routing::convertsTextsLikeTheWire()
              QStringLiteral(R"({"a":true,"b":1})"));
 }
 
-ZY_TEST(tst_Routing)
+ZY_TEST(TestRouting)
 #include "tst_routing.moc"

@@ -32,7 +32,7 @@ QStringList lines(std::initializer_list<const char *> texts)
 
 } // namespace
 
-class tst_ServerLog : public QObject
+class TestServerLog : public QObject
 {
     Q_OBJECT
 
@@ -47,7 +47,7 @@ private Q_SLOTS:
     void obeysTheUsersFilter();
 };
 
-void tst_ServerLog::tellsAnIdleSession()
+void TestServerLog::tellsAnIdleSession()
 {
     LogCapture log;
     {
@@ -64,7 +64,7 @@ void tst_ServerLog::tellsAnIdleSession()
                     "Client disconnected", "~"}));
 }
 
-void tst_ServerLog::tellsATransferAndItsResume()
+void TestServerLog::tellsATransferAndItsResume()
 {
     TestPrinter printer;
     writeFile(printer.path(QStringLiteral("old.bak")), "x");
@@ -87,7 +87,7 @@ void tst_ServerLog::tellsATransferAndItsResume()
     QCOMPARE(log.texts(serverCategory), expected);
 }
 
-void tst_ServerLog::tellsTheOriginOfAPeer()
+void TestServerLog::tellsTheOriginOfAPeer()
 {
     TestPrinter printer;
     LogCapture log;
@@ -98,7 +98,7 @@ void tst_ServerLog::tellsTheOriginOfAPeer()
              lines({"Your new Client connected: \"\" \"http://slicer.example\""}));
 }
 
-void tst_ServerLog::tellsOfTlsErrors()
+void TestServerLog::tellsOfTlsErrors()
 {
     ZySslEchoServer server(0, {}, {}, {}, nullptr);
     LogCapture log;
@@ -107,7 +107,7 @@ void tst_ServerLog::tellsOfTlsErrors()
     QCOMPARE(log.texts(), lines({"Ssl errors occurred", "Ssl errors occurred"}));
 }
 
-void tst_ServerLog::tellsOfEachConnectionWhenDestroyed()
+void TestServerLog::tellsOfEachConnectionWhenDestroyed()
 {
     TestPrinter printer;
     RawPeer first(printer.port());
@@ -119,7 +119,7 @@ void tst_ServerLog::tellsOfEachConnectionWhenDestroyed()
     QCOMPARE(log.texts(serverCategory), lines({"~", "Client disconnected", "Client disconnected"}));
 }
 
-void tst_ServerLog::tellsOfADisconnectThatNoConnectionHad()
+void TestServerLog::tellsOfADisconnectThatNoConnectionHad()
 {
     ZySslEchoServer server(0, {}, {}, {}, nullptr);
     LogCapture log;
@@ -127,7 +127,7 @@ void tst_ServerLog::tellsOfADisconnectThatNoConnectionHad()
     QCOMPARE(log.texts(), lines({"Client disconnected"}));
 }
 
-void tst_ServerLog::writesDebugLinesOnly()
+void TestServerLog::writesDebugLinesOnly()
 {
     LogCapture log;
     {
@@ -144,7 +144,7 @@ void tst_ServerLog::writesDebugLinesOnly()
     }
 }
 
-void tst_ServerLog::obeysTheUsersFilter()
+void TestServerLog::obeysTheUsersFilter()
 {
     QLoggingCategory::setFilterRules(QStringLiteral("zywebsocket.server.debug=false"));
     LogCapture log;
@@ -157,5 +157,5 @@ void tst_ServerLog::obeysTheUsersFilter()
     QCOMPARE(log.texts(serverCategory), QStringList());
 }
 
-ZY_TEST(tst_ServerLog)
+ZY_TEST(TestServerLog)
 #include "tst_serverlog.moc"

@@ -37,7 +37,7 @@ bool transfersAFile(RawPeer &peer)
 
 } // namespace
 
-class tst_SpinningHost : public QObject
+class TestSpinningHost : public QObject
 {
     Q_OBJECT
 
@@ -71,12 +71,12 @@ static void addSignals()
     }
 }
 
-void tst_SpinningHost::answersAnotherPeerInside_data()
+void TestSpinningHost::answersAnotherPeerInside_data()
 {
     addSignals();
 }
 
-void tst_SpinningHost::answersAnotherPeerInside()
+void TestSpinningHost::answersAnotherPeerInside()
 {
     QFETCH(HostSignal, signal);
     TestPrinter printer;
@@ -95,12 +95,12 @@ void tst_SpinningHost::answersAnotherPeerInside()
     QVERIFY(other.expectNothing());
 }
 
-void tst_SpinningHost::answersBehindASpinningSlot_data()
+void TestSpinningHost::answersBehindASpinningSlot_data()
 {
     addSignals();
 }
 
-void tst_SpinningHost::answersBehindASpinningSlot()
+void TestSpinningHost::answersBehindASpinningSlot()
 {
     QFETCH(HostSignal, signal);
     // What the peer gets when the host does not spin…
@@ -133,7 +133,7 @@ void tst_SpinningHost::answersBehindASpinningSlot()
         QCOMPARE(peer.takeText(), text);
 }
 
-void tst_SpinningHost::stopsSilentlyWhenThePeerHasLeft_data()
+void TestSpinningHost::stopsSilentlyWhenThePeerHasLeft_data()
 {
     QTest::addColumn<HostSignal>("signal");
     QTest::addColumn<Ending>("ending");
@@ -145,7 +145,7 @@ void tst_SpinningHost::stopsSilentlyWhenThePeerHasLeft_data()
     }
 }
 
-void tst_SpinningHost::stopsSilentlyWhenThePeerHasLeft()
+void TestSpinningHost::stopsSilentlyWhenThePeerHasLeft()
 {
     QFETCH(HostSignal, signal);
     QFETCH(Ending, ending);
@@ -178,12 +178,12 @@ void tst_SpinningHost::stopsSilentlyWhenThePeerHasLeft()
                           QStringLiteral("sifGetVersionCheck()")}));
 }
 
-void tst_SpinningHost::survivesTwoPeersLeavingInsideNestedSlots_data()
+void TestSpinningHost::survivesTwoPeersLeavingInsideNestedSlots_data()
 {
     addSignals();
 }
 
-void tst_SpinningHost::survivesTwoPeersLeavingInsideNestedSlots()
+void TestSpinningHost::survivesTwoPeersLeavingInsideNestedSlots()
 {
     QFETCH(HostSignal, signal);
     TestPrinter printer;
@@ -213,7 +213,7 @@ void tst_SpinningHost::survivesTwoPeersLeavingInsideNestedSlots()
     QVERIFY(transfersAFile(other));
 }
 
-void tst_SpinningHost::answersAStartFileInside_data()
+void TestSpinningHost::answersAStartFileInside_data()
 {
     QTest::addColumn<HostSignal>("signal");
     QTest::addColumn<bool>("isAccepted");
@@ -227,7 +227,7 @@ void tst_SpinningHost::answersAStartFileInside_data()
     }
 }
 
-void tst_SpinningHost::answersAStartFileInside()
+void TestSpinningHost::answersAStartFileInside()
 {
     QFETCH(HostSignal, signal);
     QFETCH(bool, isAccepted);
@@ -255,7 +255,7 @@ void tst_SpinningHost::answersAStartFileInside()
     }
 }
 
-void tst_SpinningHost::savesTheRecordOnceWhenTheHostSpins()
+void TestSpinningHost::savesTheRecordOnceWhenTheHostSpins()
 {
     TestPrinter printer;
     RawTcpPeer peer(printer.port());
@@ -278,7 +278,7 @@ void tst_SpinningHost::savesTheRecordOnceWhenTheHostSpins()
     QCOMPARE(other.take().value(QStringLiteral("offset")), QJsonValue(QStringLiteral("3")));
 }
 
-void tst_SpinningHost::keepsTheFinishedFileWhenThePeerLeavesDuringItsCheck()
+void TestSpinningHost::keepsTheFinishedFileWhenThePeerLeavesDuringItsCheck()
 {
     TestPrinter printer;
     RawTcpPeer peer(printer.port());
@@ -293,7 +293,7 @@ void tst_SpinningHost::keepsTheFinishedFileWhenThePeerLeavesDuringItsCheck()
     QCOMPARE(entriesOf(printer.dir()), QStringList{modelName});
 }
 
-void tst_SpinningHost::dropsTheOutcomeOfACheckForAPeerThatLeft()
+void TestSpinningHost::dropsTheOutcomeOfACheckForAPeerThatLeft()
 {
     TestPrinter printer;
     RawPeer other(printer.port());
@@ -315,7 +315,7 @@ void tst_SpinningHost::dropsTheOutcomeOfACheckForAPeerThatLeft()
     QCOMPARE(other.take(), printStart(QStringLiteral("STARTED"), QStringLiteral("job")));
 }
 
-void tst_SpinningHost::survivesThePeerWhoseDataCompletedTheFile()
+void TestSpinningHost::survivesThePeerWhoseDataCompletedTheFile()
 {
     TestPrinter printer;
     RawPeer receiving(printer.port());
@@ -334,7 +334,7 @@ void tst_SpinningHost::survivesThePeerWhoseDataCompletedTheFile()
     QVERIFY(transfersAFile(receiving));
 }
 
-void tst_SpinningHost::survivesTheReceiverWhoseFileAnotherCompleted()
+void TestSpinningHost::survivesTheReceiverWhoseFileAnotherCompleted()
 {
     TestPrinter printer;
     RawPeer sending(printer.port());
@@ -352,7 +352,7 @@ void tst_SpinningHost::survivesTheReceiverWhoseFileAnotherCompleted()
     QVERIFY(transfersAFile(sending));
 }
 
-void tst_SpinningHost::ignoresASecondDisconnectOfTheSameConnection()
+void TestSpinningHost::ignoresASecondDisconnectOfTheSameConnection()
 {
     TestPrinter printer;
     RawPeer other(printer.port());
@@ -372,5 +372,5 @@ void tst_SpinningHost::ignoresASecondDisconnectOfTheSameConnection()
     QVERIFY(other.expectNothing());
 }
 
-ZY_TEST(tst_SpinningHost)
+ZY_TEST(TestSpinningHost)
 #include "tst_spinninghost.moc"

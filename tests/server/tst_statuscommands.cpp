@@ -33,7 +33,7 @@ const char getStatus[] = R"({"cmd":"GET_PRINT_STATUS","token":"secret"})";
 
 } // namespace
 
-class tst_StatusCommands : public QObject
+class TestStatusCommands : public QObject
 {
     Q_OBJECT
 
@@ -56,7 +56,7 @@ private Q_SLOTS:
     void leavesThePrintStateAlone();
 };
 
-void tst_StatusCommands::reportsEveryText()
+void TestStatusCommands::reportsEveryText()
 {
     TestPrinter printer;
     PrintStatusPara status;
@@ -84,7 +84,7 @@ void tst_StatusCommands::reportsEveryText()
     QVERIFY(peer.expectNothing());
 }
 
-void tst_StatusCommands::reportsThePrinterStateAsAWord_data()
+void TestStatusCommands::reportsThePrinterStateAsAWord_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("word");
@@ -101,7 +101,7 @@ void tst_StatusCommands::reportsThePrinterStateAsAWord_data()
         QTest::addRow("%d", code) << code << QStringLiteral("");
 }
 
-void tst_StatusCommands::reportsThePrinterStateAsAWord()
+void TestStatusCommands::reportsThePrinterStateAsAWord()
 {
     QFETCH(int, code);
     QFETCH(QString, word);
@@ -113,7 +113,7 @@ void tst_StatusCommands::reportsThePrinterStateAsAWord()
     QCOMPARE(peer.ask(getStatus), emptyStatus(word));
 }
 
-void tst_StatusCommands::asksForTheStatusWithTheToken_data()
+void TestStatusCommands::asksForTheStatusWithTheToken_data()
 {
     QTest::addColumn<QByteArray>("request");
     QTest::addColumn<QString>("call");
@@ -128,7 +128,7 @@ void tst_StatusCommands::asksForTheStatusWithTheToken_data()
     row("other keys are not read", R"({"cmd":"GET_PRINT_STATUS","filename":"x","resin":"y"})", "");
 }
 
-void tst_StatusCommands::asksForTheStatusWithTheToken()
+void TestStatusCommands::asksForTheStatusWithTheToken()
 {
     QFETCH(QByteArray, request);
     TestPrinter printer;
@@ -137,7 +137,7 @@ void tst_StatusCommands::asksForTheStatusWithTheToken()
     QTEST(printer.host().calls().join(QLatin1Char(';')), "call");
 }
 
-void tst_StatusCommands::handsOverSixParameters()
+void TestStatusCommands::handsOverSixParameters()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -152,14 +152,14 @@ void tst_StatusCommands::handsOverSixParameters()
     QVERIFY(!printer.host().lastRecord().resin.isNull());
 }
 
-void tst_StatusCommands::acknowledgesParametersWithAnEmptyStatus_data()
+void TestStatusCommands::acknowledgesParametersWithAnEmptyStatus_data()
 {
     QTest::addColumn<int>("written");
     for (const int written : {-1, 0, 1, 6, 7, 8})
         QTest::addRow("host writes %d", written) << written;
 }
 
-void tst_StatusCommands::acknowledgesParametersWithAnEmptyStatus()
+void TestStatusCommands::acknowledgesParametersWithAnEmptyStatus()
 {
     QFETCH(int, written);
     TestPrinter printer;
@@ -173,7 +173,7 @@ void tst_StatusCommands::acknowledgesParametersWithAnEmptyStatus()
     QVERIFY(peer.expectNothing());
 }
 
-void tst_StatusCommands::reportsTheVersionWithoutACommandWord_data()
+void TestStatusCommands::reportsTheVersionWithoutACommandWord_data()
 {
     QTest::addColumn<QString>("version");
     QTest::newRow("1") << QStringLiteral("1");
@@ -181,7 +181,7 @@ void tst_StatusCommands::reportsTheVersionWithoutACommandWord_data()
     QTest::newRow("empty") << QStringLiteral("");
 }
 
-void tst_StatusCommands::reportsTheVersionWithoutACommandWord()
+void TestStatusCommands::reportsTheVersionWithoutACommandWord()
 {
     QFETCH(QString, version);
     TestPrinter printer;
@@ -192,7 +192,7 @@ void tst_StatusCommands::reportsTheVersionWithoutACommandWord()
     QCOMPARE(printer.host().calls(), QStringList{QStringLiteral("sifGetVersionCheck()")});
 }
 
-void tst_StatusCommands::reportsADefaultRecordWithoutAHost()
+void TestStatusCommands::reportsADefaultRecordWithoutAHost()
 {
     const ZySslEchoServer server(0, {}, {}, {}, nullptr);
     RawPeer peer(server.serverPort());
@@ -202,14 +202,14 @@ void tst_StatusCommands::reportsADefaultRecordWithoutAHost()
              json(R"({"cmd":"PRINT_PARA_SET","status":""})"));
 }
 
-void tst_StatusCommands::readsParametersThatAreNoTextsAsEmpty_data()
+void TestStatusCommands::readsParametersThatAreNoTextsAsEmpty_data()
 {
     QTest::addColumn<QByteArray>("value");
     for (const char *value : {"5", "1.5", "true", "null", "[\"5\"]", "{\"a\":\"5\"}"})
         QTest::newRow(value) << QByteArray(value);
 }
 
-void tst_StatusCommands::readsParametersThatAreNoTextsAsEmpty()
+void TestStatusCommands::readsParametersThatAreNoTextsAsEmpty()
 {
     QFETCH(QByteArray, value);
     TestPrinter printer;
@@ -219,7 +219,7 @@ void tst_StatusCommands::readsParametersThatAreNoTextsAsEmpty()
              QStringList{QStringLiteral("sigSetPrintPara(||||||||7||||0, )")});
 }
 
-void tst_StatusCommands::answersWhileAnotherConnectionReceives()
+void TestStatusCommands::answersWhileAnotherConnectionReceives()
 {
     TestPrinter printer;
     RawPeer receiving(printer.port());
@@ -231,7 +231,7 @@ void tst_StatusCommands::answersWhileAnotherConnectionReceives()
     QCOMPARE(other.ask(R"({"cmd":"VERSION_CHECK"})"), json(R"({"version":"1"})"));
 }
 
-void tst_StatusCommands::leavesThePrintStateAlone()
+void TestStatusCommands::leavesThePrintStateAlone()
 {
     TestPrinter printer;
     RawPeer peer(printer.port());
@@ -242,5 +242,5 @@ void tst_StatusCommands::leavesThePrintStateAlone()
     QCOMPARE(valueOf(PrintState(), *printer.handles().first()), 4);
 }
 
-ZY_TEST(tst_StatusCommands)
+ZY_TEST(TestStatusCommands)
 #include "tst_statuscommands.moc"

@@ -51,7 +51,7 @@ bool isServed(TestPrinter &printer)
 
 } // namespace
 
-class tst_VanishingPeer : public QObject
+class TestVanishingPeer : public QObject
 {
     Q_OBJECT
 
@@ -81,12 +81,12 @@ static void addSessionRows()
     }
 }
 
-void tst_VanishingPeer::leavesAfterTheReply_data()
+void TestVanishingPeer::leavesAfterTheReply_data()
 {
     addSessionRows();
 }
 
-void tst_VanishingPeer::leavesAfterTheReply()
+void TestVanishingPeer::leavesAfterTheReply()
 {
     QFETCH(int, count);
     QFETCH(Ending, ending);
@@ -106,12 +106,12 @@ void tst_VanishingPeer::leavesAfterTheReply()
     QVERIFY(isServed(printer));
 }
 
-void tst_VanishingPeer::leavesWithoutWaitingForTheReply_data()
+void TestVanishingPeer::leavesWithoutWaitingForTheReply_data()
 {
     addSessionRows();
 }
 
-void tst_VanishingPeer::leavesWithoutWaitingForTheReply()
+void TestVanishingPeer::leavesWithoutWaitingForTheReply()
 {
     QFETCH(int, count);
     QFETCH(Ending, ending);
@@ -128,7 +128,7 @@ void tst_VanishingPeer::leavesWithoutWaitingForTheReply()
     QVERIFY(isServed(printer));
 }
 
-void tst_VanishingPeer::leavesInTheMiddleOfAFrame_data()
+void TestVanishingPeer::leavesInTheMiddleOfAFrame_data()
 {
     QTest::addColumn<QByteArray>("frame");
     QTest::addColumn<Ending>("ending");
@@ -141,7 +141,7 @@ void tst_VanishingPeer::leavesInTheMiddleOfAFrame_data()
     }
 }
 
-void tst_VanishingPeer::leavesInTheMiddleOfAFrame()
+void TestVanishingPeer::leavesInTheMiddleOfAFrame()
 {
     QFETCH(QByteArray, frame);
     QFETCH(Ending, ending);
@@ -170,12 +170,12 @@ void tst_VanishingPeer::leavesInTheMiddleOfAFrame()
     QVERIFY(isServed(printer));
 }
 
-void tst_VanishingPeer::leavesInTheMiddleOfAFragmentedMessage_data()
+void TestVanishingPeer::leavesInTheMiddleOfAFragmentedMessage_data()
 {
     addEndings();
 }
 
-void tst_VanishingPeer::leavesInTheMiddleOfAFragmentedMessage()
+void TestVanishingPeer::leavesInTheMiddleOfAFragmentedMessage()
 {
     QFETCH(Ending, ending);
     TestPrinter printer;
@@ -195,7 +195,7 @@ void tst_VanishingPeer::leavesInTheMiddleOfAFragmentedMessage()
     QCOMPARE(receiving.take(), checkData(1));
 }
 
-void tst_VanishingPeer::leavesDuringTheHandshake()
+void TestVanishingPeer::leavesDuringTheHandshake()
 {
     TestPrinter printer;
     const QByteArray handshake("GET / HTTP/1.1\r\nHost: 127.0.0.1\r\nUpgrade: websocket\r\n"
@@ -213,7 +213,7 @@ void tst_VanishingPeer::leavesDuringTheHandshake()
     QVERIFY(printer.waitForConnections(0));
 }
 
-void tst_VanishingPeer::breaksTheWebSocketProtocol_data()
+void TestVanishingPeer::breaksTheWebSocketProtocol_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QByteArray unmasked = commandFrame("VERSION_CHECK");
@@ -228,7 +228,7 @@ void tst_VanishingPeer::breaksTheWebSocketProtocol_data()
     QTest::newRow("a frame of 2^62 bytes") << QByteArray::fromHex("82ff400000000000000012345678");
 }
 
-void tst_VanishingPeer::breaksTheWebSocketProtocol()
+void TestVanishingPeer::breaksTheWebSocketProtocol()
 {
     QFETCH(QByteArray, bytes);
     TestPrinter printer;
@@ -242,7 +242,7 @@ void tst_VanishingPeer::breaksTheWebSocketProtocol()
     QCOMPARE(printer.host().count(QStringLiteral("sifGetVersionCheck")), 0);
 }
 
-void tst_VanishingPeer::comesAndGoesInCrowds()
+void TestVanishingPeer::comesAndGoesInCrowds()
 {
     TestPrinter printer;
     for (int round = 0; round < 5; ++round) {
@@ -258,5 +258,5 @@ void tst_VanishingPeer::comesAndGoesInCrowds()
     QVERIFY(isServed(printer));
 }
 
-ZY_TEST(tst_VanishingPeer)
+ZY_TEST(TestVanishingPeer)
 #include "tst_vanishingpeer.moc"

@@ -35,7 +35,7 @@ QJsonObject offer(RawPeer &peer, const QByteArray &contents)
 
 } // namespace
 
-class tst_ServerWindow : public QObject
+class TestServerWindow : public QObject
 {
     Q_OBJECT
 
@@ -48,7 +48,7 @@ private Q_SLOTS:
     void ignoresWhatWasUnderWayAtACancel();
 };
 
-void tst_ServerWindow::announcesWhatItsHostAskedFor_data()
+void TestServerWindow::announcesWhatItsHostAskedFor_data()
 {
     QTest::addColumn<int>("window");
     QTest::addColumn<QJsonValue>("announced");
@@ -58,7 +58,7 @@ void tst_ServerWindow::announcesWhatItsHostAskedFor_data()
     QTest::newRow("many") << 16 << QJsonValue(16);
 }
 
-void tst_ServerWindow::announcesWhatItsHostAskedFor()
+void TestServerWindow::announcesWhatItsHostAskedFor()
 {
     QFETCH(const int, window);
     QFETCH(const QJsonValue, announced);
@@ -85,7 +85,7 @@ void tst_ServerWindow::announcesWhatItsHostAskedFor()
     QCOMPARE(slicer.take(), accepted(modelName, QStringLiteral("5")));
 }
 
-void tst_ServerWindow::answersEachOfManyChunksInTurn()
+void TestServerWindow::answersEachOfManyChunksInTurn()
 {
     const QByteArray contents = randomBytes(5 * chunkBytes - 3);
     TestPrinter printer(windowOf(2));
@@ -100,7 +100,7 @@ void tst_ServerWindow::answersEachOfManyChunksInTurn()
     QVERIFY(readFile(printer.path(modelName)) == contents);
 }
 
-void tst_ServerWindow::resumesBehindWhatWasUnderWay()
+void TestServerWindow::resumesBehindWhatWasUnderWay()
 {
     const QByteArray contents = randomBytes(4 * chunkBytes);
     const auto chunks = chunksOf(contents);
@@ -122,7 +122,7 @@ void tst_ServerWindow::resumesBehindWhatWasUnderWay()
     QVERIFY(readFile(printer.path(modelName)) == contents);
 }
 
-void tst_ServerWindow::losesNothingAfterAChunkThatItCannotRead()
+void TestServerWindow::losesNothingAfterAChunkThatItCannotRead()
 {
     const QByteArray contents = randomBytes(4 * chunkBytes);
     const auto chunks = chunksOf(contents);
@@ -146,7 +146,7 @@ void tst_ServerWindow::losesNothingAfterAChunkThatItCannotRead()
     QVERIFY(readFile(printer.path(modelName)) == contents);
 }
 
-void tst_ServerWindow::ignoresWhatWasUnderWayAtACancel()
+void TestServerWindow::ignoresWhatWasUnderWayAtACancel()
 {
     const QByteArray contents = randomBytes(4 * chunkBytes);
     TestPrinter printer(windowOf(2));
@@ -161,5 +161,5 @@ void tst_ServerWindow::ignoresWhatWasUnderWayAtACancel()
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
-ZY_TEST(tst_ServerWindow)
+ZY_TEST(TestServerWindow)
 #include "tst_window.moc"
