@@ -85,8 +85,7 @@ void MqttConnection::close()
     m_retry.stop();
     m_upkeep.stop();
     m_probe.abort();
-    m_readable.reset();
-    m_writable.reset();
+    unwatch();
     m_client.reset();
     m_inbox.clear();
     m_isOpen = false;
@@ -109,6 +108,7 @@ QString MqttConnection::makeClient()
 {
     m_client.reset(
         mosquitto_new(m_session.clientId.toUtf8().constData(), !m_session.holdsMessages, this));
+    ++m_clients;
     mosquitto *client = m_client.get();
     mosquitto_int_option(client, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V5);
     mosquitto_int_option(client, MOSQ_OPT_TCP_NODELAY, 1);
@@ -178,11 +178,24 @@ void MqttConnection::connectNow()
 void MqttConnection::watch()
 {
     const int descriptor = mosquitto_socket(m_client.get());
-    m_readable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
-    m_writable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Write);
-    connect(m_readable.get(), &QSocketNotifier::activated, this, [this] { read(); });
-    connect(m_writable.get(), &QSocketNotifier::activated, this, [this] { write(); });
+    m_readable = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
+    m_writable = new QSocketNotifier(descriptor, QSocketNotifier::Write, this);
+    connect(m_readable, &QSocketNotifier::activated, this, [this] { read(); });
+    connect(m_writable, &QSocketNotifier::activated, this, [this] { write(); });
     write();
+}
+
+/// Also in a slot of the notifiers. The library may have closed the socket already.
+void MqttConnection::unwatch()
+{
+    for (QSocketNotifier *notifier : {m_readable, m_writable}) {
+        if (!notifier)
+            continue;
+        notifier->setEnabled(false);
+        notifier->deleteLater();
+    }
+    m_readable = nullptr;
+    m_writable = nullptr;
 }
 
 void MqttConnection::read()
@@ -214,12 +227,20 @@ void MqttConnection::write()
     if (!m_client || m_isHolding)
         return;
     const int code = mosquitto_loop_write(m_client.get(), 1);
-    if (code == MOSQ_ERR_SUCCESS)
-        m_writable->setEnabled(mosquitto_want_write(m_client.get()));
-    else
-        // Not inside a slot that publishes.
-        QMetaObject::invokeMethod(
-            this, [this, code] { drop(errorText(code)); }, Qt::QueuedConnection);
+    if (code == MOSQ_ERR_SUCCESS) {
+        if (m_writable)
+            m_writable->setEnabled(mosquitto_want_write(m_client.get()));
+        return;
+    }
+    unwatch();
+    // Not inside a slot that publishes; the client may be another by then.
+    QMetaObject::invokeMethod(
+        this,
+        [this, number = m_clients, why = errorText(code)] {
+            if (number == m_clients)
+                drop(why);
+        },
+        Qt::QueuedConnection);
 }
 
 void MqttConnection::keepUp()
