@@ -82,8 +82,7 @@ QString Bridge::start()
 {
     for (const zysession::Printer &printer : m_configuration.printers)
         addStation(printer);
-    const QString fault
-        = m_jobs.start(m_configuration.stateDirectory + QLatin1String("/jobs.sqlite"));
+    QString fault = m_jobs.start(m_configuration.stateDirectory + QLatin1String("/jobs.sqlite"));
     if (!fault.isEmpty())
         return fault;
     m_broker.open();

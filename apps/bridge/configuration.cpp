@@ -72,7 +72,7 @@ public:
     QStringList keysIn(const QString &section)
     {
         m_settings.beginGroup(section);
-        const QStringList keys = m_settings.allKeys();
+        QStringList keys = m_settings.allKeys();
         m_settings.endGroup();
         return keys;
     }

@@ -67,7 +67,7 @@ JobDesk::~JobDesk() = default;
 
 QString JobDesk::start(const QString &file)
 {
-    const QString fault = m_ledger.open(file);
+    QString fault = m_ledger.open(file);
     if (!fault.isEmpty())
         return fault;
     for (const JobLedger::Entry &entry : m_ledger.unfinished()) {
