@@ -11,17 +11,7 @@ from pathlib import Path
 
 BEGIN, END = "<!-- results:begin -->", "<!-- results:end -->"
 MIB = 1024 * 1024
-FLOOR_def farm_table(section):
-    return table(
-        ["Printers", "Memory, MiB", "KiB for each", "Idle, % of a core", "CPU for a job, ms",
-         "the broker's, ms", "Change to message, ms", "99th percentile, ms"],
-        [[row["printers"], f"{row['memory'] / MIB:.1f}",
-          f"{row['memory'] / 1024 / row['printers']:.0f}", f"{row['idle'] * 100:.1f}",
-          milliseconds(row["job"]), milliseconds(row["broker"]), milliseconds(row["median"]),
-          milliseconds(row["p99"])] for row in section["rows"]])
-
-
-SECTIONS = {
+FLOOR_SECTIONS = {
     "transfer": "Sending a file, against bare Qt",
     "status": "GET_PRINT_STATUS, against bare Qt",
     "crowd": "Many connections, against bare Qt",
