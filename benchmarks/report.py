@@ -135,11 +135,22 @@ def expectations(shaped):
             table(heads, lines))
 
 
+def farm_table(section):
+    return table(
+        ["Printers", "Memory, MiB", "KiB for each", "Idle, % of a core", "CPU for a job, ms",
+         "the broker's, ms", "Change to message, ms", "99th percentile, ms"],
+        [[row["printers"], f"{row['memory'] / MIB:.1f}",
+          f"{row['memory'] / 1024 / row['printers']:.0f}", f"{row['idle'] * 100:.1f}",
+          milliseconds(row["job"]), milliseconds(row["broker"]), milliseconds(row["median"]),
+          milliseconds(row["p99"])] for row in section["rows"]])
+
+
 SECTIONS = {
     **{name: (title, floor_table) for name, title in FLOOR_SECTIONS.items()},
     "protection": ("What protection costs, against the default server", protection_table),
     "gap": ("How long the sending application's own thread is kept", gap_table),
     "peers": ("Other ways to send the same files", peers_tables),
+    "farm": ("A farm at one bridge", farm_table),
     "roundtrip": ("One acknowledgement per chunk, on links with a delay", roundtrip_tables),
 }
 PROFILE = "profile.md"  # what profile.py printed; tables already

@@ -4,6 +4,7 @@
 
 #include "bridge.h"
 
+#include "homeassistant.h"
 #include "metrics.h"
 #include "mqtt/topics.h"
 
@@ -15,7 +16,8 @@ namespace zybridge
 namespace
 {
 
-constexpr int metricsInterval = 5000; // ms
+constexpr int metricsInterval = 1000; // ms
+constexpr qint64 unchangedInterval = 5000; // ms, while the groups have nothing new
 constexpr quint32 bridgeWillDelay = 3; // s, so that a short loss makes no other bridge step in
 constexpr quint32 bridgeSession = 10; // s; a will is delayed no longer than the session lasts
 
@@ -64,7 +66,10 @@ Bridge::Bridge(const Configuration &configuration, QObject *parent)
                 m_jobs.take(*connection, message);
             });
     connect(&m_settle, &QTimer::timeout, this, &Bridge::takeJobs);
-    connect(&m_metrics, &QTimer::timeout, this, &Bridge::publishMetrics);
+    connect(&m_metrics, &QTimer::timeout, this, [this] {
+        if (groupMetrics() != m_groupMetrics || m_sinceMetrics.hasExpired(unchangedInterval))
+            publishMetrics();
+    });
     for (const char *filter : {"zy/+/command", "zy/+/send", "zy/+/availability", "zy/bridge/+/+"})
         m_broker.subscribe(QLatin1String(filter));
     for (const QString &group : configuration.groups.keys())
@@ -77,8 +82,7 @@ QString Bridge::start()
 {
     for (const zysession::Printer &printer : m_configuration.printers)
         addStation(printer);
-    const QString fault
-        = m_jobs.start(m_configuration.stateDirectory + QLatin1String("/jobs.sqlite"));
+    QString fault = m_jobs.start(m_configuration.stateDirectory + QLatin1String("/jobs.sqlite"));
     if (!fault.isEmpty())
         return fault;
     m_broker.open();
@@ -117,6 +121,12 @@ void Bridge::onOpened()
     m_broker.publish(message);
     m_jobs.publishAll();
     publishMetrics();
+    if (m_configuration.announcesToHomeAssistant) {
+        for (const auto &each : m_stations) {
+            for (const Message &config : homeAssistantMessages(each.first))
+                m_broker.publish(config);
+        }
+    }
     m_settle.start();
 }
 
@@ -189,6 +199,8 @@ QJsonObject Bridge::groupMetrics() const
 
 void Bridge::publishMetrics()
 {
+    m_groupMetrics = groupMetrics();
+    m_sinceMetrics.start();
     QJsonArray names;
     int online = 0;
     for (const auto &each : m_stations) {
@@ -200,7 +212,7 @@ void Bridge::publishMetrics()
     metrics.insert(QStringLiteral("printers"), names);
     metrics.insert(QStringLiteral("online"), online);
     metrics.insert(QStringLiteral("brokerLosses"), m_brokerLosses);
-    metrics.insert(QStringLiteral("groups"), groupMetrics());
+    metrics.insert(QStringLiteral("groups"), m_groupMetrics);
     metrics.insert(QStringLiteral("printsEnded"), m_jobs.printsEnded());
     metrics.insert(QStringLiteral("time"), now());
     Message message;

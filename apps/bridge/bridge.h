@@ -55,6 +55,8 @@ private:
     SessionHeir m_heir;
     QTimer m_settle; ///< from the broker's answer until jobs are taken
     QTimer m_metrics;
+    QJsonObject m_groupMetrics; ///< as published
+    QElapsedTimer m_sinceMetrics;
     int m_brokerLosses = 0;
 };
 

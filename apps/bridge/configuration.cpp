@@ -72,7 +72,7 @@ public:
     QStringList keysIn(const QString &section)
     {
         m_settings.beginGroup(section);
-        const QStringList keys = m_settings.allKeys();
+        QStringList keys = m_settings.allKeys();
         m_settings.endGroup();
         return keys;
     }
@@ -202,6 +202,9 @@ QStringList Configuration::read(const QString &file)
                      QStringLiteral("use letters, digits, '-' and '_'"));
     spool = reader.path(QStringLiteral("bridge/spool"), true);
     stateDirectory = reader.path(QStringLiteral("bridge/state"), true);
+    if (stateDirectory.isEmpty())
+        reader.fault(QStringLiteral("bridge/state is missing"), file,
+                     QStringLiteral("name a directory of the bridge's own"));
     polling = reader.number(QStringLiteral("bridge/poll"), polling, 50, 60000);
     settling = reader.number(QStringLiteral("bridge/settle"), settling, 0, 60000);
     uploads = reader.number(QStringLiteral("bridge/uploads"), uploads, 1, 100);

@@ -3,7 +3,7 @@
 // zybridge: reads its configuration and runs until a signal stops it.
 
 #include "bridge.h"
-#include "commandline.h"
+#include "bridgeoptions.h"
 #include "errorline.h"
 #include "unixsignals.h"
 
@@ -18,26 +18,6 @@ namespace
 {
 
 enum ExitCode { Ok = 0, BadConfiguration = 3, BadState = 4, NameTaken = 5 };
-
-struct Options {
-    std::string file;
-    bool isCheck = false;
-};
-
-std::optional<int> readOptions(int argc, char **argv, Options &options)
-{
-    CLI::App app(
-        "Connects resin printers to an MQTT broker: their state, commands, files and jobs.",
-        "zybridge");
-    app.add_option("--config", options.file, "The configuration file, see zybridge(1)")->required();
-    app.add_flag("--check-config", options.isCheck,
-                 "Say what is wrong with the configuration file and exit");
-    zyapp::addVersionFlag(app, "zybridge");
-    app.footer("Exit codes: 0 stopped by a signal, or nothing wrong; 2 wrong usage; 3 wrong\n"
-               "configuration; 4 the state directory cannot be used; 5 another bridge of the same\n"
-               "name is at the broker.");
-    return zyapp::parse(app, argc, argv);
-}
 
 void printLine(const QString &line)
 {
@@ -72,15 +52,15 @@ int run(const zybridge::Configuration &configuration)
 
 int main(int argc, char **argv)
 {
-    Options options;
-    if (const auto code = readOptions(argc, argv, options))
+    zybridge::BridgeOptions options;
+    if (const auto code = zybridge::readOptions(argc, argv, options))
         return *code;
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("zybridge"));
     // The library's debug lines are for its developers: QT_LOGGING_RULES brings them back.
     QLoggingCategory::setFilterRules(QStringLiteral("zywebsocket.*.debug=false"));
     zybridge::Configuration configuration;
-    const QString file = QFileInfo(zyapp::fromArgument(options.file)).absoluteFilePath();
+    const QString file = QFileInfo(options.file).absoluteFilePath();
     const QStringList faults = configuration.read(file);
     for (const QString &fault : faults)
         std::fprintf(stderr, "zybridge: %s\n", qPrintable(zyapp::onOneLine(fault)));

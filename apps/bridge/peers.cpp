@@ -34,6 +34,7 @@ void Peers::take(const Message &message)
     }
     if (levels.size() != 4 || levels[1] != QLatin1String("bridge"))
         return;
+    bool isTwice = false;
     if (message.payload.isEmpty()) {
         m_peers.remove(levels[2]);
     } else if (levels[3] == QLatin1String("availability")) {
@@ -41,10 +42,11 @@ void Peers::take(const Message &message)
     } else if (levels[3] == QLatin1String("metrics")) {
         const QJsonObject metrics = QJsonDocument::fromJson(message.payload).object();
         m_peers[levels[2]].metrics = metrics;
-        if (levels[2] == m_self && isAnotherSelf(metrics))
-            Q_EMIT selfIsTwice();
+        isTwice = levels[2] == m_self && isAnotherSelf(metrics);
     }
     Q_EMIT changed();
+    if (isTwice)
+        Q_EMIT selfIsTwice();
 }
 
 /// An earlier one that has ended has published nothing since this one's start.

@@ -9,11 +9,14 @@
 #include <QDateTime>
 #include <QDir>
 #include <QLoggingCategory>
+#include <QThread>
 #include <QTimer>
 
 #include <cstdio>
 #include <memory>
 #include <vector>
+
+#include <sched.h>
 
 namespace
 {
@@ -104,6 +107,30 @@ private:
     int m_layer = 0;
 };
 
+/// A thread for each printer, since a server changes the current directory; here that of its thread
+/// alone.
+class PrinterThread : public QThread
+{
+public:
+    PrinterThread(const QString &name, const QString &directory, int layerTime)
+        : m_name(name), m_directory(directory), m_layerTime(layerTime)
+    {
+    }
+
+protected:
+    void run() override
+    {
+        unshare(CLONE_FS);
+        const VirtualPrinter printer(m_name, m_directory, m_layerTime);
+        exec();
+    }
+
+private:
+    const QString m_name;
+    const QString m_directory;
+    const int m_layerTime;
+};
+
 } // namespace
 
 /// farm DIRECTORY COUNT LAYER_TIME
@@ -113,12 +140,13 @@ int main(int argc, char **argv)
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
     const QStringList arguments = QCoreApplication::arguments();
     const QDir directory(QDir(arguments.at(1)).absolutePath());
-    std::vector<std::unique_ptr<VirtualPrinter>> printers;
+    std::vector<std::unique_ptr<PrinterThread>> printers;
     for (int i = 0; i < arguments.at(2).toInt(); ++i) {
         const QString name = QStringLiteral("printer%1").arg(i);
         directory.mkpath(name);
-        printers.push_back(std::make_unique<VirtualPrinter>(name, directory.filePath(name),
-                                                            arguments.at(3).toInt()));
+        printers.push_back(std::make_unique<PrinterThread>(name, directory.filePath(name),
+                                                           arguments.at(3).toInt()));
+        printers.back()->start();
     }
     return QCoreApplication::exec();
 }

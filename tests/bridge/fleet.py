@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """A broker, bridges, printers and a client of the broker, for the tests of zybridge."""
 
+import functools
 import json
 import os
 import pathlib
@@ -14,6 +15,7 @@ import threading
 import time
 import uuid
 
+import jsonschema
 import paho.mqtt.client as mqtt
 from paho.mqtt.packettypes import PacketTypes
 from paho.mqtt.properties import Properties
@@ -35,7 +37,7 @@ def wait_for(condition, what, patience=PATIENCE):
         value = condition()
         if value:
             return value
-        time.sleep(0.02)
+        time.sleep(0.05)
     raise AssertionError(f"waited in vain for {what}")
 
 
@@ -82,7 +84,7 @@ class Broker:
         conf.write_text("\n".join([
             "user root", f"listener {self.port} 127.0.0.1", "persistence true",
             f"persistence_location {self.directory}/", "autosave_interval 1",
-            "autosave_on_changes true", "max_queued_messages 10000",
+            "max_queued_messages 10000",
             *(self._settings or ["allow_anonymous true"])]))
         # As root it would become another user, which cannot write into this directory.
         self.process = Process(os.environ["MOSQUITTO"], "-c", conf, stderr=subprocess.STDOUT,
@@ -97,8 +99,33 @@ class Broker:
         self.process.kill()
 
 
+class Schemas:
+    """The schemas of the topics."""
+
+    NAMES = {r"zy/jobs/[^/]+": "job", r"zy/jobs/[^/]+/[^/]+": "job-record",
+             r"zy/bridge/[^/]+/metrics": "bridge-metrics", r"zy/[^/]+/state": "state",
+             r"zy/[^/]+/event": "event"}
+
+    def __init__(self):
+        self._directory = pathlib.Path(os.environ["ZYSCHEMAS"])
+
+    @functools.lru_cache(None)
+    def of(self, name):
+        text = (self._directory / f"{name}.json").read_text()
+        return jsonschema.Draft202012Validator(json.loads(text))
+
+    def name_for(self, topic):
+        return next((name for pattern, name in self.NAMES.items() if re.fullmatch(pattern, topic)),
+                    None)
+
+    def complaint(self, name, value):
+        fault = jsonschema.exceptions.best_match(self.of(name).iter_errors(value))
+        return fault and f"{name}: {fault.message} in {value}"
+
+
 class Client:
-    """A client of the broker that keeps what it hears."""
+    """A client of the broker that keeps what it hears. What bridges say has to follow the schemas;
+    requests of tests need not."""
 
     def __init__(self, port, *filters, user=None, password=None):
         self.last = {}  # the newest payload by topic
@@ -148,6 +175,8 @@ class Client:
         while True:
             found, answer = self._replies.get(timeout=max(0.01, end - time.monotonic()))
             if found == correlation:
+                complaint = Schemas().complaint("answer", answer)
+                assert not complaint, complaint
                 return answer
 
     def wait_for(self, topic, condition=lambda value: True):
@@ -159,6 +188,16 @@ class Client:
             return value is not None and condition(value) and [value]
         return wait_for(look, f"{topic}, which is {self.last.get(topic)}")[0]
 
+    def restart(self, broker, printers):
+        """Kills the broker and starts it again. Once a printer is available again, its connection
+        takes jobs; the broker may have forgotten those of its last second."""
+        broker.kill()
+        for printer in printers:
+            self.last.pop(f"zy/{printer}/availability", None)
+        broker.start()
+        for printer in printers:
+            self.wait_for(f"zy/{printer}/availability", lambda value: value == "online")
+
     def events(self, printer):
         return [json.loads(payload) for _, topic, payload in list(self.heard)
                 if topic == f"zy/{printer}/event"]
@@ -166,6 +205,17 @@ class Client:
     def close(self):
         self.mqtt.disconnect()
         self.mqtt.loop_stop()
+        self.forget()
+
+    def forget(self):
+        """What was heard, after it was held against the schemas; of a farm's only the beginning."""
+        schemas = Schemas()
+        for _, topic, payload in self.heard[:2000]:
+            name = schemas.name_for(topic)
+            if name and name != "job" and payload:
+                complaint = schemas.complaint(name, json.loads(payload))
+                assert not complaint, complaint
+        self.heard.clear()
 
 
 class Bridge:

@@ -150,7 +150,7 @@ class Jobs(unittest.TestCase):
         bridge = self.bridge("a", {"slow": printer.url})
         self.submit("careful")
         fleet.wait_for(lambda: "checking" in printer.log(), "the check")
-        self.assertEqual(self.client.json("zy/jobs/resin/careful")["state"], "starting")
+        self.wait_for_job("careful", "starting")
         bridge.kill()
         bridge.start()
         self.wait_for_job("careful", "printing", "complete")
@@ -162,8 +162,9 @@ class Jobs(unittest.TestCase):
         for job in jobs:
             self.submit(job)
         fleet.wait_for(lambda: len(farm.says("printing")) == 2, "two prints")
-        self.broker.kill()
-        self.broker.start()
+        self.client.restart(self.broker, farm.printers)
+        for job in jobs:
+            self.submit(job)
         for job in jobs:
             self.wait_for_job(job, "complete")
         self.assert_printed_once(farm, *jobs)

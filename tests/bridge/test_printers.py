@@ -44,7 +44,7 @@ class WithBroker(unittest.TestCase):
         cls.client.wait_for("zy/bench/availability", lambda value: value == "online")
 
     def setUp(self):
-        self.client.heard.clear()
+        self.client.forget()
 
     def assertRefused(self, answer, error, part):
         self.assertIs(answer["ok"], False)

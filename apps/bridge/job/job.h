@@ -20,6 +20,12 @@ struct Job {
     struct Copy {
         QPointer<MqttConnection> connection; ///< holds it until the job is settled
         Message message;
+
+        void acknowledge() const
+        {
+            if (connection)
+                connection->acknowledge(message.delivery);
+        }
     };
 
     JobRecord record;
@@ -29,6 +35,8 @@ struct Job {
     int suspicions = 0; ///< printers that refused it
     int handOver = 0; ///< number of the message that gives it to another bridge; 0: none
     QVector<Copy> copies;
+    QVector<Copy>
+        leaving; ///< given to another bridge by that message; they may come back as others
     std::unique_ptr<Placement> placement;
 
     /// The fault, empty when @p request names a job and its file.

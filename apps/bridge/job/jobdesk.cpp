@@ -67,7 +67,7 @@ JobDesk::~JobDesk() = default;
 
 QString JobDesk::start(const QString &file)
 {
-    const QString fault = m_ledger.open(file);
+    QString fault = m_ledger.open(file);
     if (!fault.isEmpty())
         return fault;
     for (const JobLedger::Entry &entry : m_ledger.unfinished()) {
@@ -111,8 +111,10 @@ void JobDesk::setActive(bool isActive)
     if (!isActive) {
         // A lost broker says nothing of what was on the way to it.
         m_lastRecords.clear();
-        for (auto &each : m_jobs)
+        for (auto &each : m_jobs) {
             each.second.handOver = 0;
+            each.second.leaving.clear();
+        }
     }
     consider();
 }
@@ -199,7 +201,7 @@ void JobDesk::consider()
             release(job);
             if (!job.isOwn || job.record.isOver())
                 m_jobs.erase(key);
-        } else if (!job.isOwn && job.copies.isEmpty()) {
+        } else if (!job.isOwn && job.copies.isEmpty() && job.handOver == 0) {
             m_jobs.erase(key);
         } else if (m_isActive && !job.placement && job.handOver == 0 && mayClaim(job)) {
             if (Station *station = freeStation(job.record.group))

@@ -99,9 +99,11 @@ void JobDesk::release(Job &job)
     const QVector<Job::Copy> copies = std::exchange(job.copies, {});
     for (const Job::Copy &copy : copies) {
         respond(m_broker, copy.message, answerOf(job.record));
-        if (copy.connection)
-            copy.connection->acknowledge(copy.message.delivery);
+        copy.acknowledge();
     }
+    const QVector<Job::Copy> leaving = std::exchange(job.leaving, {});
+    for (const Job::Copy &copy : leaving)
+        copy.acknowledge();
 }
 
 /// To the disk first, then to the broker.
@@ -143,6 +145,8 @@ void JobDesk::handOver()
                 || job.handOver != 0 || !mayClaim(job))
                 continue;
             job.handOver = m_broker.publish(job.copies.first().message);
+            if (job.handOver != 0)
+                job.leaving = std::exchange(job.copies, {});
             --wanted;
         }
     }
@@ -157,12 +161,11 @@ void JobDesk::onPublished(int number)
                                   [&](const auto &each) { return each.second.handOver == number; });
     if (job == m_jobs.end())
         return;
-    const QVector<Job::Copy> copies = std::exchange(job->second.copies, {});
-    m_jobs.erase(job);
-    for (const Job::Copy &copy : copies) {
-        if (copy.connection)
-            copy.connection->acknowledge(copy.message.delivery);
-    }
+    job->second.handOver = 0;
+    const QVector<Job::Copy> gone = std::exchange(job->second.leaving, {});
+    for (const Job::Copy &copy : gone)
+        copy.acknowledge();
+    m_soon.start();
 }
 
 int JobDesk::freePrinters(const QString &group) const

@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr qint64 daysKept = 30;
+constexpr qint64 brokersMemory = 3600; // s; Mosquitto saves every half hour unless told otherwise
 
 const QLatin1String connectionName("zybridge");
 
@@ -96,12 +97,22 @@ std::optional<JobLedger::Entry> JobLedger::find(const QString &key) const
     return entryOf(query);
 }
 
-QVector<JobLedger::Entry> JobLedger::select(const char *condition) const
+QVector<JobLedger::Entry> JobLedger::unfinished() const
+{
+    return select(QStringLiteral("isOver = 0"));
+}
+
+QVector<JobLedger::Entry> JobLedger::unpublished() const
+{
+    const qint64 since = QDateTime::currentDateTime().addSecs(-brokersMemory).toMSecsSinceEpoch();
+    return select(QStringLiteral("isOver = 1 AND (isPublished = 0 OR changed > %1)").arg(since));
+}
+
+QVector<JobLedger::Entry> JobLedger::select(const QString &condition) const
 {
     QVector<Entry> entries;
     QSqlQuery query(m_database);
-    query.exec(QStringLiteral("SELECT grp, record, request FROM jobs WHERE ")
-               + QLatin1String(condition));
+    query.exec(QStringLiteral("SELECT grp, record, request FROM jobs WHERE ") + condition);
     while (query.next())
         entries.append(entryOf(query));
     return entries;

@@ -34,14 +34,15 @@ public:
     /// The job is another bridge's now.
     void remove(const QString &key);
     std::optional<Entry> find(const QString &key) const;
-    QVector<Entry> unfinished() const { return select("isOver = 0"); }
-    /// Jobs that are over without the broker's knowledge.
-    QVector<Entry> unpublished() const { return select("isOver = 1 AND isPublished = 0"); }
+    QVector<Entry> unfinished() const;
+    /// Jobs that are over, of which the broker may not know: one that was killed forgets what it
+    /// has taken since it last saved its state, so the last hour's are among them.
+    QVector<Entry> unpublished() const;
 
 private:
     Q_DISABLE_COPY(JobLedger)
 
-    QVector<Entry> select(const char *condition) const;
+    QVector<Entry> select(const QString &condition) const;
 
     QSqlDatabase m_database;
 };

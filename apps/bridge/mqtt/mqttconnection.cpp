@@ -85,8 +85,7 @@ void MqttConnection::close()
     m_retry.stop();
     m_upkeep.stop();
     m_probe.abort();
-    m_readable.reset();
-    m_writable.reset();
+    unwatch();
     m_client.reset();
     m_inbox.clear();
     m_isOpen = false;
@@ -109,6 +108,7 @@ QString MqttConnection::makeClient()
 {
     m_client.reset(
         mosquitto_new(m_session.clientId.toUtf8().constData(), !m_session.holdsMessages, this));
+    ++m_clients;
     mosquitto *client = m_client.get();
     mosquitto_int_option(client, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V5);
     mosquitto_int_option(client, MOSQ_OPT_TCP_NODELAY, 1);
@@ -178,11 +178,24 @@ void MqttConnection::connectNow()
 void MqttConnection::watch()
 {
     const int descriptor = mosquitto_socket(m_client.get());
-    m_readable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
-    m_writable = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Write);
-    connect(m_readable.get(), &QSocketNotifier::activated, this, [this] { read(); });
-    connect(m_writable.get(), &QSocketNotifier::activated, this, [this] { write(); });
+    m_readable = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
+    m_writable = new QSocketNotifier(descriptor, QSocketNotifier::Write, this);
+    connect(m_readable, &QSocketNotifier::activated, this, [this] { read(); });
+    connect(m_writable, &QSocketNotifier::activated, this, [this] { write(); });
     write();
+}
+
+/// Also in a slot of the notifiers. The library may have closed the socket already.
+void MqttConnection::unwatch()
+{
+    for (QSocketNotifier *notifier : {m_readable, m_writable}) {
+        if (!notifier)
+            continue;
+        notifier->setEnabled(false);
+        notifier->deleteLater();
+    }
+    m_readable = nullptr;
+    m_writable = nullptr;
 }
 
 void MqttConnection::read()
@@ -214,12 +227,20 @@ void MqttConnection::write()
     if (!m_client || m_isHolding)
         return;
     const int code = mosquitto_loop_write(m_client.get(), 1);
-    if (code == MOSQ_ERR_SUCCESS)
-        m_writable->setEnabled(mosquitto_want_write(m_client.get()));
-    else
-        // Not inside a slot that publishes.
-        QMetaObject::invokeMethod(
-            this, [this, code] { drop(errorText(code)); }, Qt::QueuedConnection);
+    if (code == MOSQ_ERR_SUCCESS) {
+        if (m_writable)
+            m_writable->setEnabled(mosquitto_want_write(m_client.get()));
+        return;
+    }
+    unwatch();
+    // Not inside a slot that publishes; the client may be another by then.
+    QMetaObject::invokeMethod(
+        this,
+        [this, number = m_clients, why = errorText(code)] {
+            if (number == m_clients)
+                drop(why);
+        },
+        Qt::QueuedConnection);
 }
 
 void MqttConnection::keepUp()
@@ -256,90 +277,6 @@ void MqttConnection::fail(const QString &why)
         return;
     m_lastFailure = why;
     Q_EMIT failed(why);
-}
-
-void MqttConnection::subscribe(const QString &filter)
-{
-    m_filters.append(filter);
-    if (m_isOpen)
-        mosquitto_subscribe_v5(m_client.get(), nullptr, filter.toUtf8().constData(), 1, 0, nullptr);
-    write();
-}
-
-void MqttConnection::unsubscribe(const QString &filter)
-{
-    m_filters.removeAll(filter);
-    if (m_isOpen)
-        mosquitto_unsubscribe(m_client.get(), nullptr, filter.toUtf8().constData());
-    write();
-}
-
-int MqttConnection::publish(const Message &message)
-{
-    if (!m_isOpen)
-        return 0;
-    PropertyList properties;
-    if (!message.responseTopic.isEmpty())
-        properties.add(MQTT_PROP_RESPONSE_TOPIC, message.responseTopic);
-    if (!message.correlation.isEmpty())
-        properties.add(MQTT_PROP_CORRELATION_DATA, message.correlation);
-    if (message.expiry > 0)
-        properties.add(MQTT_PROP_MESSAGE_EXPIRY_INTERVAL, message.expiry);
-    int number = 0;
-    const int code = mosquitto_publish_v5(
-        m_client.get(), &number, message.topic.toUtf8().constData(), message.payload.size(),
-        message.payload.constData(), 1, message.isRetained, properties.get());
-    write();
-    return code == MOSQ_ERR_SUCCESS ? number : 0;
-}
-
-void MqttConnection::acknowledge(int delivery)
-{
-    if (!isHolding(delivery))
-        return;
-    m_isHolding = false;
-    write();
-}
-
-void MqttConnection::onConnect(mosquitto *, void *self, int reason, int, const mosquitto_property *)
-{
-    auto *connection = static_cast<MqttConnection *>(self);
-    connection->m_endReason = reason;
-    connection->m_isOpen = reason == 0;
-    if (reason != 0)
-        return;
-    for (const QString &filter : std::as_const(connection->m_filters))
-        mosquitto_subscribe_v5(connection->m_client.get(), nullptr, filter.toUtf8().constData(), 1,
-                               0, nullptr);
-}
-
-void MqttConnection::onDisconnect(mosquitto *, void *self, int reason, const mosquitto_property *)
-{
-    auto *connection = static_cast<MqttConnection *>(self);
-    // Small numbers are the library's own, large ones the broker's.
-    if (reason >= MQTT_RC_UNSPECIFIED)
-        connection->m_endReason = reason;
-}
-
-void MqttConnection::onMessage(mosquitto *, void *self, const mosquitto_message *message,
-                               const mosquitto_property *properties)
-{
-    auto *connection = static_cast<MqttConnection *>(self);
-    Message copy;
-    copy.topic = QString::fromUtf8(message->topic);
-    copy.payload = QByteArray(static_cast<const char *>(message->payload), message->payloadlen);
-    copy.isRetained = message->retain;
-    copy.responseTopic = responseTopicOf(properties);
-    copy.correlation = correlationOf(properties);
-    connection->m_isHolding = connection->m_session.holdsMessages && message->qos > 0;
-    copy.delivery = ++connection->m_delivery;
-    connection->m_inbox.append([connection, copy] { Q_EMIT connection->received(copy); });
-}
-
-void MqttConnection::onPublish(mosquitto *, void *self, int number, int, const mosquitto_property *)
-{
-    auto *connection = static_cast<MqttConnection *>(self);
-    connection->m_inbox.append([connection, number] { Q_EMIT connection->published(number); });
 }
 
 } // namespace zybridge

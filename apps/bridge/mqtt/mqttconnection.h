@@ -114,6 +114,7 @@ private:
     QString configureTls();
     void connectNow();
     void watch();
+    void unwatch();
     void read();
     void write();
     void drop(const QString &why);
@@ -131,11 +132,12 @@ private:
     const BrokerSettings m_broker;
     const Session m_session;
     std::unique_ptr<mosquitto, Destroy> m_client;
+    int m_clients = 0; ///< made so far
     QTcpSocket m_probe; ///< finds out, without blocking, whether the broker can be reached
     QTimer m_retry;
     QTimer m_upkeep;
-    std::unique_ptr<QSocketNotifier> m_readable;
-    std::unique_ptr<QSocketNotifier> m_writable;
+    QSocketNotifier *m_readable = nullptr;
+    QSocketNotifier *m_writable = nullptr;
     QStringList m_filters;
     QString m_lastFailure;
     bool m_isOpen = false;

@@ -41,7 +41,7 @@ QString responseTopicOf(const mosquitto_property *properties)
 {
     char *text = nullptr;
     mosquitto_property_read_string(properties, MQTT_PROP_RESPONSE_TOPIC, &text, false);
-    const QString topic = QString::fromUtf8(text);
+    QString topic = QString::fromUtf8(text);
     std::free(text);
     return topic;
 }
@@ -51,7 +51,7 @@ QByteArray correlationOf(const mosquitto_property *properties)
     void *data = nullptr;
     quint16 size = 0;
     mosquitto_property_read_binary(properties, MQTT_PROP_CORRELATION_DATA, &data, &size, false);
-    const QByteArray correlation(static_cast<const char *>(data), size);
+    QByteArray correlation(static_cast<const char *>(data), size);
     std::free(data);
     return correlation;
 }
