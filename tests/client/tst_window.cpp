@@ -116,7 +116,7 @@ void WindowTest::sendsAsManyChunksAsBothSidesBear()
     connect(&session.printer, &ScriptedPrinter::textReceived, this, [&](const QString &text) {
         if (!text.contains(s("VERSION_CHECK")))
             return;
-        underWay = session.printer.chunks().size();
+        underWay = int(session.printer.chunks().size());
         session.client.close();
     });
 
