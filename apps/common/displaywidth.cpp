@@ -75,7 +75,7 @@ int fitting(const QString &text, int width, int &columns)
 int displayWidth(const QString &text)
 {
     int columns = 0;
-    fitting(text, 2 * text.size(), columns);
+    fitting(text, 2 * int(text.size()), columns);
     return columns;
 }
 

@@ -327,7 +327,7 @@ bool SendMachine::isTransferring() const
 /// The printer completes the file with it, and a cancel after that deletes the complete file.
 bool SendMachine::isLastChunkUnderWay() const
 {
-    return m_acknowledged + m_window * chunkSize >= m_result.total;
+    return m_acknowledged + qint64(m_window) * chunkSize >= m_result.total;
 }
 
 qint64 SendMachine::nextAcknowledgement() const

@@ -112,7 +112,7 @@ void TestWindow::sendsAsManyChunksAsBothSidesBear()
     connect(&session.printer, &ScriptedPrinter::textReceived, this, [&](const QString &text) {
         if (!text.contains("VERSION_CHECK"_s))
             return;
-        underWay = session.printer.chunks().size();
+        underWay = int(session.printer.chunks().size());
         session.client.close();
     });
 

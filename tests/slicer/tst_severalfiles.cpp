@@ -79,7 +79,7 @@ void TestSeveralFiles::sumsUpAfterTheErrors()
     const PrinterProcess printer;
     const QByteArray output
         = runInShell("\"$0\" \"$@\" 2>&1"_s, send(m_all, printer.url().toString())).output;
-    const int table = output.indexOf("FILE ");
+    const auto table = output.indexOf("FILE ");
     VERIFY_TEXT(table > output.lastIndexOf("zyslicer: "), output);
     const QList<QByteArray> rows = output.mid(table).trimmed().split('\n');
     QCOMPARE(rows.size(), 5);
