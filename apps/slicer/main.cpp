@@ -111,7 +111,7 @@ int run(const Request &request)
     const Outcomes faults = checkModelFiles(request.files);
     if (!faults.isEmpty())
         return endWith(request, faults);
-    const int files = filesForOneself + filesForAPrinter * printers.size();
+    const int files = filesForOneself + filesForAPrinter * int(printers.size());
     if (!zyapp::canOpen(files))
         return endWith(request,
                        {{ExitCode::LocalFile, QStringLiteral("too few files may be open at once"),

@@ -16,7 +16,6 @@
 #include <QMutex>
 
 #include <algorithm>
-#include <limits>
 
 namespace zyws
 {
@@ -265,7 +264,7 @@ void SendWorker::pace(qint64 acknowledged)
     }
     const double due = static_cast<double>(acknowledged - m_pacedFrom) * msPerSecond
         / static_cast<double>(limit);
-    constexpr double longest = std::numeric_limits<int>::max() / 2.0;
+    constexpr double longest = 1e9; // ms
     const int rest
         = static_cast<int>(std::min(due - static_cast<double>(m_sincePaced.elapsed()), longest));
     if (rest <= 0)

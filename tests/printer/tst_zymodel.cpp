@@ -194,7 +194,7 @@ void TestZymodel::writesNothingThatItsCheckRejects()
                                        layers, QStringLiteral("--resolution"), resolution});
     QCOMPARE(result.exitCode, exitCode);
     QCOMPARE(QFile::exists(file), exitCode == 0);
-    QCOMPARE(result.error.contains("layer thickness (nm) "), exitCode != 0);
+    QCOMPARE(result.errors.contains("layer thickness (nm) "), exitCode != 0);
     if (exitCode == 0)
         QCOMPARE(runModel({QStringLiteral("--check"), file}).exitCode, 0);
 }
@@ -234,7 +234,7 @@ void TestZymodel::takesNoOptionBesideACheck()
     for (const char *option : {"--layers=5", "--resolution=1x1", "--seed=2", "--resin=x"}) {
         const RunResult result = runModel({QStringLiteral("--check"), file, QLatin1String(option)});
         QCOMPARE(result.exitCode, 2);
-        QVERIFY2(result.error.contains("excludes --check"), result.error.constData());
+        QVERIFY2(result.errors.contains("excludes --check"), result.errors.constData());
     }
 }
 

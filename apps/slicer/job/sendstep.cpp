@@ -145,7 +145,7 @@ void SendStep::onProgress(qint64 received)
 void SendStep::watchSilence()
 {
     constexpr int muchLonger = 3;
-    constexpr qint64 chunk = 1024 * 1024;
+    constexpr qint64 chunk = 1048576;
     const qint64 limit = context().request.sending.rateLimit();
     const qint64 rest = limit > 0 ? chunk * 1000 / limit : 0;
     const qint64 silence = m_sinceAnswer.elapsed();

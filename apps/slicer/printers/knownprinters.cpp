@@ -151,7 +151,7 @@ Outcome addPrinter(const Request &request, Saved &saved)
     const QUrl url = zysession::printerUrl(request.savedUrl);
     if (url.isEmpty())
         return notAnAddress(request.savedUrl);
-    const Outcome outcome = saved.read();
+    Outcome outcome = saved.read();
     if (!outcome.isOk())
         return outcome;
     if (saved.groups.all().contains(name))
@@ -170,7 +170,7 @@ Outcome addGroup(const Request &request, Saved &saved)
 {
     if (!zysession::isPrinterName(request.savedName))
         return notAName(request.savedName);
-    const Outcome outcome = saved.read();
+    Outcome outcome = saved.read();
     if (!outcome.isOk())
         return outcome;
     if (!saved.printers.find(request.savedName).name.isEmpty())
@@ -185,7 +185,7 @@ Outcome addGroup(const Request &request, Saved &saved)
 
 Outcome removePrinter(const QString &name, Saved &saved)
 {
-    const Outcome outcome = saved.read();
+    Outcome outcome = saved.read();
     if (!outcome.isOk())
         return outcome;
     const bool isPrinter
