@@ -26,21 +26,12 @@ QStringList TerminalProcess::screen()
     // A screen is whole once the next one, or the end, has begun.
     const QByteArray home = "\x1b[H";
     const QByteArray end = "\x1b[?25h";
-<<<<<<< HEAD
-    const auto last = qMax(output().lastIndexOf(home), m_output.lastIndexOf(end));
-    const auto first = last > 0 ? m_output.lastIndexOf(home, last - 1) : -1;
-    if (first < 0)
-        return {};
-    const auto start = first + home.size();
-    QString text = QString::fromLocal8Bit(m_output.mid(start, last - start));
-=======
     const auto last = qMax(output().lastIndexOf(home), output().lastIndexOf(end));
     const auto first = last > 0 ? output().lastIndexOf(home, last - 1) : -1;
     if (first < 0)
         return {};
     const auto start = first + home.size();
     QString text = QString::fromUtf8(output().mid(start, last - start));
->>>>>>> main
     text.remove(QStringLiteral("\x1b[K")).remove(QLatin1Char('\r'));
     return text.split(QLatin1Char('\n'));
 }

@@ -184,18 +184,10 @@ void writeTable(const Saved &saved)
     for (auto group = groups.cbegin(); group != groups.cend(); ++group)
         rows.append({group.key(), group.value().join(QLatin1Char(' '))});
     int width = 0;
-<<<<<<< HEAD
-    for (const Printer &printer : printers)
-        width = std::max(width, int(printer.name.size()));
-    for (const Printer &printer : printers)
-        writeOut(printer.name.leftJustified(width + 2) + printer.url.toString()
-                 + QLatin1Char('\n'));
-=======
     for (const auto &row : qAsConst(rows))
-        width = std::max(width, row.first.size());
+        width = std::max(width, int(row.first.size()));
     for (const auto &row : qAsConst(rows))
         writeOut(row.first.leftJustified(width + 2) + row.second + QLatin1Char('\n'));
->>>>>>> main
 }
 
 } // namespace

@@ -55,13 +55,9 @@ QString progressLine(const ProgressRow &row, int width)
     const QString percent
         = QStringLiteral("%1 %").arg(percentOf(fraction), 3, 10, QLatin1Char(' '));
     QStringList right = QStringList(percent) + row.columns;
-<<<<<<< HEAD
-    const auto space = [&] { return width - int(label.size() + joined(right).size()) - 4; };
-=======
     const auto space = [&] {
         return width - zyapp::displayWidth(label) - zyapp::displayWidth(joined(right)) - 4;
     };
->>>>>>> main
     while (right.size() > 1 && space() < narrowestBar)
         right.removeLast();
     if (space() < narrowestBar)

@@ -30,13 +30,8 @@ QString tableText(const QVector<QStringList> &table)
         for (int column = 0; column < cells.size(); ++column) {
             int width = 0;
             for (const QStringList &other : table)
-<<<<<<< HEAD
-                width = std::max(width, int(other[column].size()));
-            line += cells[column].leftJustified(width + 2);
-=======
                 width = std::max(width, zyapp::displayWidth(other[column]));
             line += zyapp::padded(cells[column], width + 2);
->>>>>>> main
         }
         text += zyapp::onOneLine(line.trimmed()) + QLatin1Char('\n');
     }
@@ -67,12 +62,8 @@ QStringList transferCells(const TransferLog::Entry &entry)
 } // namespace
 
 TextView::TextView(const QVector<zysession::Printer> &printers)
-<<<<<<< HEAD
-    : View(printers), m_transfers(int(printers.size())), m_outcomes(printers.size())
-=======
-    : View(printers), m_transfers(printers.size()), m_outcomes(printers.size()),
+    : View(printers), m_transfers(int(printers.size())), m_outcomes(printers.size()),
       m_snapshots(printers.size())
->>>>>>> main
 {
 }
 
