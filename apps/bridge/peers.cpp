@@ -34,16 +34,14 @@ void Peers::take(const Message &message)
     }
     if (levels.size() != 4 || levels[1] != QLatin1String("bridge"))
         return;
-    bool isTwice = false;
     if (message.payload.isEmpty()) {
         m_peers.remove(levels[2]);
     } else if (levels[3] == QLatin1String("availability")) {
         m_peers[levels[2]].isOnline = message.payload == "online";
     } else if (levels[3] == QLatin1String("metrics")) {
-        const QJsonObject metrics = QJsonDocument::fromJson(message.payload).object();
-        m_peers[levels[2]].metrics = metrics;
-        isTwice = levels[2] == m_self && isAnotherSelf(metrics);
+        m_peers[levels[2]].metrics = QJsonDocument::fromJson(message.payload).object();
     }
+    const bool isTwice = levels[2] == m_self && isAnotherSelf(m_peers.value(m_self).metrics);
     Q_EMIT changed();
     if (isTwice)
         Q_EMIT selfIsTwice();

@@ -37,7 +37,7 @@ QString eventOf(ZyServerOptions::Failure what, const QString &why)
 
 QString eventOf(ZyServerOptions::Transfer what, const QString &name, const QString &peer)
 {
-    const QString transfer = QStringLiteral("\"%1\" from %2").arg(name, peer);
+    QString transfer = QStringLiteral("\"%1\" from %2").arg(name, peer);
     switch (what) {
     case ZyServerOptions::Transfer::Accepted:
         return QStringLiteral("transfer accepted: ") + transfer;

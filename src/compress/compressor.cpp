@@ -26,7 +26,7 @@ constexpr int rungLevels[rungCount] = {0, 1, 6, 9};
 
 QByteArray compressedByQt(const QByteArray &bytes, int level)
 {
-    const QByteArray payload = qCompress(bytes, level);
+    QByteArray payload = qCompress(bytes, level);
     if (payload.isEmpty()) // Qt 6 says so when memory runs out, where Qt 5 throws
         throw std::bad_alloc();
     return payload;
