@@ -19,7 +19,7 @@ QString withDetail(const QString &text, const QString &detail)
 QString connectionDetail(const ZySendResult::Data &data)
 {
     using Fault = ZySendResult::ConnectionFault;
-    const QString fingerprint = QStringLiteral("SHA-256 ") + data.refusedFingerprint;
+    QString fingerprint = QStringLiteral("SHA-256 ") + data.refusedFingerprint;
     switch (data.connectionFault) {
     case Fault::Network:
     case Fault::Tls:
