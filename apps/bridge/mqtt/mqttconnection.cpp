@@ -127,7 +127,7 @@ QString MqttConnection::makeClient()
         if (m_session.willDelay > 0)
             properties.add(MQTT_PROP_WILL_DELAY_INTERVAL, m_session.willDelay);
         // On success the client owns the properties.
-        if (mosquitto_will_set_v5(client, will.topic.toUtf8().constData(), will.payload.size(),
+        if (mosquitto_will_set_v5(client, will.topic.toUtf8().constData(), int(will.payload.size()),
                                   will.payload.constData(), 1, will.isRetained, properties.get())
             == MOSQ_ERR_SUCCESS)
             properties.release();

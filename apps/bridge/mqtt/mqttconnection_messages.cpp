@@ -43,7 +43,7 @@ int MqttConnection::publish(const Message &message)
         properties.add(MQTT_PROP_MESSAGE_EXPIRY_INTERVAL, message.expiry);
     int number = 0;
     const int code = mosquitto_publish_v5(
-        m_client.get(), &number, message.topic.toUtf8().constData(), message.payload.size(),
+        m_client.get(), &number, message.topic.toUtf8().constData(), int(message.payload.size()),
         message.payload.constData(), 1, message.isRetained, properties.get());
     write();
     return code == MOSQ_ERR_SUCCESS ? number : 0;

@@ -281,7 +281,7 @@ void PrinterPanel::askToDisconnect()
 void PrinterPanel::askToTrust(const QString &fingerprint)
 {
     const zysession::Printer printer = m_control->printer();
-    const int half = fingerprint.size() / 2;
+    const auto half = fingerprint.size() / 2;
     const QString lines = fingerprint.left(half) + QLatin1String(":\n") + fingerprint.mid(half + 1);
     const QString remembered = printer.name.isEmpty()
         ? tr("It is remembered until the panel is closed, or with the printer once that is saved.")
