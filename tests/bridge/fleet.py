@@ -11,8 +11,10 @@ import re
 import signal
 import socket
 import subprocess
+import tempfile
 import threading
 import time
+import unittest
 import uuid
 
 import jsonschema
@@ -258,3 +260,14 @@ class Farm:
 
     def kill(self):
         self._process.kill()
+
+
+class WithOwnBroker(unittest.TestCase):
+    """A directory and a broker for each test."""
+
+    def setUp(self):
+        kept = tempfile.TemporaryDirectory()
+        self.addCleanup(kept.cleanup)
+        self.directory = pathlib.Path(kept.name)
+        self.broker = Broker(self.directory)
+        self.addCleanup(lambda: self.broker.kill())

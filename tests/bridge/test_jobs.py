@@ -4,8 +4,6 @@
 
 import collections
 import os
-import pathlib
-import tempfile
 import time
 import unittest
 
@@ -13,13 +11,9 @@ import fleet
 from processes import Printer
 
 
-class Jobs(unittest.TestCase):
+class Jobs(fleet.WithOwnBroker):
     def setUp(self):
-        kept = tempfile.TemporaryDirectory()
-        self.addCleanup(kept.cleanup)
-        self.directory = pathlib.Path(kept.name)
-        self.broker = fleet.Broker(self.directory)
-        self.addCleanup(lambda: self.broker.kill())
+        super().setUp()
         self.spool = self.directory / "spool"
         self.spool.mkdir()
         (self.spool / "part.zydlp").write_bytes(os.urandom(5000))

@@ -176,13 +176,9 @@ class Requests(WithBroker):
         self.assertEqual(self.printer.stored("web.zydlp"), self.model.read_bytes())
 
 
-class Losses(unittest.TestCase):
+class Losses(fleet.WithOwnBroker):
     def setUp(self):
-        kept = tempfile.TemporaryDirectory()
-        self.addCleanup(kept.cleanup)
-        self.directory = pathlib.Path(kept.name)
-        self.broker = fleet.Broker(self.directory)
-        self.addCleanup(lambda: self.broker.kill())
+        super().setUp()
         self.farm = fleet.Farm(self.directory / "farm", 1, 1000)
         self.addCleanup(self.farm.kill)
         self.bridge = fleet.Bridge(self.directory, "hall", self.broker.port, self.farm.printers)

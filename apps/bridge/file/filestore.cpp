@@ -90,16 +90,12 @@ FileStore::FileStore(const QString &spool, const QString &cache, QObject *parent
 
 void FileStore::provide(const FileRequest &request, const Done &done)
 {
-    const auto refuse = [&](const Answer &answer) {
-        QMetaObject::invokeMethod(
-            this, [done, answer] { done(answer); }, Qt::QueuedConnection);
-    };
     if (!request.url.isEmpty()) {
         fetch(request, done);
         return;
     }
     if (m_spool.isEmpty()) {
-        refuse(refusal("no-spool", QStringLiteral("the bridge has no spool directory")));
+        answerLater(done, refusal("no-spool", QStringLiteral("the bridge has no spool directory")));
         return;
     }
     const QFileInfo info(QDir(m_spool), request.file);
@@ -107,33 +103,34 @@ void FileStore::provide(const FileRequest &request, const Done &done)
     const QString path = info.canonicalFilePath();
     const QString inside = QFileInfo(m_spool).canonicalFilePath() + QLatin1Char('/');
     if (!path.startsWith(inside) || !info.isFile() || !info.isReadable()) {
-        refuse(refusal("no-file",
-                       QStringLiteral("there is no readable file %1 in the spool directory")
-                           .arg(request.file)));
+        answerLater(done,
+                    refusal("no-file",
+                            QStringLiteral("there is no readable file %1 in the spool directory")
+                                .arg(request.file)));
         return;
     }
     checkDigest(path, request.sha256, done);
+}
+
+/// In any thread; @p done is called in the store's.
+void FileStore::answerLater(const Done &done, const Answer &answer)
+{
+    QMetaObject::invokeMethod(
+        this, [done, answer] { done(answer); }, Qt::QueuedConnection);
 }
 
 /// In a thread: a model may be large.
 void FileStore::checkDigest(const QString &path, const QByteArray &sha256, const Done &done)
 {
     if (sha256.isEmpty()) {
-        QMetaObject::invokeMethod(
-            this,
-            [done, path] {
-                done({path, {}, {}, false});
-            },
-            Qt::QueuedConnection);
+        answerLater(done, {path, {}, {}, false});
         return;
     }
     // The pool's destructor waits for it.
     m_pool.start([this, path, sha256, done] {
         const QByteArray found = digestOf(path);
-        const Answer answer
-            = found == sha256 ? Answer{path, {}, {}, false} : digestRefusal(sha256, found);
-        QMetaObject::invokeMethod(
-            this, [done, answer] { done(answer); }, Qt::QueuedConnection);
+        answerLater(done,
+                    found == sha256 ? Answer{path, {}, {}, false} : digestRefusal(sha256, found));
     });
 }
 
@@ -146,12 +143,7 @@ void FileStore::fetch(const FileRequest &request, const Done &done)
 {
     const QString path = cachedPath(request.sha256);
     if (QFileInfo::exists(path)) {
-        QMetaObject::invokeMethod(
-            this,
-            [done, path] {
-                done({path, {}, {}, false});
-            },
-            Qt::QueuedConnection);
+        answerLater(done, {path, {}, {}, false});
         return;
     }
     const auto underWay = m_fetches.constFind(request.sha256);

@@ -54,6 +54,7 @@ public:
 private:
     struct Fetch;
 
+    void answerLater(const Done &done, const Answer &answer);
     void checkDigest(const QString &path, const QByteArray &sha256, const Done &done);
     void fetch(const FileRequest &request, const Done &done);
     void endFetch(const QByteArray &sha256, QNetworkReply *reply);
