@@ -12,9 +12,9 @@ namespace zyws
 namespace
 {
 
-constexpr qint64 pieceSize = Q_INT64_C(1024) * 1024;
+constexpr qint64 pieceSize = Q_INT64_C(64) * 1024; // stays in the processor's cache
 /// Of a resumed file's beginning, with each data message.
-constexpr qint64 atOnce = 4 * pieceSize;
+constexpr qint64 atOnce = Q_INT64_C(4) * 1024 * 1024;
 
 } // namespace
 
