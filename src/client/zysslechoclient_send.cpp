@@ -149,11 +149,12 @@ void ZySslEchoClient::sendChunks(QFile &file, bool compress)
         ahead.prepare({m_compressionLevel, m_compressionThreads});
         if (!pumpUntil([&ahead] { return ahead.isReady(); }))
             return;
-        const zyws::LookAhead::Chunk chunk = ahead.take();
+        zyws::LookAhead::Chunk chunk = ahead.take();
         if (chunk.size > 0) {
             sentBytes = zyws::advanced(sentBytes, chunk.size);
             qCDebug(lcZyClient) << "sendBytes=" << sentBytes << " _totalBytes=" << totalBytes;
             m_webSocket.sendBinaryMessage(chunk.payload());
+            chunk.job.reset(); // the socket has a copy
         }
         if (self)
             QCoreApplication::processEvents();

@@ -61,6 +61,7 @@ public:
     bool hasFailed() const { return m_failure != nullptr; }
     /// What is to be sent. Throws what compressing has thrown.
     QByteArray payload() const;
+    int payloadSize() const { return static_cast<int>(m_payload.size()); }
     double seconds() const { return m_seconds; }
 
 private:

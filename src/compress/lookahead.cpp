@@ -81,7 +81,8 @@ LookAhead::Chunk LookAhead::take()
     if (m_shared)
         m_shared->advance(this, entry.position + entry.chunk.size);
     m_sentAt = now();
-    m_underWay.push_back({entry.chunk.job, m_sentAt});
+    const ChunkJob &job = *entry.chunk.job;
+    m_underWay.push_back({job.effort(), job.size(), job.payloadSize(), m_sentAt});
     return entry.chunk;
 }
 
@@ -95,16 +96,13 @@ void LookAhead::acknowledgedUpTo(int underWay)
     const auto since = std::max(m_underWay.front().at, m_waitingSince);
     const double seconds
         = static_cast<double>(now() - since) / 1e9 / static_cast<double>(m_underWay.size() - left);
-    for (; m_underWay.size() > left; m_underWay.pop_front())
-        acknowledged(*m_underWay.front().job, seconds);
+    for (; m_underWay.size() > left; m_underWay.pop_front()) {
+        const Sent &sent = m_underWay.front();
+        if (sent.effort.kind == Effort::Rung)
+            m_controller.acknowledged(sent.effort.number, sent.size, sent.payloadSize, seconds);
+    }
     m_waitingSince = now();
     m_isStarving = m_underWay.empty() && !isReady();
-}
-
-void LookAhead::acknowledged(const ChunkJob &job, double seconds)
-{
-    if (job.effort().kind == Effort::Rung && !job.hasFailed())
-        m_controller.acknowledged(job.effort().number, job.size(), job.payload().size(), seconds);
 }
 
 /// In this order: the size asks the system, and the time is then known as well.
@@ -149,9 +147,11 @@ void LookAhead::read(int level, int threads)
 
 std::shared_ptr<ChunkJob> LookAhead::readChunk(int level)
 {
-    QByteArray bytes(chunkSize, Qt::Uninitialized);
-    const auto count = static_cast<int>(m_file.read(bytes.data(), chunkSize));
-    bytes.truncate(std::max(count, 0));
+    // Fresh memory for each chunk would cost time in page faults. A thread may have the last one.
+    if (m_shared || !m_buffer.isDetached())
+        m_buffer = QByteArray(chunkSize, Qt::Uninitialized);
+    const auto count = static_cast<int>(m_file.read(m_buffer.data(), chunkSize));
+    QByteArray bytes = count == chunkSize ? m_buffer : m_buffer.left(std::max(count, 0));
     Effort effort{Effort::ZlibLevel, level};
     if (level == adaptiveLevel && m_isCompressing && count > 0)
         effort = {Effort::Rung, m_controller.choose()};
@@ -186,7 +186,7 @@ void LookAhead::measure()
             continue;
         entry.isMeasured = true;
         if (job.effort().kind == Effort::Rung && !job.hasFailed())
-            m_controller.compressed(job.effort().number, job.size(), job.payload().size(),
+            m_controller.compressed(job.effort().number, job.size(), job.payloadSize(),
                                     job.seconds());
     }
 }

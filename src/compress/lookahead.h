@@ -74,8 +74,11 @@ private:
         bool isMeasured = false;
     };
 
+    /// Without the bytes: their memory is free for the next chunk.
     struct Sent {
-        std::shared_ptr<ChunkJob> job;
+        Effort effort;
+        int size;
+        int payloadSize;
         qint64 at; ///< ns
     };
 
@@ -86,7 +89,6 @@ private:
     void compress(const std::shared_ptr<ChunkJob> &job, int threads);
     void share(int level);
     void measure();
-    void acknowledged(const ChunkJob &job, double seconds);
     qint64 now() const { return m_clock.nsecsElapsed(); }
 
     QFile &m_file;
@@ -96,6 +98,7 @@ private:
     std::shared_ptr<SharedFile> m_shared; ///< null without threads
     int m_sharedLevel = 0;
     std::deque<Entry> m_entries;
+    QByteArray m_buffer; ///< the last chunk was read into it
     LevelController m_controller;
     QElapsedTimer m_clock;
     std::deque<Sent> m_underWay;

@@ -34,7 +34,7 @@ constexpr int acceptPause = 500; // ms
 bool Admission::isWanted(const ZyServerOptions &options)
 {
     return options.maxConnections() > 0 || options.checksOrigin() || options.handshakeTimeout() > 0
-        || options.silence() > 0 || !options.tls().isNull();
+        || options.silence() > 0 || options.usesTls();
 }
 
 Admission::Admission(QWebSocketServer *upgrader, const ZyServerOptions &options)
@@ -61,7 +61,7 @@ bool Admission::isOriginAllowed(const QString &origin) const
 
 void Admission::incomingConnection(qintptr descriptor)
 {
-    QTcpSocket *socket = m_options.tls().isNull() ? new QTcpSocket(this) : new QSslSocket(this);
+    QTcpSocket *socket = m_options.usesTls() ? new QSslSocket(this) : new QTcpSocket(this);
     if (!socket->setSocketDescriptor(descriptor)) {
         delete socket;
         return;
@@ -69,10 +69,10 @@ void Admission::incomingConnection(qintptr descriptor)
     setLinkOptions(*socket);
     socket->setReadBufferSize(handshakeBuffer);
     beginHandshake(socket);
-    if (m_options.tls().isNull())
-        m_upgrader->handleConnection(socket);
-    else
+    if (m_options.usesTls())
         encrypt(socket);
+    else
+        m_upgrader->handleConnection(socket);
 }
 
 void Admission::beginHandshake(QTcpSocket *socket)

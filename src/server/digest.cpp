@@ -12,9 +12,9 @@ namespace zyws
 namespace
 {
 
-constexpr qint64 pieceSize = Q_INT64_C(1024) * 1024;
+constexpr qint64 pieceSize = Q_INT64_C(64) * 1024; // stays in the processor's cache
 /// Of a resumed file's beginning, with each data message.
-constexpr qint64 atOnce = 4 * pieceSize;
+constexpr qint64 atOnce = Q_INT64_C(4) * 1024 * 1024;
 
 } // namespace
 
@@ -22,21 +22,23 @@ void Digest::expect(const QByteArray &expected)
 {
     m_expected = expected.toLower();
     m_hash.reset();
+    if (!m_expected.isEmpty())
+        m_hash.emplace();
     m_hashed = 0;
 }
 
 void Digest::follow(QFile &file, qint64 received)
 {
-    if (!m_expected.isEmpty())
+    if (m_hash)
         take(file, qMin(received, m_hashed + atOnce));
 }
 
 bool Digest::matches(QFile &file, qint64 size)
 {
-    if (m_expected.isEmpty())
+    if (!m_hash)
         return true;
     take(file, size);
-    return m_hashed == size && m_hash.hexResult() == m_expected;
+    return m_hashed == size && m_hash->hexResult() == m_expected;
 }
 
 void Digest::take(QFile &file, qint64 end)
@@ -46,7 +48,7 @@ void Digest::take(QFile &file, qint64 end)
         const QByteArray piece = file.read(qMin(pieceSize, end - m_hashed));
         if (piece.isEmpty())
             return;
-        m_hash.add(piece);
+        m_hash->add(piece);
         m_hashed += piece.size();
     }
 }

@@ -9,6 +9,8 @@
 
 #include <QByteArray>
 
+#include <optional>
+
 class QFile;
 
 namespace zyws
@@ -31,7 +33,7 @@ private:
     void take(QFile &file, qint64 end);
 
     QByteArray m_expected;
-    Sha256 m_hash;
+    std::optional<Sha256> m_hash; ///< there when something is expected
     qint64 m_hashed = 0; ///< bytes from the start of the file
 };
 

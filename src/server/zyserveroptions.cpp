@@ -9,6 +9,8 @@
 #include <QHostAddress>
 #include <QSslConfiguration>
 
+#include <optional>
+
 namespace
 {
 
@@ -23,7 +25,7 @@ struct ZyServerOptions::Data : QSharedData {
     bool checksOrigin = false;
     QStringList allowedOrigins;
     int handshakeTimeout = 0;
-    QSslConfiguration tls;
+    std::optional<QSslConfiguration> tls; ///< even an empty one loads the TLS library
     QString token;
     int maxWrongTokens = 0;
     bool needsPlainNames = false;
@@ -133,9 +135,14 @@ void ZyServerOptions::setHandshakeTimeout(int milliseconds)
     d->handshakeTimeout = qMax(0, milliseconds);
 }
 
+bool ZyServerOptions::usesTls() const
+{
+    return d->tls.has_value();
+}
+
 QSslConfiguration ZyServerOptions::tls() const
 {
-    return d->tls;
+    return d->tls.value_or(QSslConfiguration());
 }
 
 QString ZyServerOptions::token() const

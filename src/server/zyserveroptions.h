@@ -69,6 +69,7 @@ public:
      * @return empty, or why they cannot be used; the options stay as they were then.
      */
     QString useTls(const QString &certFile, const QString &keyFile);
+    bool usesTls() const; ///< Whether useTls() has succeeded: wss:// and not ws://.
     /// What useTls() has set; a null configuration when the server speaks ws://.
     QSslConfiguration tls() const;
 

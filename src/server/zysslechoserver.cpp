@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// The server: listening, the registry of connections, routing and replies.
+// The server: listening, routing and replies.
 
 #include "zysslechoserver.h"
 
@@ -10,9 +10,9 @@
 #include "linkoptions.h"
 #include "liveness.h"
 #include "messagelimits.h"
-#include "report.h"
 #include "serverlog.h"
-#include "zyfiletranshandle.h"
+#include "serving.h"
+#include "zywebhandle.h"
 
 #include <QFile>
 #include <QSslCertificate>
@@ -24,50 +24,6 @@
 #include <utility>
 
 Q_LOGGING_CATEGORY(lcZyServer, "zywebsocket.server", QtDebugMsg)
-
-namespace
-{
-
-/// "192.168.1.20:50000", asked for while the connection is open: it is forgotten with its end.
-QString peerText(const QWebSocket &socket)
-{
-    bool isIPv4 = false;
-    const quint32 address = socket.peerAddress().toIPv4Address(&isIPv4);
-    return (isIPv4 ? QHostAddress(address).toString()
-                   : QLatin1Char('[') + socket.peerAddress().toString() + QLatin1Char(']'))
-        + QLatin1Char(':') + QString::number(socket.peerPort());
-}
-
-} // namespace
-
-/**
- * The scope in which one connection's message is handled, and so gets the replies. Scopes nest when
- * a host's slot spins the event loop, and the innermost counts. One without a socket encloses a
- * handle's signal to the host: replies sent from there are dropped.
- */
-class ZySslEchoServer::Serving
-{
-public:
-    Serving(ZySslEchoServer *server, QWebSocket *socket)
-        : m_server(server), m_socket(socket), m_outer(server->m_serving)
-    {
-        server->m_serving = this;
-    }
-    ~Serving()
-    {
-        if (m_server)
-            m_server->m_serving = m_outer;
-    }
-
-    QWebSocket *socket() const { return m_socket; }
-
-private:
-    Q_DISABLE_COPY(Serving)
-
-    QPointer<ZySslEchoServer> m_server;
-    QPointer<QWebSocket> m_socket;
-    Serving *m_outer;
-};
 
 ZySslEchoServer::ZySslEchoServer(quint16 port, QString certFile, QString keyFile, QString fileDir,
                                  WifiFileState *wifiFileState, QObject *parent)
@@ -145,10 +101,14 @@ void ZySslEchoServer::readUnusedTlsConfiguration(const QString &certFile,
     QFile key(keyFile);
     certificate.open(QIODevice::ReadOnly);
     key.open(QIODevice::ReadOnly);
+    const QByteArray certificateText = certificate.readAll();
+    const QByteArray keyText = key.readAll();
+    if (certificateText.isEmpty() && keyText.isEmpty())
+        return; // nothing to decode, so the TLS library with its 5 MiB is not loaded
     QSslConfiguration configuration;
     configuration.setPeerVerifyMode(QSslSocket::VerifyNone);
-    configuration.setLocalCertificate(QSslCertificate(&certificate, QSsl::Pem));
-    configuration.setPrivateKey(QSslKey(&key, QSsl::Rsa, QSsl::Pem));
+    configuration.setLocalCertificate(QSslCertificate(certificateText, QSsl::Pem));
+    configuration.setPrivateKey(QSslKey(keyText, QSsl::Rsa, QSsl::Pem));
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     configuration.setProtocol(QSsl::TlsV1SslV3);
 #endif
@@ -167,73 +127,6 @@ quint16 ZySslEchoServer::serverPort() const
 const ZyServerOptions &ZySslEchoServer::options() const
 {
     return m_options;
-}
-
-void ZySslEchoServer::onNewConnection()
-{
-    QWebSocket *socket = m_pWebSocketServer->nextPendingConnection();
-    if (!socket)
-        return;
-    qCDebug(lcZyServer) << "Your new Client connected:" << socket->peerName() << socket->origin();
-    if (!isAdmitted(socket))
-        return;
-    connectSocket(socket);
-    ZyWebHandle *handle = createHandle(socket);
-    m_clients.append(socket);
-    m_handles.append(handle);
-    m_handleOf.insert(socket, handle);
-}
-
-/// False when there are too many connections; the socket is taken care of then.
-bool ZySslEchoServer::isAdmitted(QWebSocket *socket)
-{
-    if (!m_admission)
-        return true;
-    QTcpSocket *tcp = m_admission->admit(socket, m_clients.size());
-    if (tcp && m_liveness)
-        m_liveness->watch(socket, tcp);
-    return tcp;
-}
-
-void ZySslEchoServer::connectSocket(QWebSocket *socket)
-{
-    zyws::limitMessages(socket, m_options);
-    connect(socket, &QWebSocket::textMessageReceived, this, [this, socket](const QString &message) {
-        if (zyws::isTextTaken(socket, message, m_options))
-            deliver(socket, [this, message] { processTextMessage(message); });
-    });
-    connect(socket, &QWebSocket::binaryMessageReceived, this,
-            [this, socket](const QByteArray &message) {
-                deliver(socket, [this, message] { processBinaryMessage(message); });
-            });
-    connect(socket, &QWebSocket::binaryFrameReceived, this, &ZySslEchoServer::binaryFrameReceived);
-    connect(socket, &QWebSocket::disconnected, this,
-            [this, socket] { deliver(socket, [this] { socketDisconnected(); }); });
-}
-
-ZyWebHandle *ZySslEchoServer::createHandle(QWebSocket *socket)
-{
-    auto *handle = new ZyFileTransHandle(this, socket);
-    handle->m_fileDir = m_fileDir;
-    handle->m_peer = peerText(*socket);
-    connect(handle, &ZyFileTransHandle::finish, this, [this](const QString &path, int &checkState) {
-        const Serving relaying(this, nullptr);
-        onFinish(path, checkState);
-    });
-    connect(handle, &ZyFileTransHandle::checkFile, this,
-            [this](const QString &path, int &checkState) {
-                const Serving relaying(this, nullptr);
-                Q_EMIT checkFile(path, checkState);
-            });
-    connect(handle, &ZyFileTransHandle::cancle, this, [this] {
-        const Serving relaying(this, nullptr);
-        Q_EMIT cancle();
-    });
-    connect(handle, &ZyFileTransHandle::fileTranStart, this, [this] {
-        const Serving relaying(this, nullptr);
-        Q_EMIT fileTranStart();
-    });
-    return handle;
 }
 
 void ZySslEchoServer::deliver(QWebSocket *socket, std::function<void()> work)
@@ -297,71 +190,6 @@ void ZySslEchoServer::binaryFrameReceived(const QByteArray &frame, bool isLastFr
 {
     Q_UNUSED(frame)
     Q_UNUSED(isLastFrame)
-}
-
-void ZySslEchoServer::socketDisconnected()
-{
-    qCDebug(lcZyServer) << "Client disconnected";
-    const QPointer<QWebSocket> socket(servedSocket());
-    if (!socket)
-        return;
-    if (!endHandle(socket))
-        return;
-    m_clients.removeOne(socket);
-    if (socket)
-        socket->deleteLater();
-}
-
-/// Takes the socket's handle out of the registry; false when the server is gone afterwards.
-bool ZySslEchoServer::endHandle(QWebSocket *socket)
-{
-    const QPointer<ZyWebHandle> handle(m_handleOf.value(socket));
-    if (!handle)
-        return true;
-    const bool isAlreadyEnding = std::exchange(handle->m_isAbandoned, true);
-    if (handle->status() == ZyWebHandle::ReceivingFile && !isAlreadyEnding) {
-        const QPointer<ZySslEchoServer> self(this);
-        if (const auto *receiving = qobject_cast<ZyFileTransHandle *>(handle.data()))
-            zyws::report(m_options, ZyServerOptions::Transfer::Interrupted, receiving->m_fileName,
-                         receiving->m_peer);
-        Q_EMIT fileTranDisconnet();
-        if (!self)
-            return false;
-        if (!handle) // ended meanwhile, in a nested loop
-            return true;
-    }
-    auto *transfer = qobject_cast<ZyFileTransHandle *>(handle.data());
-    const bool isReceiving = transfer && transfer->m_isReceiving;
-    if (isReceiving)
-        transfer->onReceptionInterrupted();
-    handle->onDisconnect();
-    if (isReceiving)
-        transfer->reportUselessFile();
-    m_handles.removeOne(handle);
-    m_handleOf.remove(socket);
-    handle->deleteLater();
-    return true;
-}
-
-/// Makes way for a transfer where the connection that receives has sent nothing for a time.
-void ZySslEchoServer::endIdleReception()
-{
-    const QList<QWebSocket *> sockets = m_clients;
-    for (QWebSocket *each : sockets) {
-        const auto *handle = qobject_cast<ZyFileTransHandle *>(m_handleOf.value(each));
-        // A finished file is being checked: the host is slow, not the peer.
-        if (!m_liveness || !handle || !handle->m_isReceiving || handle->m_isCompleted
-            || !m_liveness->isIdle(each))
-            continue;
-        const QPointer<QWebSocket> socket(each);
-        {
-            const Serving serving(this, socket);
-            socketDisconnected(); // may delete this
-        }
-        if (socket)
-            socket->abort();
-        return; // no other receives
-    }
 }
 
 void ZySslEchoServer::onSslErrors(const QList<QSslError> &errors)
