@@ -103,6 +103,17 @@ class World(contextlib.ExitStack):
         cpu = sum(b[0] - a[0] for a, b in zip(before, after)) / seconds
         return cpu, sum(each[1] for each in after)
 
+    def tell_story(self, file):
+        """What printers, bridges and broker have said of a job, for a test that failed."""
+        job = file.partition(".")[0]
+        story = [(each["time"] / 1000, f"{each['printer']}: {each['what']}")
+                 for each in self.farm.says("printing", "complete") if each["file"] == file]
+        story += [(at, f"{topic} {payload.decode()}") for at, topic, payload in self.client.heard
+                  if topic == f"zy/jobs/resin/{job}" or topic == "zy/jobs/resin"
+                  and fleet.json.loads(payload)["id"] == job]
+        print(file, *(f"{at:.3f} {line}" for at, line in sorted(story)), sep="\n  ",
+              file=sys.stderr)
+
     def wait_for_jobs(self, state, count, patience):
         def enough():
             return sum(each in state for each in self.shop.states().values()) >= count
@@ -110,8 +121,12 @@ class World(contextlib.ExitStack):
             fleet.wait_for(enough, f"{count} jobs", patience)
         except AssertionError:
             states = self.shop.states()
-            print({job: states.get(job) for job in self.jobs
-                   if states.get(job) not in ("complete", "printing")}, file=sys.stderr)
+            stuck = [job for job in self.jobs if states.get(job) not in ("complete", "printing")]
+            print(len(stuck), "jobs are not printed", file=sys.stderr)
+            for job in stuck[:5]:
+                self.tell_story(job + ".zydlp")
+            print(*(payload for topic, payload in self.client.last.items()
+                    if topic.endswith("/metrics")), sep="\n", file=sys.stderr)
             for bridge in self.bridges:
                 print(bridge.config, *bridge.process.lines, sep="\n  ", file=sys.stderr)
             raise

@@ -132,6 +132,7 @@ class Client:
     def __init__(self, port, *filters, user=None, password=None):
         self.last = {}  # the newest payload by topic
         self.heard = []  # (time, topic, payload)
+        self.live = {}  # like last, without what the broker had retained
         self._replies = queue.Queue()
         self._ready = threading.Event()
         self.inbox = f"test/{uuid.uuid4().hex}"
@@ -155,6 +156,8 @@ class Client:
             self._replies.put((message.properties.CorrelationData, json.loads(message.payload)))
             return
         self.last[message.topic] = message.payload
+        if not message.retain:
+            self.live[message.topic] = message.payload
         self.heard.append((time.time(), message.topic, message.payload))
 
     def json(self, topic):
@@ -191,14 +194,13 @@ class Client:
         return wait_for(look, f"{topic}, which is {self.last.get(topic)}")[0]
 
     def restart(self, broker, printers):
-        """Kills the broker and starts it again. Once a printer is available again, its connection
-        takes jobs; the broker may have forgotten those of its last second."""
+        """Kills the broker and starts it again. It may have forgotten jobs of its last second, and
+        drops all until a printer says anew that it is available: its connection takes jobs then."""
         broker.kill()
-        for printer in printers:
-            self.last.pop(f"zy/{printer}/availability", None)
+        self.live.clear()
         broker.start()
-        for printer in printers:
-            self.wait_for(f"zy/{printer}/availability", lambda value: value == "online")
+        topics = [f"zy/{printer}/availability" for printer in printers]
+        wait_for(lambda: all(self.live.get(topic) == b"online" for topic in topics), "printers")
 
     def events(self, printer):
         return [json.loads(payload) for _, topic, payload in list(self.heard)

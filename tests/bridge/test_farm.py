@@ -41,11 +41,13 @@ class Farm(unittest.TestCase):
             victim.kill()
             time.sleep(chance.uniform(0, 8))  # short and long absences: the others step in or not
             victim.start()
-        world.wait_for_jobs(("complete",), JOBS, 240)
+        world.wait_for_jobs(("complete",), JOBS, 120)
         print(f"{time.monotonic() - started:.0f} s: all complete", file=sys.stderr)
 
         prints = collections.Counter(each["file"] for each in world.farm.says("printing"))
         wrong = {name: count for name, count in prints.items() if count != 1}
+        for name in wrong:
+            world.tell_story(name)
         self.assertEqual(wrong, {})
         self.assertEqual(len(prints), JOBS)
         print(f"handed in again: {world.shop.repetitions}", file=sys.stderr)

@@ -11,7 +11,8 @@ bool Claims::take(const JobRecord &record)
 {
     const auto known = m_records.constFind(record.key());
     const bool counts = known == m_records.constEnd() || record.epoch > known->epoch
-        || (record.epoch == known->epoch && record.bridge == known->bridge);
+        || (record.epoch == known->epoch && record.bridge == known->bridge
+            && record.step >= known->step);
     if (counts)
         m_records.insert(record.key(), record);
     return counts;

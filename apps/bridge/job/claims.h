@@ -15,13 +15,16 @@ namespace zybridge
 /**
  * The broker delivers the messages of one topic to all bridges in the same order, their own
  * included. So all come to the same answer by one rule: the first record counts; after it only
- * those of the same bridge in the same epoch, or of a higher epoch.
+ * those of the same bridge in the same epoch that are no older, or of a higher epoch.
+ *
+ * The broker retains the last record, for those who come later, and that may be one that does not
+ * count. So it is followed by the one that does: from its bridge, from the bridge whose record does
+ * not count, and from all for an older record of the same claim.
  */
 class Claims
 {
 public:
-    /// False for a record that does not count; the one that does has to be published again by its
-    /// bridge, since the broker retains the last message.
+    /// False for a record that does not count.
     bool take(const JobRecord &record);
     /// The broker has deleted the retained message.
     void forget(const QString &key) { m_records.remove(key); }

@@ -159,21 +159,27 @@ void JobDesk::takeRecord(const Message &message)
     if (!record || record->key() != key)
         return;
     const bool counts = m_claims.take(*record);
+    const JobRecord claim = *m_claims.find(key);
     const auto job = m_jobs.find(key);
-    if (job == m_jobs.end() || !job->second.isOwn)
+    const bool isOwn = job != m_jobs.end() && job->second.isOwn;
+    // What the broker retains has to count; see Claims.
+    if (!counts
+        && (claim.bridge == m_bridge || record->bridge == m_bridge
+            || (claim.bridge == record->bridge && claim.epoch == record->epoch)))
+        publishRecord(isOwn && claim.bridge == m_bridge ? job->second.record : claim);
+    if (!isOwn)
         return;
     const JobRecord &own = job->second.record;
-    const bool isIdle = !job->second.placement || job->second.placement->isIdle();
-    if (!counts) {
-        // The broker has retained it in the place of the one that does.
-        if (m_claims.find(key)->bridge == m_bridge)
-            publishRecord(own);
-    } else if (record->bridge != m_bridge) {
-        if (own.state == State::Placing || (own.state == State::Starting && isIdle))
+    Placement *placement = job->second.placement.get();
+    if (claim.bridge != m_bridge) {
+        // It found the job placing: it had not heard "starting" from the broker, and so this
+        // bridge has not heard that either and has not asked the printer.
+        if (own.state == State::Placing
+            || (own.state == State::Starting && !(placement && placement->isAsking())))
             giveUp(key);
-    } else if (own.state == State::Starting && record->state == State::Starting
-               && record->printer == own.printer && isIdle && job->second.placement) {
-        job->second.placement->start(own.file, own.before);
+    } else if (counts && own.state == State::Starting && record->state == State::Starting
+               && record->printer == own.printer && placement && placement->isIdle()) {
+        placement->start(own.file, own.before);
     }
 }
 

@@ -109,6 +109,7 @@ void JobDesk::release(Job &job)
 /// To the disk first, then to the broker.
 bool JobDesk::record(Job &job)
 {
+    ++job.record.step;
     const QString fault = m_ledger.write({job.record, job.request});
     if (!fault.isEmpty()) {
         Q_EMIT failed(fault);

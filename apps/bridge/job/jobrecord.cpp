@@ -34,6 +34,7 @@ QJsonObject JobRecord::toJson() const
     QJsonObject object{{QStringLiteral("job"), id},
                        {QStringLiteral("state"), QLatin1String(words[std::size_t(state)])},
                        {QStringLiteral("epoch"), epoch},
+                       {QStringLiteral("step"), step},
                        {QStringLiteral("bridge"), bridge}};
     const auto insert = [&](const char *key, const QString &value) {
         if (!value.isEmpty())
@@ -57,6 +58,7 @@ std::optional<JobRecord> JobRecord::fromJson(const QString &group, const QJsonOb
     record.group = group;
     record.id = value("job");
     record.epoch = object.value(QLatin1String("epoch")).toInt();
+    record.step = object.value(QLatin1String("step")).toInt();
     record.bridge = value("bridge");
     record.printer = value("printer");
     record.file = value("file");

@@ -29,6 +29,7 @@ struct JobRecord {
     QString id;
     State state = State::Placing;
     int epoch = 1; ///< a bridge that takes the job over from another adds 1
+    int step = 0; ///< a bridge adds 1 whenever it has news of the job in this epoch
     QString bridge; ///< whose job it is
     QString printer;
     QString file; ///< its name on the printer

@@ -70,21 +70,16 @@ void Placement::start(const QString &storedName, const QString &before)
 {
     m_storedName = storedName;
     m_before = before;
-    ask(false);
-}
-
-void Placement::ask(bool isAgain)
-{
     m_phase = Phase::Starting;
     m_station.printer().ask(
         {PrinterBridge::Command::Kind::Print, m_storedName, {}},
-        [self = QPointer<Placement>(this), isAgain](const PrinterBridge::Result &result) {
+        [self = QPointer<Placement>(this)](const PrinterBridge::Result &result) {
             if (self)
-                self->onStartAnswered(result, isAgain);
+                self->onStartAnswered(result);
         });
 }
 
-void Placement::onStartAnswered(const PrinterBridge::Result &result, bool isAgain)
+void Placement::onStartAnswered(const PrinterBridge::Result &result)
 {
     using Ending = Exchange::Ending;
     const bool isBusy = result.ending == Ending::Busy;
@@ -92,7 +87,7 @@ void Placement::onStartAnswered(const PrinterBridge::Result &result, bool isAgai
         watch(m_storedName);
         Q_EMIT started();
     } else if (result.ending == Ending::NoAnswer || result.ending == Ending::ConnectionLost
-               || (isAgain && isBusy)) {
+               || (m_mayHaveStarted && isBusy)) {
         // Busy with the file itself, perhaps, since the first time.
         findOut(m_storedName, m_before);
     } else {
@@ -106,6 +101,7 @@ void Placement::findOut(const QString &storedName, const QString &before)
     m_storedName = storedName;
     m_before = before;
     m_strangeAnswers = 0;
+    m_mayHaveStarted = true;
     m_sinceFindingOut.start();
     m_phase = Phase::FindingOut;
 }
@@ -135,15 +131,18 @@ void Placement::lookWhetherStarted()
     }
     if (++m_strangeAnswers < strangeAnswersLimit)
         return;
-    if (status.filename == m_before)
-        ask(true);
-    else if (!status.filename.isEmpty())
+    if (status.filename == m_before) {
+        // Not at once: another bridge may have claimed the job meanwhile.
+        m_phase = Phase::Idle;
+        Q_EMIT isThere(m_storedName);
+    } else if (!status.filename.isEmpty()) {
         Q_EMIT over(JobRecord::State::Doubtful,
                     QStringLiteral("the printer speaks of %1 now").arg(status.filename));
-    else if (m_sinceFindingOut.hasExpired(longestCheck))
+    } else if (m_sinceFindingOut.hasExpired(longestCheck)) {
         // A printer that checks the file says nothing of it yet, but this one was switched off.
         Q_EMIT over(JobRecord::State::Doubtful,
                     QStringLiteral("the printer does not know its last print any more"));
+    }
 }
 
 void Placement::lookWhetherOver()

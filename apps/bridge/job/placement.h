@@ -28,6 +28,7 @@ public:
     Station &station() { return m_station; }
     bool isIdle() const { return m_phase == Phase::Idle; }
     bool isBringing() const { return m_phase == Phase::Bringing; }
+    bool isAsking() const { return m_phase == Phase::Starting; }
 
     /// Brings @p file to the printer under @p name.
     void begin(const FileRequest &file, const QString &name);
@@ -35,7 +36,7 @@ public:
     /// now.
     void start(const QString &storedName, const QString &before);
     /// The printer may have been asked to print it. Its status says whether it was: it names this
-    /// file then, and still the one before otherwise.
+    /// file then, and still the one before otherwise. Ends in started(), isThere() or over().
     void findOut(const QString &storedName, const QString &before);
     /// The print runs, as far as is known.
     void watch(const QString &storedName);
@@ -54,8 +55,7 @@ private:
 
     void send(const QString &path, const QString &name);
     void onTransferEnded(const Failure &failure, const QString &storedName, bool isFileAtFault);
-    void ask(bool isAgain);
-    void onStartAnswered(const PrinterBridge::Result &result, bool isAgain);
+    void onStartAnswered(const PrinterBridge::Result &result);
     void onStatusHeard();
     void lookWhetherStarted();
     void lookWhetherOver();
@@ -65,6 +65,7 @@ private:
     Phase m_phase = Phase::Idle;
     QString m_storedName;
     QString m_before;
+    bool m_mayHaveStarted = false; ///< it was asked before, perhaps
     QElapsedTimer m_sinceFindingOut;
     int m_strangeAnswers = 0; ///< in a row: the printer speaks of another print, or of none
 };
