@@ -137,6 +137,7 @@ void OptionValues::fillLimits(Request &request) const
         request.sending.setCompressionLevel(*compressionLevel);
     request.sending.setSendsDigest(!isWithoutDigest);
     request.pollInterval = milliseconds(interval);
+    request.searchTime = milliseconds(searching);
 }
 
 void OptionValues::fillFiles(const CLI::App &command, Request &request) const

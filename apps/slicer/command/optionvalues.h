@@ -40,6 +40,7 @@ struct OptionValues {
     double stall = 15;
     double backOff = 1;
     double interval = 1;
+    double searching = 3;
     int retries = 5;
     std::optional<int> compressionLevel;
     bool isWithoutDigest = false;

@@ -30,8 +30,9 @@ void addTrustOptions(CLI::App *command, OptionValues &values)
 
 void addPrinterOptions(CLI::App *command, OptionValues &values)
 {
-    auto *to = command->add_option("--to", values.printers,
-                                   "Printer: URL, saved name or group; repeat for several");
+    auto *to = command->add_option(
+        "--to", values.printers,
+        "Printer: URL, saved name or group, or dnssd:NAME;\nrepeat for several");
     to->type_name("PRINTER")->allow_extra_args(false);
     command->add_flag("--all", values.isAll, "All saved printers")->excludes(to);
     command->add_option("--token", values.token, "The printer's access token")
@@ -186,19 +187,28 @@ void addPrinters(CLI::App &app, OptionValues &values)
     group->add_option("PRINTER", values.members, "Saved names")->required()->type_name("");
 }
 
+void addDiscover(CLI::App &app, OptionValues &values)
+{
+    CLI::App *discover = addCommand(app, values, Request::Command::Discover, "discover",
+                                    "List the printers that announce themselves on this network");
+    discover->add_option("--wait", values.searching, "At most, for those that answer late")
+        ->check(seconds(0.1))
+        ->capture_default_str();
+}
+
 std::string footer()
 {
     std::ostringstream text;
-    text
-        << "A printer is named by --to with a URL (ws://host:port), with host:port, or with a "
-           "name\nsaved by 'zyslicer printers add' or 'printers group'. Without --to or --all, the "
-           "only\nsaved printer is meant.\n'zyslicer COMMAND --help' explains a command.\n\n"
-           "Examples:\n"
-           "  zyslicer printers add bench1 ws://192.168.1.20:8080\n"
-           "  zyslicer send part.zydlp --to bench1 --print --watch\n"
-           "  zyslicer send part.zydlp --to bench1 --to bench2 --to 192.168.1.22:8080\n"
-           "  zyslicer status --to bench1 --watch --json\n\n"
-           "Exit codes:\n";
+    text << "A printer is named by --to with a URL (ws://host:port), with host:port, with a name\n"
+            "saved by 'zyslicer printers add' or 'printers group', or as dnssd:NAME with a name "
+            "that\n'zyslicer discover' lists. Without --to or --all, the only saved printer is "
+            "meant.\n'zyslicer COMMAND --help' explains a command.\n\n"
+            "Examples:\n"
+            "  zyslicer printers add bench1 ws://192.168.1.20:8080\n"
+            "  zyslicer send part.zydlp --to bench1 --print --watch\n"
+            "  zyslicer send part.zydlp --to bench1 --to bench2 --to 192.168.1.22:8080\n"
+            "  zyslicer status --to bench1 --watch --json\n\n"
+            "Exit codes:\n";
     for (const ExitCodeMeaning &entry : exitCodeMeanings())
         text << std::setw(5) << static_cast<int>(entry.code) << "  " << entry.meaning << '\n';
     return text.str();
@@ -218,6 +228,7 @@ void addCommands(CLI::App &app, OptionValues &values)
     addPrintCommands(app, values);
     addOtherCommands(app, values);
     addPrinters(app, values);
+    addDiscover(app, values);
 }
 
 } // namespace
