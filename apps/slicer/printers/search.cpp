@@ -88,7 +88,9 @@ Outcome Search::find(const QString &name, bool isWaiting, zysession::Printer &pr
     });
     if (outcome.isOk() && found.name.isEmpty())
         return notFound(name, m_browser.printers());
-    printer = {found.name, found.url};
+    printer = {};
+    printer.url = found.url;
+    printer.announcedName = found.name;
     return outcome;
 }
 
