@@ -182,6 +182,26 @@ class Names(WithPrinters):
         self.wait_until_found("bench1")
         self.assertNotIn("announced", hidden.output())
 
+class Bridges(WithPrinters):
+    """zybridge on the desk, and a broker."""
+
+    def test_a_bridge_follows_a_printer_by_its_name(self):
+        import fleet  # only where there is a broker
+        with tempfile.TemporaryDirectory(dir=desk.directory) as directory:
+            broker = fleet.Broker(directory)
+            self.addCleanup(broker.kill)
+            os.environ.update(desk.environment)
+            bridge = fleet.Bridge(directory, "hall", broker.port, {"bench": "dnssd:Bänch, 1"})
+            self.addCleanup(bridge.kill)
+            for count in (1, 2):
+                printer = self.announced("Bänch, 1")
+                network.wait_for(
+                    lambda: bridge.process.lines.count("zybridge: bench is online") == count,
+                    "the printer at the broker")
+                self.end(printer)
+                bridge.process.wait_for_line("bench is offline")
+
+
 class Daemons(WithPrinters):
     """Daemons that are not there, end and come back."""
 
