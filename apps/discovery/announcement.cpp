@@ -98,9 +98,9 @@ void Announcement::Private::publish()
 {
     const auto onState = [](AvahiEntryGroup *changed, AvahiEntryGroupState, void *self) {
         // Some calls come from inside the calls below.
-        auto *d = static_cast<Private *>(self);
+        auto *own = static_cast<Private *>(self);
         QMetaObject::invokeMethod(
-            d->q, [d, changed] { d->onGroupState(changed); }, Qt::QueuedConnection);
+            own->q, [own, changed] { own->onGroupState(changed); }, Qt::QueuedConnection);
     };
     group.reset(avahi_entry_group_new(daemon.client(), onState, this));
     int error = group ? add() : avahi_client_errno(daemon.client());

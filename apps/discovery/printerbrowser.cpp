@@ -145,25 +145,25 @@ void PrinterBrowser::Private::onBrowsed(AvahiServiceBrowser *, AvahiIfIndex inte
                                         const char *name, const char *, const char *domain,
                                         AvahiLookupResultFlags, void *self)
 {
-    auto *d = static_cast<Private *>(self);
+    auto *own = static_cast<Private *>(self);
     switch (event) {
     case AVAHI_BROWSER_NEW:
-        d->add({interface, protocol, name, domain});
+        own->add({interface, protocol, name, domain});
         break;
     case AVAHI_BROWSER_REMOVE:
-        d->instances.erase({interface, protocol, name, domain});
+        own->instances.erase({interface, protocol, name, domain});
         break;
     case AVAHI_BROWSER_ALL_FOR_NOW:
-        d->isAllForNow = true;
+        own->isAllForNow = true;
         break;
     case AVAHI_BROWSER_FAILURE:
         QMetaObject::invokeMethod(
-            &d->daemon, [d] { d->stop(d->daemon.errorText()); }, Qt::QueuedConnection);
+            &own->daemon, [own] { own->stop(own->daemon.errorText()); }, Qt::QueuedConnection);
         break;
     case AVAHI_BROWSER_CACHE_EXHAUSTED:
         break;
     }
-    d->tell();
+    own->tell();
 }
 
 void PrinterBrowser::Private::add(const Key &key)

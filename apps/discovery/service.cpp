@@ -25,7 +25,7 @@ QByteArray value(AvahiStringList *record, const char *key)
     size_t size = 0;
     if (entry == nullptr || avahi_string_list_get_pair(entry, nullptr, &text, &size) != 0)
         return {};
-    const QByteArray copy(text, int(size)); // nothing for a key without a value
+    QByteArray copy(text, int(size)); // nothing for a key without a value
     avahi_free(text);
     return copy;
 }
