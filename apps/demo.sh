@@ -39,7 +39,7 @@ ls -l "$work/demo.zydlp" | awk '{ printf "%.1f MiB\n", $5 / 1048576 }'
 
 say "The printer"
 mkdir "$work/printer"
-"$programs/printer/zyprinter" --dir "$work/printer" --name demo --speed 1500 >"$work/printer.log" &
+"$programs/printer/zyprinter" --dir "$work/printer" --name demo --speed 1500 --no-announce >"$work/printer.log" &
 printer_pid=$!
 for _ in $(seq 100); do
     url=$(sed -n '1s/.*listening on //p' "$work/printer.log")

@@ -10,6 +10,8 @@
 
 #include <QJsonArray>
 
+#include <utility>
+
 namespace zybridge
 {
 
@@ -85,9 +87,36 @@ QString Bridge::start()
     QString fault = m_jobs.start(m_configuration.stateDirectory + QLatin1String("/jobs.sqlite"));
     if (!fault.isEmpty())
         return fault;
+    lookForPrinters();
     m_broker.open();
     m_metrics.start();
     return {};
+}
+
+void Bridge::lookForPrinters()
+{
+    for (const zysession::Printer &printer : m_configuration.printers) {
+        if (printer.announcedName.isEmpty() || m_browser)
+            continue;
+        m_browser.emplace();
+        connect(&*m_browser, &zydiscovery::PrinterBrowser::changed, this, &Bridge::onFoundChanged);
+    }
+}
+
+/// A printer that is not announced any more keeps its address, and may answer there.
+void Bridge::onFoundChanged()
+{
+    const QVector<zydiscovery::FoundPrinter> found = m_browser->printers();
+    for (const auto &each : m_stations) {
+        PrinterBridge &printer = each.second->printer();
+        const QString name = printer.printer().announcedName;
+        const QUrl url = zydiscovery::printerNamed(name, found).url;
+        if (!name.isEmpty() && !url.isEmpty())
+            printer.moveTo(url);
+    }
+    const QString fault = m_browser->fault();
+    if (std::exchange(m_browserFault, fault) != fault && !fault.isEmpty())
+        Q_EMIT said(QStringLiteral("printers cannot be looked for: %1").arg(fault));
 }
 
 void Bridge::addStation(const zysession::Printer &printer)

@@ -10,8 +10,10 @@
 #include "job/sessionheir.h"
 #include "peers.h"
 #include "printer/station.h"
+#include "printerbrowser.h"
 
 #include <map>
+#include <optional>
 
 namespace zybridge
 {
@@ -37,6 +39,8 @@ Q_SIGNALS:
 
 private:
     void addStation(const zysession::Printer &printer);
+    void lookForPrinters();
+    void onFoundChanged();
     void onOpened();
     void onLost(const QString &why);
     void onReceived(const Message &message);
@@ -51,6 +55,8 @@ private:
     FileStore m_files;
     Peers m_peers;
     JobDesk::Stations m_stations; ///< by printer
+    std::optional<zydiscovery::PrinterBrowser> m_browser; ///< where a printer has no address
+    QString m_browserFault; ///< as said
     JobDesk m_jobs;
     SessionHeir m_heir;
     QTimer m_settle; ///< from the broker's answer until jobs are taken

@@ -4,6 +4,8 @@
 
 #include "configuration.h"
 
+#include "foundprinter.h"
+
 #include <QFileInfo>
 #include <QSettings>
 #include <QSysInfo>
@@ -24,7 +26,14 @@ constexpr quint16 tlsPort = 8883;
 class Reader
 {
 public:
-    explicit Reader(const QString &file) : m_settings(file, QSettings::IniFormat) { }
+    explicit Reader(const QString &file) : m_settings(file, QSettings::IniFormat)
+    {
+#if QT_VERSION_MAJOR < 6 // which always does
+        m_settings.setIniCodec("UTF-8");
+        // Sections are parsed once for all objects that read the file, by the first that asks.
+        m_settings.allKeys();
+#endif
+    }
 
     QString text(const QString &key, const QString &otherwise = {})
     {
@@ -69,6 +78,11 @@ public:
         return given.isEmpty() ? given : info.absoluteFilePath();
     }
 
+    QString file() const
+    {
+        return m_settings.fileName();
+    }
+
     QStringList keysIn(const QString &section)
     {
         m_settings.beginGroup(section);
@@ -77,7 +91,10 @@ public:
         return keys;
     }
 
-    QStringList list(const QString &key) { return m_settings.value(key).toStringList(); }
+    QStringList list(const QString &key)
+    {
+        return m_settings.value(key).toStringList();
+    }
 
     /// Whatever was not asked for, is probably misspelt.
     void checkForUnknownKeys(const QStringList &freeSections)
@@ -94,7 +111,10 @@ public:
         m_faults.append(QStringLiteral("%1: %2; %3").arg(what, value, remedy));
     }
 
-    const QStringList &faults() const { return m_faults; }
+    const QStringList &faults() const
+    {
+        return m_faults;
+    }
 
 private:
     QSettings m_settings;
@@ -130,13 +150,24 @@ bool isReserved(const QString &name)
     return name == QLatin1String("jobs") || name == QLatin1String("bridge");
 }
 
+/// "dnssd:NAME" in place of an address, which a book of saved printers has not.
+void readAnnouncedName(Reader &reader, zysession::Printer &printer)
+{
+    const QString address = reader.text(QStringLiteral("printers/") + printer.name);
+    printer.announcedName = zydiscovery::nameInAddress(address);
+    if (!printer.announcedName.isNull())
+        printer.url.clear();
+}
+
 void addPrinters(Reader &reader, QVector<zysession::Printer> &printers, const QString &file)
 {
     zysession::SavedPrinters book(file);
     if (book.read() != zysession::SettingsFault::None)
         reader.fault(QStringLiteral("no readable settings"), file,
                      QStringLiteral("give a file with a section [printers]"));
-    for (const zysession::Printer &printer : book.printers()) {
+    for (zysession::Printer printer : book.printers()) {
+        if (book.file() == reader.file())
+            readAnnouncedName(reader, printer);
         const bool isTwice
             = std::any_of(printers.begin(), printers.end(), [&](const zysession::Printer &each) {
                   return each.name == printer.name;
@@ -147,7 +178,7 @@ void addPrinters(Reader &reader, QVector<zysession::Printer> &printers, const QS
             reader.fault(
                 QStringLiteral("no possible name of a printer"), printer.name,
                 QStringLiteral("use letters, digits, '-' and '_', neither jobs nor bridge"));
-        else if (printer.url.isEmpty())
+        else if (printer.url.isEmpty() && printer.announcedName.isEmpty())
             reader.fault(QStringLiteral("printer without an address"), printer.name,
                          QStringLiteral("write name=ws://host:port"));
         else

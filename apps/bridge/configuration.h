@@ -25,7 +25,7 @@ struct Configuration {
     int uploads = 8; ///< files sent for jobs at a time
     bool announcesToHomeAssistant = false;
     BrokerSettings broker;
-    QVector<zysession::Printer> printers;
+    QVector<zysession::Printer> printers; ///< without a URL those that are to be found by a name
     QMap<QString, QStringList> groups; ///< printers by the name of their group
 
     QStringList groupsOf(const QString &printer) const;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // zyprinter: puts the rooms together and runs until it is told to stop.
 
+#include "announcement.h"
 #include "directory.h"
 #include "errorline.h"
 #include "hostbridge.h"
@@ -26,6 +27,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <memory>
 #include <optional>
 
 namespace zyprinter
@@ -92,6 +94,30 @@ void showLayers(const Machine &machine, LayerPreview &preview, PrinterLog &log)
     });
 }
 
+/// As long as the result lives; null for a printer that is not to be found.
+std::unique_ptr<zydiscovery::Announcement> announce(const PrinterOptions &options, quint16 port,
+                                                    PrinterLog &log)
+{
+    const auto refuse = [&log](const QString &why) {
+        log.add(QStringLiteral("not announced on the network: ") + why);
+    };
+    if (options.announcedName.isEmpty())
+        return {};
+    if (options.address.isLoopback()) {
+        refuse(QStringLiteral("it listens on %1 alone").arg(options.address.toString()));
+        return {};
+    }
+    auto announcement = std::make_unique<zydiscovery::Announcement>(
+        zydiscovery::Announcement::Printer{options.announcedName, options.address, port,
+                                           !options.certFile.isEmpty(), !options.token.isEmpty()});
+    QObject::connect(announcement.get(), &zydiscovery::Announcement::failed, &log, refuse);
+    QObject::connect(announcement.get(), &zydiscovery::Announcement::announced, &log,
+                     [&log](const QString &name) {
+                         log.add(QStringLiteral("announced on the network as \"%1\"").arg(name));
+                     });
+    return announcement;
+}
+
 /// Log lines, or the live view where there is a terminal for it, until the program is to stop.
 int serve(const PrinterOptions &options, const ZySslEchoServer &server, const Machine &machine,
           const ModelStore &store, PrinterLog &log)
@@ -111,6 +137,7 @@ int serve(const PrinterOptions &options, const ZySslEchoServer &server, const Ma
     log.add(QStringLiteral("printer \"%1\" keeps its models in %2: %3 there")
                 .arg(options.name, store.directory())
                 .arg(store.names().size()));
+    const auto announcement = announce(options, server.serverPort(), log);
     const int code = QCoreApplication::exec();
     log.add(QStringLiteral("stopping"));
     return code;

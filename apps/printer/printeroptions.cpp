@@ -24,6 +24,7 @@ struct Arguments {
     std::string address;
     std::string token;
     std::string name;
+    bool isHidden = false;
     std::string preview;
     std::string certFile;
     std::string keyFile;
@@ -141,6 +142,8 @@ void addOptions(CLI::App &app, PrinterOptions &options, Arguments &arguments)
         ->capture_default_str();
     app.add_option("--name", arguments.name, "The printer's name; the host's name by default")
         ->type_name("NAME");
+    app.add_flag("--no-announce", arguments.isHidden,
+                 "Do not announce the printer on the network by DNS-SD");
     app.add_flag("--view", options.view,
                  "Show a live view instead of log lines,\nwhen standard output is a terminal");
     app.add_option("--preview", arguments.preview,
@@ -186,6 +189,10 @@ std::optional<int> readOptions(int argc, char **argv, PrinterOptions &options)
     options.token = zyapp::fromArgument(arguments.token);
     options.name = arguments.name.empty() ? QSysInfo::machineHostName()
                                           : zyapp::fromArgument(arguments.name);
+    if (!arguments.isHidden)
+        options.announcedName = arguments.name.empty()
+            ? QStringLiteral("zyprinter on ") + options.name
+            : options.name;
     return std::nullopt;
 }
 

@@ -21,6 +21,7 @@ struct PrinterOptions {
     QString token; ///< empty: none is needed
     double speed = 1000;
     QString name;
+    QString announcedName; ///< empty: not announced
     int failAt = 0; ///< layer; 0: none
     double slowCheck = 0; ///< seconds
     bool refuse = false;

@@ -49,6 +49,8 @@ public:
     void setTlsTrust(const ZyTlsTrust &trust) { m_trust = trust; }
 
     QUrl url() const { return m_url; }
+    /// For the next opening.
+    void setUrl(const QUrl &url) { m_url = url; }
     const TimeLimits &limits() const { return m_limits; }
     bool isOpen() const;
     /// True once a connection could be opened, even if it is gone by now.

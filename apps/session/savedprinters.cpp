@@ -78,12 +78,15 @@ void prepareForSecrets(const QString &path)
 
 QString Printer::label() const
 {
-    return name.isEmpty() ? url.toString() : name;
+    if (!name.isEmpty())
+        return name;
+    return announcedName.isEmpty() ? url.toString() : announcedName;
 }
 
 QString Printer::description() const
 {
-    return name.isEmpty() ? url.toString() : QStringLiteral("%1 (%2)").arg(name, url.toString());
+    const QString address = url.toString();
+    return label() == address ? address : QStringLiteral("%1 (%2)").arg(label(), address);
 }
 
 bool Printer::isEncrypted() const

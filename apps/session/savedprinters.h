@@ -26,8 +26,9 @@ struct Printer {
     QString authorities = {}; ///< PEM file of who may vouch for it; empty: whom the system trusts
     QString fingerprint
         = {}; ///< of the one certificate that it may show; empty for any trusted one
+    QString announcedName = {}; ///< of one that was found on the network: any text
 
-    /// The name, or the URL when it has none.
+    /// The saved or announced name, or the URL when it has none.
     QString label() const;
     /// "bench1 (ws://…)", or the URL alone.
     QString description() const;

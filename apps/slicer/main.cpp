@@ -8,6 +8,7 @@
 #include "jsonview.h"
 #include "knownprinters.h"
 #include "resources.h"
+#include "search.h"
 #include "sendstep.h"
 #include "slicercommands.h"
 #include "standardoutput.h"
@@ -101,6 +102,8 @@ int run(const Request &request)
     case Request::Command::PrintersRemove:
     case Request::Command::PrintersGroup:
         return endWith(request, {runPrintersCommand(request)});
+    case Request::Command::Discover:
+        return endWith(request, {runDiscoverCommand(request)});
     default:
         break;
     }

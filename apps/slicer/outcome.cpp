@@ -14,7 +14,8 @@ const QVector<ExitCodeMeaning> &exitCodeMeanings()
     static const QVector<ExitCodeMeaning> meanings{
         {ExitCode::Ok, "done"},
         {ExitCode::Usage, "wrong usage: unknown option, printer name or parameter"},
-        {ExitCode::NoConnection, "no connection to the printer, or no answer from it"},
+        {ExitCode::NoConnection,
+         "no connection to the printer, or no answer from it; or no printer found"},
         {ExitCode::Busy, "refused: the printer is busy receiving, checking or printing"},
         {ExitCode::Refused, "refused by the printer for another reason"},
         {ExitCode::TokenRejected, "the printer rejected the token"},
@@ -27,6 +28,7 @@ const QVector<ExitCodeMeaning> &exitCodeMeanings()
         {ExitCode::SomeFailed,
          "of several files or printers some failed, or all for different reasons"},
         {ExitCode::GivenUp, "transfer given up: stalled or dropped after all retries"},
+        {ExitCode::NoDiscovery, "printers cannot be looked for: no Avahi daemon, or built without"},
         {ExitCode::Interrupted, "interrupted"},
     };
     return meanings;

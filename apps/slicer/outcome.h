@@ -23,6 +23,7 @@ enum class ExitCode {
     PrintFailed = 9,
     SomeFailed = 10,
     GivenUp = 11,
+    NoDiscovery = 12,
     Interrupted = 130,
 };
 

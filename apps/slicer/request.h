@@ -37,10 +37,11 @@ struct Request {
         PrintersAdd,
         PrintersRemove,
         PrintersGroup,
+        Discover,
     };
 
     Command command = Command::Status;
-    QStringList printers; ///< URLs, saved names or groups, as given with --to
+    QStringList printers; ///< URLs, saved names, groups or "dnssd:NAME", as given with --to
     bool isAll = false; ///< all saved printers instead
     QString token; ///< null when none is given: each printer's saved one counts
     QString authorities; ///< --ca: a PEM file; null when not given, empty to forget a saved one
@@ -57,6 +58,7 @@ struct Request {
     QString savedUrl; ///< printers add
     zysession::TimeLimits limits; ///< of commands
     ZySendOptions sending; ///< its retries and pauses count for following a print, too
+    int searchTime = 3000; ///< ms at most, discover
     int pollInterval = 1000; ///< ms between two questions for the printer's status
 
     QString settingsFile;

@@ -15,13 +15,24 @@ _zyslicer_names()
     zyslicer "${settings[@]}" printers 2>/dev/null | cut -d' ' -f1
 }
 
+# The names of printers on the network, which hold any characters.
+_zyslicer_announced()
+{
+    local name
+    while IFS= read -r name; do
+        printf -v name %q "dnssd:$name"
+        [[ $name == "$cur"* ]] && COMPREPLY+=("$name")
+    done < <(zyslicer discover 2>/dev/null | sed -e 1d -e 's/  .*//')
+    declare -F __ltrim_colon_completions >/dev/null && __ltrim_colon_completions "$cur"
+}
+
 _zyslicer()
 {
     local cur prev words cword split=false
     # "--to=x" becomes the option and its value.
     _init_completion -s -n : || return
 
-    local commands='send print pause stop status set version cancel printers'
+    local commands='send print pause stop status set version cancel printers discover'
     local printer='--to --all --token --ca --fingerprint --connect-timeout --timeout --check-timeout'
     local retry='--retries --back-off'
     local watch='--watch --interval'
@@ -30,8 +41,11 @@ _zyslicer()
 
     case $prev in
         --to)
-            # URLs are typed; saved names are completed.
-            COMPREPLY=($(compgen -W "$(_zyslicer_names)" -- "$cur"))
+            # URLs are typed; saved names are completed, and after "dnssd:" those on the network.
+            case $cur in
+                dnssd:*) _zyslicer_announced ;;
+                *) COMPREPLY=($(compgen -W "$(_zyslicer_names)" -- "$cur")) ;;
+            esac
             return
             ;;
         --settings | --ca)
@@ -41,6 +55,10 @@ _zyslicer()
         --compression)
             COMPREPLY=($(compgen -W "0 1 2 3 4 5 6 7 8 9" -- "$cur"))
             return
+            ;;
+        --wait)
+            # A flag, but for one command.
+            [[ " ${words[*]} " == *' discover '* ]] && return
             ;;
         --token | --fingerprint | --as | --limit-rate | --stall | --retries | --back-off | --interval | --*timeout)
             return
@@ -68,6 +86,7 @@ _zyslicer()
         print) options="$printer $retry $watch --wait $common" ;;
         status) options="$printer $retry $watch $common" ;;
         set) options="$printer $common $keys" ;;
+        discover) options="--wait $common" ;;
         printers)
             case $prev in
                 remove | group) options=$(_zyslicer_names) ;;

@@ -27,7 +27,8 @@ class Files(unittest.TestCase):
 
     def test_a_good_file_is_called_good(self):
         done = self.check(f"[bridge]\nname=hall\nstate={self.directory}\n"
-                          "[printers]\nbench=ws://127.0.0.1:1\n[groups]\nresin=bench\n")
+                          "[printers]\nbench=ws://127.0.0.1:1\nattic=dnssd:Bänch, 2\n"
+                          "[groups]\nresin=bench, attic\n")
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         self.assertIn("nothing wrong", done.stdout)
 
@@ -42,6 +43,7 @@ class Files(unittest.TestCase):
                 (state + "homeassistant=maybe\n" + printers, "yes nor no"),
                 (state + "spool=/nowhere\n" + printers, "/nowhere"),
                 (state + "[printers]\nbench=http://a\n", "bench"),
+                (state + "[printers]\nbench=dnssd:\n", "without an address: bench"),
                 (state + "[printers]\njobs=ws://127.0.0.1:1\n", "jobs"),
                 (state + printers + "[groups]\nresin=bench, attic\n", "attic"),
                 (state + printers + "[broker]\nurl=localhost\n", "mqtt://host:port"),

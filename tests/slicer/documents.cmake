@@ -9,7 +9,7 @@ file(READ ${MAN_PAGE} man_page)
 string(REPLACE "\\-" "-" man_page "${man_page}")
 file(READ ${COMPLETION} completion)
 
-set(commands send print pause stop status set version cancel printers)
+set(commands send print pause stop status set version cancel printers discover)
 set(help "")
 foreach(command IN ITEMS "" LISTS commands)
     execute_process(COMMAND ${PROGRAM} ${command} --help OUTPUT_VARIABLE text RESULT_VARIABLE code)

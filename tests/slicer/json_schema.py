@@ -34,8 +34,12 @@ def main():
         if kind and not validator.is_valid(value):
             failures += 1
             print(f"not one of the schema's lines\n  {line}")
+    # Printers are found only where a daemon looks for them: the tests of that hold their lines
+    # against the schema.
+    elsewhere = {"found"}
     for what, seen in (("written", lines), ("in the document", examples)):
-        missing = kinds.keys() - {json.loads(line).get("event") for line in seen}
+        ignored = elsewhere if seen is lines else set()
+        missing = kinds.keys() - ignored - {json.loads(line).get("event") for line in seen}
         if missing:
             failures += 1
             print(f"never {what}: {', '.join(sorted(missing))}")

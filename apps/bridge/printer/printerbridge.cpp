@@ -49,6 +49,19 @@ void PrinterBridge::start()
     m_link.open();
 }
 
+void PrinterBridge::moveTo(const QUrl &url)
+{
+    if (url == m_printer.url)
+        return;
+    m_printer.url = url;
+    m_link.setUrl(url);
+    if (m_isOnline)
+        return;
+    m_reconnect.stop();
+    m_pause = 0;
+    m_link.open();
+}
+
 bool PrinterBridge::isReady() const
 {
     using State = PrinterStatus::State;

@@ -31,6 +31,8 @@ public:
     PrinterBridge(const zysession::Printer &printer, int polling, QObject *parent = nullptr);
 
     void start();
+    /// The printer has this address now, and is connected to there once it is offline.
+    void moveTo(const QUrl &url);
 
     const zysession::Printer &printer() const { return m_printer; }
     const QString &name() const { return m_printer.name; }
@@ -65,7 +67,7 @@ private:
     void goOffline();
     void setOnline(bool isOnline);
 
-    const zysession::Printer m_printer;
+    zysession::Printer m_printer;
     zysession::PrinterLink m_link;
     zysession::Exchange m_statusExchange;
     zysession::Exchange m_commandExchange;

@@ -28,7 +28,8 @@ PrinterControl::~PrinterControl() = default;
 
 QString PrinterControl::nameOf(const zysession::Printer &printer)
 {
-    return printer.name.isEmpty() ? printer.url.authority() : printer.name;
+    const bool hasName = !printer.name.isEmpty() || !printer.announcedName.isEmpty();
+    return hasName ? printer.label() : printer.url.authority();
 }
 
 void PrinterControl::connectTo(const zysession::Printer &printer, const QString &token)

@@ -8,18 +8,6 @@
         <translation>&amp;Speichern…</translation>
     </message>
     <message>
-        <source>Printer</source>
-        <translation>Drucker</translation>
-    </message>
-    <message>
-        <source>A saved name, or an address such as ws://192.168.1.20:8080</source>
-        <translation>Ein gespeicherter Name oder eine Adresse, zum Beispiel ws://192.168.1.20:8080</translation>
-    </message>
-    <message>
-        <source>ws://address:port or a saved name</source>
-        <translation>ws://Adresse:Port oder ein gespeicherter Name</translation>
-    </message>
-    <message>
         <source>Access token</source>
         <translation>Zugriffstoken</translation>
     </message>
@@ -138,6 +126,18 @@
     <message>
         <source>The certificate of %1 cannot be checked: %2</source>
         <translation>Das Zertifikat von %1 lässt sich nicht prüfen: %2</translation>
+    </message>
+    <message>
+        <source>Looking for “%1” on the network…</source>
+        <translation>„%1“ wird im Netz gesucht …</translation>
+    </message>
+    <message>
+        <source>No printer named “%1” is announced on the network.</source>
+        <translation>Kein Drucker namens „%1“ meldet sich im Netz.</translation>
+    </message>
+    <message>
+        <source>Printers cannot be looked for on the network: %1.</source>
+        <translation>Im Netz kann nicht nach Druckern gesucht werden: %1.</translation>
     </message>
 </context>
 <context>
@@ -411,6 +411,25 @@
     <message>
         <source>%1, as of %2</source>
         <translation>%1, Stand %2 Uhr</translation>
+    </message>
+</context>
+<context>
+    <name>zypanel::PrinterChoice</name>
+    <message>
+        <source>Printer</source>
+        <translation>Drucker</translation>
+    </message>
+    <message>
+        <source>A saved name, a printer found on the network, or an address such as ws://192.168.1.20:8080</source>
+        <translation>Ein gespeicherter Name, ein im Netz gefundener Drucker oder eine Adresse, zum Beispiel ws://192.168.1.20:8080</translation>
+    </message>
+    <message>
+        <source>ws://address:port or a saved name</source>
+        <translation>ws://Adresse:Port oder ein gespeicherter Name</translation>
+    </message>
+    <message>
+        <source>– found on the network –</source>
+        <translation>– im Netz gefunden –</translation>
     </message>
 </context>
 <context>

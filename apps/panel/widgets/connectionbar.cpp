@@ -8,15 +8,14 @@
 #include "confirmation.h"
 #include "elidedlabel.h"
 #include "formatting.h"
+#include "printerchoice.h"
 #include "savedialog.h"
 
-#include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSettings>
-#include <QSignalBlocker>
 
 #include <utility>
 
@@ -30,13 +29,25 @@ namespace
 {
 
 const QLatin1String lastUsedKey("printerPanel/lastPrinter");
+constexpr int searchTime = 5000; // ms
+
+QString keyOf(const QString &announcedName)
+{
+    return zydiscovery::addressByName(announcedName).toLower();
+}
+
+/// What a certificate is remembered by: a printer that was found may get another address.
+QString keyOf(const Printer &printer)
+{
+    return printer.announcedName.isEmpty() ? printer.url.toString() : keyOf(printer.announcedName);
+}
 
 } // namespace
 
 ConnectionBar::ConnectionBar(QWidget *parent)
     : QWidget(parent), m_rows(new QHBoxLayout(this)), m_printerRow(new QHBoxLayout),
       m_buttonRow(new QHBoxLayout), m_printerLabel(new QLabel(tr("P&rinter"))),
-      m_address(new QComboBox), m_name(new ElidedLabel), m_token(new QLineEdit),
+      m_address(new PrinterChoice), m_name(new ElidedLabel), m_token(new QLineEdit),
       m_connect(new QPushButton), m_save(new QPushButton(tr("Sa&ve…"))),
       m_forget(new QPushButton(tr("Forge&t…"))), m_badge(new Badge)
 {
@@ -51,15 +62,6 @@ ConnectionBar::ConnectionBar(QWidget *parent)
 void ConnectionBar::buildFields()
 {
     m_address->setObjectName(QStringLiteral("address"));
-    m_address->setEditable(true);
-    m_address->setInsertPolicy(QComboBox::NoInsert);
-    m_address->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    m_address->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_address->setMinimumContentsLength(10);
-    m_address->setAccessibleName(tr("Printer"));
-    m_address->lineEdit()->setAccessibleName(m_address->accessibleName());
-    m_address->setToolTip(tr("A saved name, or an address such as ws://192.168.1.20:8080"));
-    m_address->lineEdit()->setPlaceholderText(tr("ws://address:port or a saved name"));
 
     m_name->setObjectName(QStringLiteral("printerTitle"));
     m_name->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -74,6 +76,11 @@ void ConnectionBar::buildFields()
     m_token->setMinimumWidth(fontMetrics().averageCharWidth() * 9);
     m_token->setMaximumWidth(fontMetrics().averageCharWidth() * 20);
 
+    m_search.setSingleShot(true);
+    m_search.setInterval(searchTime);
+    connect(&m_search, &QTimer::timeout, this, &ConnectionBar::sayUnknown);
+    connect(&m_browser, &zydiscovery::PrinterBrowser::changed, this,
+            &ConnectionBar::onFoundChanged);
     connect(m_address, &QComboBox::editTextChanged, this, &ConnectionBar::onAddressChanged);
     connect(m_address->lineEdit(), &QLineEdit::returnPressed, this, &ConnectionBar::toggle);
     connect(m_token, &QLineEdit::textEdited, this, [this] { m_isTokenUsed = false; });
@@ -133,8 +140,8 @@ QString ConnectionBar::address() const
 
 Printer ConnectionBar::printer() const
 {
-    Printer printer = m_saved.resolve(address());
-    const auto given = m_certificates.constFind(printer.url);
+    Printer printer = resolve(address());
+    const auto given = m_certificates.constFind(keyOf(printer));
     if (given != m_certificates.constEnd()) {
         printer.authorities = given->authorities;
         printer.fingerprint = given->fingerprint;
@@ -142,10 +149,41 @@ Printer ConnectionBar::printer() const
     return printer;
 }
 
+Printer ConnectionBar::resolve(const QString &text) const
+{
+    const QString announced = zydiscovery::nameInAddress(text);
+    Printer printer;
+    if (announced.isNull())
+        printer = m_saved.resolve(text);
+    if (!printer.url.isEmpty() || text.isEmpty())
+        return printer;
+    // Also by its name alone, as it is completed while it is typed.
+    const zydiscovery::FoundPrinter found
+        = zydiscovery::printerNamed(announced.isNull() ? text : announced, m_found);
+    printer.url = found.url;
+    printer.announcedName = found.name;
+    return printer;
+}
+
+void ConnectionBar::onFoundChanged()
+{
+    const QVector<zydiscovery::FoundPrinter> found = m_browser.printers();
+    if (found == m_found)
+        return; // an open list is left alone
+    m_found = found;
+    m_address->offer(m_saved.printers(), m_found);
+    updateButtons();
+    if (m_search.isActive() && !printer().url.isEmpty())
+        requestConnection();
+}
+
 void ConnectionBar::setCertificate(const QString &nameOrAddress, const QString &authorities,
                                    const QString &fingerprint)
 {
-    m_certificates.insert(m_saved.resolve(nameOrAddress).url, {authorities, fingerprint});
+    // A printer on the network may not have been found yet.
+    const QString announced = zydiscovery::nameInAddress(nameOrAddress);
+    m_certificates.insert(announced.isNull() ? keyOf(resolve(nameOrAddress)) : keyOf(announced),
+                          {authorities, fingerprint});
 }
 
 Printer ConnectionBar::trust(Printer printer, const QString &fingerprint)
@@ -157,7 +195,7 @@ Printer ConnectionBar::trust(Printer printer, const QString &fingerprint)
     if (saved.url == printer.url)
         report(m_saved.save(saved));
     else
-        m_certificates.insert(printer.url, {{}, fingerprint});
+        m_certificates.insert(keyOf(printer), {{}, fingerprint});
     return printer;
 }
 
@@ -230,14 +268,10 @@ void ConnectionBar::requestConnection()
     refreshNames();
     const Printer printer = this->printer();
     if (printer.url.isEmpty()) {
-        const QString text = zysession::isPrinterName(address())
-            ? tr("Unknown printer “%1”: no printer is saved under this name. Give an address such "
-                 "as ws://192.168.1.20:8080.")
-            : tr("“%1” is neither a saved printer nor an address such as "
-                 "ws://192.168.1.20:8080.");
-        Q_EMIT noticed({Severity::Error, Topic::Connection, text.arg(address())});
+        lookFor();
         return;
     }
+    m_search.stop();
     ZyTlsTrust trust;
     const QString fault = printer.readTrust(trust);
     if (!fault.isEmpty()) {
@@ -251,27 +285,49 @@ void ConnectionBar::requestConnection()
     Q_EMIT connectRequested(printer);
 }
 
+/// The printer of the address is not known, or not known yet.
+void ConnectionBar::lookFor()
+{
+    if (zydiscovery::nameInAddress(address()).isEmpty() || !m_browser.fault().isEmpty()) {
+        sayUnknown();
+        return;
+    }
+    m_search.start();
+    Q_EMIT noticed(
+        {Severity::Info, Topic::Connection,
+         tr("Looking for “%1” on the network…").arg(zydiscovery::nameInAddress(address()))});
+}
+
+void ConnectionBar::sayUnknown()
+{
+    const QString announced = zydiscovery::nameInAddress(address());
+    QString text = tr("“%1” is neither a saved printer nor an address such as "
+                      "ws://192.168.1.20:8080.")
+                       .arg(address());
+    if (zysession::isPrinterName(address()))
+        text = tr("Unknown printer “%1”: no printer is saved under this name. Give an address such "
+                  "as ws://192.168.1.20:8080.")
+                   .arg(address());
+    else if (!announced.isEmpty() && m_browser.fault().isEmpty())
+        text = tr("No printer named “%1” is announced on the network.").arg(announced);
+    else if (!announced.isEmpty())
+        text = tr("Printers cannot be looked for on the network: %1.").arg(m_browser.fault());
+    Q_EMIT noticed({Severity::Error, Topic::Connection, text});
+}
+
 /// A token that was typed for one printer is not for the next.
 void ConnectionBar::onAddressChanged()
 {
     if (m_isTokenUsed)
         setToken({});
+    m_search.stop();
     updateButtons();
 }
 
 void ConnectionBar::refreshNames()
 {
     report(m_saved.read());
-    const QString text = m_address->currentText();
-    {
-        const QSignalBlocker blocker(m_address);
-        m_address->clear();
-        for (const Printer &printer : m_saved.printers()) {
-            m_address->addItem(printer.name);
-            m_address->setItemData(m_address->count() - 1, printer.url.toString(), Qt::ToolTipRole);
-        }
-        m_address->setEditText(text);
-    }
+    m_address->offer(m_saved.printers(), m_found);
     updateButtons();
 }
 
@@ -322,7 +378,7 @@ void ConnectionBar::forget(const Printer &printer)
 {
     if (report(m_saved.remove(printer.name)))
         return;
-    m_certificates.remove(printer.url);
+    m_certificates.remove(keyOf(printer));
     refreshNames();
     m_address->setEditText(printer.url.toString());
     Q_EMIT noticed({Severity::Info, Topic::SavedPrinters,

@@ -7,14 +7,14 @@
 
 #include "printercontrol.h"
 
+#include <printerbrowser.h>
 #include <savedprinters.h>
 
 #include <QMap>
-#include <QUrl>
+#include <QTimer>
 #include <QWidget>
 
 class QBoxLayout;
-class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -24,6 +24,7 @@ namespace zypanel
 
 class Badge;
 class ElidedLabel;
+class PrinterChoice;
 
 class ConnectionBar : public QWidget
 {
@@ -68,6 +69,10 @@ private:
     QString address() const;
     /// Of the address; its url is empty when it is none.
     zysession::Printer printer() const;
+    zysession::Printer resolve(const QString &text) const;
+    void onFoundChanged();
+    void lookFor();
+    void sayUnknown();
     void toggle();
     void refreshNames();
     void updateButtons();
@@ -79,18 +84,22 @@ private:
     bool report(zysession::SettingsFault fault);
 
     zysession::SavedPrinters m_saved;
+    zydiscovery::PrinterBrowser m_browser;
+    QVector<zydiscovery::FoundPrinter> m_found;
+    QTimer m_search; ///< for the printer of the address, which is to be connected to
     Link m_link = Link::Closed;
     struct Certificate {
         QString authorities;
         QString fingerprint;
     };
-    QMap<QUrl, Certificate> m_certificates; ///< that outweigh saved ones while the program runs
+    /// Those that outweigh saved ones while the program runs; see keyOf().
+    QMap<QString, Certificate> m_certificates;
     bool m_isTokenUsed = false; ///< the typed token has gone to the printer of the address
     QBoxLayout *m_rows;
     QBoxLayout *m_printerRow;
     QBoxLayout *m_buttonRow;
     QLabel *m_printerLabel;
-    QComboBox *m_address;
+    PrinterChoice *m_address;
     ElidedLabel *m_name; ///< of the connected printer, in the address's place
     QLineEdit *m_token;
     QPushButton *m_connect;

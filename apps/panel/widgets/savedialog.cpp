@@ -16,9 +16,26 @@
 namespace zypanel
 {
 
+namespace
+{
+
+/// A name that may be saved, made of the announced one where there is none yet.
+QString suggestion(const zysession::Printer &printer)
+{
+    if (!printer.name.isEmpty())
+        return printer.name;
+    QString name;
+    for (const QChar c : printer.announcedName)
+        name += zysession::isPrinterName(c) ? c : QLatin1Char('-');
+    return name;
+}
+
+} // namespace
+
 SaveDialog::SaveDialog(const zysession::Printer &printer, const zysession::SavedPrinters &saved,
                        QWidget *parent)
-    : QDialog(parent), m_printer(printer), m_saved(saved), m_name(new QLineEdit(printer.name)),
+    : QDialog(parent), m_printer(printer), m_saved(saved),
+      m_name(new QLineEdit(suggestion(printer))),
       m_withToken(new QCheckBox(tr("Save the access &token, too"))), m_hint(new QLabel),
       m_buttons(new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel))
 {

@@ -28,7 +28,7 @@ _zyprinter()
             return
             ;;
     esac
-    mapfile -t COMPREPLY < <(compgen -W "--dir --bind --port --token --speed --name --view --preview
+    mapfile -t COMPREPLY < <(compgen -W "--dir --bind --port --token --speed --name --no-announce --view --preview
         --max-size --keep-free --max-connections --allow-origin --silence --cert --key --unprotected
         --fail-at --slow-check --refuse --help --version" -- "$current")
 }

@@ -1,22 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// Every subcommand and option, the values they are read into, and the help.
+// Every subcommand and option, and the help.
 
 #include "slicercommands.h"
 
-#include "commandline.h"
+#include "optionvalues.h"
 #include "outcome.h"
 #include "validators.h"
 
-#include <QFile>
-#include <QFileInfo>
-
-#include <zytlstrust.h>
-
-#include <algorithm>
 #include <iomanip>
-#include <map>
-#include <optional>
 #include <sstream>
 
 namespace zyslicer
@@ -24,105 +16,6 @@ namespace zyslicer
 
 namespace
 {
-
-/// What CLI11 reads into; times in seconds.
-struct OptionValues {
-    std::map<const CLI::App *, Request::Command> commands;
-    const CLI::App *app = nullptr;
-
-    std::vector<std::string> printers;
-    bool isAll = false;
-    std::vector<std::string> members;
-    std::string token;
-    std::string authorities;
-    std::string fingerprint;
-    std::vector<std::string> files;
-    std::string asName;
-    std::string printName;
-    std::vector<std::string> parameters;
-    std::string savedName;
-    std::string savedUrl;
-    std::string settingsFile;
-    double connecting = 10;
-    double reply = 30;
-    double check = 120;
-    double stall = 15;
-    double backOff = 1;
-    double interval = 1;
-    int retries = 5;
-    std::optional<int> compressionLevel;
-    bool isWithoutDigest = false;
-    bool isPrinting = false;
-    bool isWatching = false;
-    bool isWaiting = false;
-    bool isKeeping = false;
-    std::string rateLimit;
-    bool isJson = false;
-    bool isQuiet = false;
-    bool isVerbose = false;
-
-    /// Throws a CLI::ValidationError for what no single option can check.
-    void fill(Request &request) const;
-
-private:
-    void fillTrust(const CLI::App &command, Request &request) const;
-    void fillLimits(Request &request) const;
-    void fillFiles(const CLI::App &command, Request &request) const;
-};
-
-QStringList toTexts(const std::vector<std::string> &values)
-{
-    QStringList texts;
-    for (const std::string &value : values)
-        texts.append(zyapp::fromArgument(value));
-    return texts;
-}
-
-int milliseconds(double seconds)
-{
-    return static_cast<int>(seconds * 1000);
-}
-
-/// Text that cannot be turned back would name another file, or none.
-void requireText(const std::string &argument)
-{
-    if (QFile::encodeName(zyapp::fromArgument(argument)).toStdString() != argument)
-        throw CLI::ValidationError("file name '" + argument
-                                   + "' is not valid in this locale's encoding, such as UTF-8");
-}
-
-/// Null when the option is not given, and never null when it is.
-QString given(const CLI::App &command, const std::string &option, const std::string &value)
-{
-    const CLI::Option *found = command.get_option_no_throw(option);
-    if (found == nullptr || found->count() == 0)
-        return {};
-    return QLatin1String("") + zyapp::fromArgument(value);
-}
-
-std::string parameterNames()
-{
-    return zysession::parameterKeys().join(QLatin1String(", ")).toStdString();
-}
-
-zysession::Parameters toParameters(const std::vector<std::string> &assignments)
-{
-    zysession::Parameters parameters;
-    const QStringList texts = toTexts(assignments);
-    for (const QString &assignment : texts) {
-        const QString key = assignment.section(QLatin1Char('='), 0, 0);
-        if (!assignment.contains(QLatin1Char('=')))
-            throw CLI::ValidationError("'" + assignment.toStdString()
-                                       + "' is no assignment of the form key=value");
-        if (!zysession::parameterKeys().contains(key))
-            throw CLI::ValidationError("unknown parameter '" + key.toStdString() + "', known are "
-                                       + parameterNames());
-        if (parameters.contains(key))
-            throw CLI::ValidationError("parameter '" + key.toStdString() + "' is given twice");
-        parameters.insert(key, assignment.section(QLatin1Char('='), 1));
-    }
-    return parameters;
-}
 
 void addTrustOptions(CLI::App *command, OptionValues &values)
 {
@@ -137,8 +30,9 @@ void addTrustOptions(CLI::App *command, OptionValues &values)
 
 void addPrinterOptions(CLI::App *command, OptionValues &values)
 {
-    auto *to = command->add_option("--to", values.printers,
-                                   "Printer: URL, saved name or group; repeat for several");
+    auto *to = command->add_option(
+        "--to", values.printers,
+        "Printer: URL, saved name or group, or dnssd:NAME;\nrepeat for several");
     to->type_name("PRINTER")->allow_extra_args(false);
     command->add_flag("--all", values.isAll, "All saved printers")->excludes(to);
     command->add_option("--token", values.token, "The printer's access token")
@@ -293,19 +187,28 @@ void addPrinters(CLI::App &app, OptionValues &values)
     group->add_option("PRINTER", values.members, "Saved names")->required()->type_name("");
 }
 
+void addDiscover(CLI::App &app, OptionValues &values)
+{
+    CLI::App *discover = addCommand(app, values, Request::Command::Discover, "discover",
+                                    "List the printers that announce themselves on this network");
+    discover->add_option("--wait", values.searching, "At most, for those that answer late")
+        ->check(seconds(0.1))
+        ->capture_default_str();
+}
+
 std::string footer()
 {
     std::ostringstream text;
-    text
-        << "A printer is named by --to with a URL (ws://host:port), with host:port, or with a "
-           "name\nsaved by 'zyslicer printers add' or 'printers group'. Without --to or --all, the "
-           "only\nsaved printer is meant.\n'zyslicer COMMAND --help' explains a command.\n\n"
-           "Examples:\n"
-           "  zyslicer printers add bench1 ws://192.168.1.20:8080\n"
-           "  zyslicer send part.zydlp --to bench1 --print --watch\n"
-           "  zyslicer send part.zydlp --to bench1 --to bench2 --to 192.168.1.22:8080\n"
-           "  zyslicer status --to bench1 --watch --json\n\n"
-           "Exit codes:\n";
+    text << "A printer is named by --to with a URL (ws://host:port), with host:port, with a name\n"
+            "saved by 'zyslicer printers add' or 'printers group', or as dnssd:NAME with a name "
+            "that\n'zyslicer discover' lists. Without --to or --all, the only saved printer is "
+            "meant.\n'zyslicer COMMAND --help' explains a command.\n\n"
+            "Examples:\n"
+            "  zyslicer printers add bench1 ws://192.168.1.20:8080\n"
+            "  zyslicer send part.zydlp --to bench1 --print --watch\n"
+            "  zyslicer send part.zydlp --to bench1 --to bench2 --to 192.168.1.22:8080\n"
+            "  zyslicer status --to bench1 --watch --json\n\n"
+            "Exit codes:\n";
     for (const ExitCodeMeaning &entry : exitCodeMeanings())
         text << std::setw(5) << static_cast<int>(entry.code) << "  " << entry.meaning << '\n';
     return text.str();
@@ -325,91 +228,7 @@ void addCommands(CLI::App &app, OptionValues &values)
     addPrintCommands(app, values);
     addOtherCommands(app, values);
     addPrinters(app, values);
-}
-
-void OptionValues::fill(Request &request) const
-{
-    const CLI::App *command = app;
-    if (app->get_subcommands().empty())
-        throw CLI::RequiredError("A command");
-    while (!command->get_subcommands().empty())
-        command = command->get_subcommands().front();
-    request.command = commands.at(command);
-    request.printers = toTexts(printers);
-    request.isAll = isAll;
-    request.members = toTexts(members);
-    request.token = given(*command, "--token", token);
-    request.isPrinting = isPrinting;
-    request.isWatching = isWatching;
-    request.isWaiting = isWaiting;
-    request.isKeeping = isKeeping;
-    request.parameters = toParameters(parameters);
-    request.savedName = zyapp::fromArgument(savedName);
-    request.savedUrl = zyapp::fromArgument(savedUrl);
-    request.settingsFile = zyapp::fromArgument(settingsFile);
-    request.isJson = isJson;
-    request.isQuiet = isQuiet;
-    request.isVerbose = isVerbose;
-    fillTrust(*command, request);
-    fillLimits(request);
-    fillFiles(*command, request);
-}
-
-void OptionValues::fillTrust(const CLI::App &command, Request &request) const
-{
-    request.authorities = given(command, "--ca", authorities);
-    request.fingerprint = given(command, "--fingerprint", fingerprint);
-    const bool mayForget = request.command == Request::Command::PrintersAdd;
-    if (!request.authorities.isNull() && !(mayForget && authorities.empty())) {
-        const QString fault = ZyTlsTrust().useAuthorities(request.authorities);
-        if (!fault.isEmpty())
-            throw CLI::ValidationError("--ca '" + authorities + "': " + fault.toStdString());
-        // It may be saved, and used from another directory.
-        request.authorities = QFileInfo(request.authorities).absoluteFilePath();
-    }
-    if (!request.fingerprint.isNull() && !(mayForget && fingerprint.empty())) {
-        if (ZyTlsTrust::canonical(request.fingerprint).isEmpty())
-            throw CLI::ValidationError("--fingerprint '" + fingerprint
-                                       + "' is no SHA-256: 64 hex digits, with or without colons");
-        request.fingerprint = ZyTlsTrust::canonical(request.fingerprint);
-    }
-}
-
-void OptionValues::fillLimits(Request &request) const
-{
-    request.limits = {milliseconds(connecting), milliseconds(reply), milliseconds(check)};
-    request.sending.setConnectTimeout(milliseconds(connecting));
-    request.sending.setStallTimeout(milliseconds(stall));
-    request.sending.setVerdictTimeout(milliseconds(check));
-    request.sending.setCancelTimeout(milliseconds(std::min(stall, reply)));
-    request.sending.setRetries(retries);
-    request.sending.setFirstPause(milliseconds(backOff));
-    request.sending.setRateLimit(rateOf(rateLimit));
-    if (compressionLevel)
-        request.sending.setCompressionLevel(*compressionLevel);
-    request.sending.setSendsDigest(!isWithoutDigest);
-    request.pollInterval = milliseconds(interval);
-}
-
-void OptionValues::fillFiles(const CLI::App &command, Request &request) const
-{
-    requireText(asName);
-    requireText(printName);
-    request.printName = zyapp::fromArgument(printName);
-    if (request.command == Request::Command::Print && request.printName.isEmpty())
-        throw CLI::ValidationError("NAME is empty");
-    if (request.command != Request::Command::Send)
-        return;
-    const bool isNamed = command.count("--as") > 0;
-    if (files.size() > 1 && (isNamed || isPrinting))
-        throw CLI::ValidationError(std::string(isNamed ? "--as" : "--print")
-                                   + " takes a single file");
-    for (const std::string &file : files) {
-        requireText(file);
-        const QString path = zyapp::fromArgument(file);
-        request.files.append(
-            {path, isNamed ? zyapp::fromArgument(asName) : QFileInfo(path).fileName()});
-    }
+    addDiscover(app, values);
 }
 
 } // namespace

@@ -6,11 +6,13 @@
 
 #include "jsonview.h"
 #include "printergroups.h"
+#include "search.h"
 #include "standardoutput.h"
 
 #include <QJsonArray>
 
 #include <algorithm>
+#include <optional>
 
 namespace zyslicer
 {
@@ -110,9 +112,30 @@ Outcome unknownPrinter(const QString &name)
                            "with 'zyslicer printers add'")};
 }
 
-/// The settings are read only for a saved name: URLs need none.
-Outcome resolve(Saved &saved, const QString &nameOrUrl, QVector<Printer> &printers)
+/// Where the printers that a request names are looked up, each place only when it is needed.
+struct Places {
+    Saved saved;
+    std::optional<Search> network;
+    bool isWaiting = false; ///< for printers that are not there
+};
+
+Outcome resolveAnnounced(Places &places, const QString &name, QVector<Printer> &printers)
 {
+    if (!places.network)
+        places.network.emplace();
+    Printer printer;
+    Outcome outcome = places.network->find(name, places.isWaiting, printer);
+    if (outcome.isOk())
+        printers.append(printer);
+    return outcome;
+}
+
+Outcome resolve(Places &places, const QString &nameOrUrl, QVector<Printer> &printers)
+{
+    const QString announced = zydiscovery::nameInAddress(nameOrUrl);
+    if (!announced.isEmpty())
+        return resolveAnnounced(places, announced, printers);
+    Saved &saved = places.saved;
     const bool isName = zysession::isPrinterName(nameOrUrl);
     if (isName) {
         Outcome outcome = saved.read();
@@ -230,12 +253,12 @@ void writeTable(const Saved &saved)
 /// The printers that the request names, as they are saved.
 Outcome findNamedPrinters(const Request &request, QVector<Printer> &printers)
 {
-    Saved saved(request.settingsFile);
+    Places places{Saved(request.settingsFile), {}, request.isWaiting};
     if (request.printers.isEmpty())
-        return findSavedPrinters(saved, request.isAll, printers);
+        return findSavedPrinters(places.saved, request.isAll, printers);
     for (const QString &nameOrUrl : request.printers) {
         QVector<Printer> named;
-        Outcome outcome = resolve(saved, nameOrUrl, named);
+        Outcome outcome = resolve(places, nameOrUrl, named);
         if (!outcome.isOk())
             return outcome;
         for (const Printer &printer : qAsConst(named)) {

@@ -4,10 +4,10 @@
 
 #include "textview.h"
 
-#include "displaywidth.h"
 #include "errorline.h"
 #include "progressline.h"
 #include "standardoutput.h"
+#include "table.h"
 #include "wording.h"
 
 #include <algorithm>
@@ -21,22 +21,6 @@ namespace
 using zysession::PrinterStatus;
 
 constexpr int newsEvery = 10; // percent
-
-QString tableText(const QVector<QStringList> &table)
-{
-    QString text;
-    for (const QStringList &cells : table) {
-        QString line;
-        for (int column = 0; column < cells.size(); ++column) {
-            int width = 0;
-            for (const QStringList &other : table)
-                width = std::max(width, zyapp::displayWidth(other[column]));
-            line += zyapp::padded(cells[column], width + 2);
-        }
-        text += zyapp::onOneLine(line.trimmed()) + QLatin1Char('\n');
-    }
-    return text;
-}
 
 /// The same while nothing changes but the time.
 QString stepOf(const Event &event)
