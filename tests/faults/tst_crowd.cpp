@@ -254,7 +254,7 @@ void TestCrowd::transferTakesHardlyLongerInACrowd()
         times = growth(lonely);
         QVERIFY(times > 0);
     }
-    QVERIFY(times <= mostGrowth);
+    QVERIFY(times <= mostGrowth || isSanitized()); // which takes times of its own
     // A quick series ends before each has asked once.
     QVERIFY(waitUntil([&] { return questionCount >= askingCount; }));
     questions.stop();
