@@ -52,6 +52,8 @@ private Q_SLOTS:
     void resumesAFileThatWasOnlyMissingItsName();
     void replacesAFileOfTheSameName();
     void refusesWhatWouldNotLeaveEnoughFree();
+    void refusesWhatCannotBeReserved();
+    void keepsARecordWithoutReservedSpace();
 };
 
 void TestKeeping::reservesTheSpaceAtOnce()
@@ -167,6 +169,39 @@ void TestKeeping::refusesWhatWouldNotLeaveEnoughFree()
     QCOMPARE(peer.take(), refusal(1, 5));
     QCOMPARE(printer.host().count(QStringLiteral("fileTranStart")), 0);
     QCOMPARE(entriesOf(printer.dir()), QStringList());
+}
+
+/// Where the free space is not asked for, the reservation itself fails.
+void TestKeeping::refusesWhatCannotBeReserved()
+{
+    ZyServerOptions options;
+    options.setReservesSpace(true);
+    int noSpace = 0;
+    options.setFailureHandler([&](ZyServerOptions::Failure failure, const QString &) {
+        noSpace += failure == ZyServerOptions::Failure::NoSpace ? 1 : 0;
+    });
+    TestPrinter printer(options);
+    RawPeer peer(printer.port());
+    peer.send(startFile(modelName, Q_INT64_C(1) << 60));
+    QCOMPARE(peer.take(), refusal(1, 5));
+    QCOMPARE(noSpace, 1);
+    QCOMPARE(entriesOf(printer.dir()), QStringList());
+}
+
+void TestKeeping::keepsARecordWithoutReservedSpace()
+{
+    ZyServerOptions options;
+    options.setRecordInterval(chunkBytes);
+    const QByteArray contents = randomBytes(3 * chunkBytes);
+    TestPrinter printer(options);
+    RawPeer sender(printer.port());
+    sendPart(sender, contents, 1);
+    // What a process killed now would leave.
+    TestPrinter next;
+    QVERIFY(QFile::copy(printer.temporaryFile(), next.temporaryFile()));
+    RawPeer peer(next.port());
+    peer.send(startFile(modelName, contents.size()));
+    QCOMPARE(peer.take().value(QStringLiteral("offset")), QString::number(chunkBytes));
 }
 
 ZY_TEST(TestKeeping)
