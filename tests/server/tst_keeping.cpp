@@ -11,6 +11,8 @@
 
 #include <QTest>
 
+#include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace zytest;
@@ -171,20 +173,27 @@ void TestKeeping::refusesWhatWouldNotLeaveEnoughFree()
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
-/// Where the free space is not asked for, the reservation itself fails.
+/// There is enough free space, but no file may be as large.
 void TestKeeping::refusesWhatCannotBeReserved()
 {
     ZyServerOptions options;
     options.setReservesSpace(true);
-    int noSpace = 0;
-    options.setFailureHandler([&](ZyServerOptions::Failure failure, const QString &) {
-        noSpace += failure == ZyServerOptions::Failure::NoSpace ? 1 : 0;
-    });
+    QString fault;
+    options.setFailureHandler(
+        [&](ZyServerOptions::Failure, const QString &detail) { fault = detail; });
     TestPrinter printer(options);
     RawPeer peer(printer.port());
-    peer.send(startFile(modelName, Q_INT64_C(1) << 60));
-    QCOMPARE(peer.take(), refusal(1, 5));
-    QCOMPARE(noSpace, 1);
+    rlimit limit{};
+    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &limit), 0);
+    const rlimit small{2 * chunkBytes, limit.rlim_max}; // the record has to fit, too
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    peer.send(startFile(modelName, 2 * chunkBytes));
+    const QJsonObject reply = peer.take();
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    std::signal(SIGXFSZ, handler);
+    QCOMPARE(reply, refusal(1, 5));
+    QCOMPARE(fault, QStringLiteral("File too large"));
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
