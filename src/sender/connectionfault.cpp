@@ -7,7 +7,7 @@
 #include <zysslechoclient.h>
 #include <zytlstrust.h>
 
-#include <QTcpSocket>
+#include <QBuffer>
 
 using ConnectionFault = ZySendResult::ConnectionFault;
 
@@ -17,8 +17,8 @@ ConnectionFault ZyFileSender::connectionFault(const ZySslEchoClient &client)
         return ConnectionFault::None;
     if (client.socketConnectStatus() != QAbstractSocket::UnconnectedState) {
         // Qt goes on waiting after an answer that does not open a WebSocket, a 404 for instance;
-        // nothing but the text says so.
-        const bool isHandshakeRefused = client.socketErrorText() != QTcpSocket().errorString();
+        // nothing but the text says so, which differs from that of any device without an error.
+        const bool isHandshakeRefused = client.socketErrorText() != QBuffer().errorString();
         return isHandshakeRefused ? ConnectionFault::NotAWebSocket : ConnectionFault::None;
     }
     if (!client.refusedFingerprint().isEmpty())

@@ -81,8 +81,6 @@ void SendWorker::leave()
 
 void SendWorker::feed(const SendEvent &event)
 {
-    if (!m_machine)
-        return;
     const SendActions actions = m_machine->handle(event);
     m_canCancel = m_machine->canCancel();
     for (const SendAction &action : actions)

@@ -144,7 +144,7 @@ ZySendResult::FileFault ZyFileSender::checkName(const QString &name)
     using FileFault = ZySendResult::FileFault;
     switch (zyws::nameFault(name)) {
     case NameFault::None:
-        return FileFault::None;
+        break;
     case NameFault::Empty:
         return FileFault::NameEmpty;
     case NameFault::Separator:

@@ -17,7 +17,7 @@ async def attack_by_a_mute_connection(arena):
     peer = RawPeer(arena.port)  # answers no ping
     began = time.monotonic()
     await asyncio.get_running_loop().run_in_executor(None, peer.ends)
-    assert SILENCE * 0.9 < time.monotonic() - began < SILENCE * 2, time.monotonic() - began
+    assert SILENCE * 0.9 < time.monotonic() - began < SILENCE * 5, time.monotonic() - began
 
 
 async def attack_by_a_mute_receiver(arena):

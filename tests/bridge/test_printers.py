@@ -85,9 +85,10 @@ class Requests(WithBroker):
         self.client.wait_for("zy/bench/state", lambda s: s["status"] == "printing")
         self.stop_print()
         self.assertEqual(self.client.json("zy/bench/state")["status"], "stopped")
-        changes = [e["to"] for e in self.client.events("bench") if e["event"] == "status"]
-        self.assertIn("printing", changes)
-        self.assertEqual(changes[-1], "stopped")
+        def changes():
+            return [e["to"] for e in self.client.events("bench") if e["event"] == "status"]
+        fleet.wait_for(lambda: changes()[-1] == "stopped", "the event, which follows the state")
+        self.assertIn("printing", changes())
 
     def test_a_sent_file_is_printed_on_request(self):
         answer = self.client.ask("zy/bench/send", {"file": "model.zydlp", "name": "both.zydlp",

@@ -6,8 +6,8 @@
 #include "modelfiles.h"
 #include "testprogram.h"
 
+#include <QTest>
 #include <QtEndian>
-#include <QtTest>
 
 using zyws::compressed;
 using zyws::Effort;

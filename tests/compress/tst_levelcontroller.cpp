@@ -5,7 +5,7 @@
 #include "levelcontroller.h"
 #include "testprogram.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <deque>
 #include <functional>

@@ -5,7 +5,7 @@
 #include "testprogram.h"
 #include "workerpool.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <atomic>
 #include <future>

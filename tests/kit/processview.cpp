@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// What the kernel knows of this process: its TCP connections, processor time and memory.
+// What the kernel knows of this process, or another: its TCP connections, processor time and
+// memory.
 
 #include "processview.h"
 
 #include <QtEndian>
 
+#include <ctime>
 #include <netinet/in.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
@@ -78,6 +80,16 @@ int connectionOption(quint16 localPort, quint16 peerPort, int level, int option)
 qint64 processorTime()
 {
     return processorTimeOf(RUSAGE_SELF);
+}
+
+qint64 processorTime(qint64 processId)
+{
+    clockid_t clock{};
+    timespec time{};
+    if (::clock_getcpuclockid(static_cast<pid_t>(processId), &clock) != 0
+        || ::clock_gettime(clock, &time) != 0)
+        return -1;
+    return qint64(time.tv_sec) * 1000000 + time.tv_nsec / 1000;
 }
 
 qint64 threadTime()

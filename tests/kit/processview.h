@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// What the kernel knows of this process: its TCP connections, processor time and memory.
+// What the kernel knows of this process, or another: its TCP connections, processor time and
+// memory.
 
 #ifndef PROCESSVIEW_H
 #define PROCESSVIEW_H
@@ -22,6 +23,9 @@ int connectionOption(quint16 localPort, quint16 peerPort, int level, int option)
 
 /// Processor time that this process has used, in milliseconds.
 qint64 processorTime();
+
+/// Processor time that another process has used, in microseconds; -1 when it does not run.
+qint64 processorTime(qint64 processId);
 
 /// Processor time that the calling thread has used, in milliseconds.
 qint64 threadTime();

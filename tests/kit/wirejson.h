@@ -8,7 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QString>
-#include <QtTest>
+#include <QTest>
 
 namespace zytest
 {

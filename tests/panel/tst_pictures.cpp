@@ -215,7 +215,7 @@ void TestPanelPictures::idle()
 void TestPanelPictures::sending()
 {
     const QString large = zytest::writeFile(QStringLiteral("gyroid-sphere.zydlp"),
-                                            zytest::randomBytes(32 * zytest::chunkBytes));
+                                            zytest::randomBytes(24 * zytest::chunkBytes));
     PrinterProcess printer({QStringLiteral("--speed"), QStringLiteral("200")});
     open(saved(printer));
     m_window->panel()->setFile(QStringLiteral("sphere.zydlp"));
@@ -223,12 +223,12 @@ void TestPanelPictures::sending()
     auto *start = child<QPushButton>(*m_window, "startPrint");
     QTRY_VERIFY_WITH_TIMEOUT(start->isEnabled(), patience);
     start->click();
-    QTRY_VERIFY_WITH_TIMEOUT(child<QProgressBar>(*m_window, "layerProgress")->value() > 20,
+    QTRY_VERIFY_WITH_TIMEOUT(child<QProgressBar>(*m_window, "layerProgress")->value() > 10,
                              patience);
     m_window->panel()->setFile(large);
     bool isTaken = false;
     connect(m_window->panel()->upload(), &Upload::progressed, this, [&](qint64 received) {
-        if (received == 20 * zytest::chunkBytes) {
+        if (received == 12 * zytest::chunkBytes) {
             takePicture("sending");
             isTaken = true;
         }

@@ -5,7 +5,7 @@
 #include "slicer.h"
 
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 

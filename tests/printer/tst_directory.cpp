@@ -9,7 +9,7 @@
 #include "testprogram.h"
 
 #include <QDir>
-#include <QtTest>
+#include <QTest>
 
 #include <csignal>
 #include <fcntl.h>

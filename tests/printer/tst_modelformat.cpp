@@ -11,7 +11,7 @@
 
 #include <QBuffer>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 using namespace zymodel;
 

@@ -9,7 +9,7 @@
 #include "testprogram.h"
 
 #include <QTcpSocket>
-#include <QtTest>
+#include <QTest>
 
 class TestPrinterNetwork : public QObject
 {

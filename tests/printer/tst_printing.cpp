@@ -11,7 +11,7 @@
 
 #include <QDir>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include <csignal>
 

@@ -11,7 +11,7 @@
 
 #include <QDir>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include <csignal>
 
@@ -190,7 +190,7 @@ void TestPrinterRainyDay::writesOnlyIntoItsOwnDirectory()
 
 void TestPrinterRainyDay::failsWhenTheModelIsDamagedDuringThePrint()
 {
-    QVERIFY(begin("--speed 1000", 1000));
+    QVERIFY(begin("--speed 1000", 400));
     QCOMPARE(m_slicer.print(model), checkedAndStarted);
     QFile file(m_printer->path(model));
     QVERIFY(file.open(QIODevice::ReadWrite));

@@ -5,8 +5,8 @@
 #include "filetransfer.h"
 #include "testprogram.h"
 
+#include <QTest>
 #include <QtEndian>
-#include <QtTest>
 
 #include <limits>
 

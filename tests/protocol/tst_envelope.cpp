@@ -6,7 +6,7 @@
 #include "testprogram.h"
 
 #include <QJsonArray>
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 

@@ -5,7 +5,7 @@
 #include "filetransfer.h"
 #include "testprogram.h"
 
-#include <QtTest>
+#include <QTest>
 
 class TestFileKey : public QObject
 {

@@ -9,8 +9,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTest>
 #include <QtEndian>
-#include <QtTest>
 
 #include <utility>
 

@@ -5,7 +5,7 @@
 #include "printstatuspara.h"
 #include "testprogram.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <functional>

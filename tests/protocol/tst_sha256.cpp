@@ -5,7 +5,7 @@
 #include "sha256.h"
 #include "testprogram.h"
 
-#include <QtTest>
+#include <QTest>
 
 class TestSha256 : public QObject
 {

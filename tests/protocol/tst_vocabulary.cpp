@@ -9,7 +9,7 @@
 #include <QFile>
 #include <QMetaEnum>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <zyfiletranshandle.h>
 

@@ -8,6 +8,8 @@
 
 #include <QFile>
 
+#include <sys/resource.h>
+
 using namespace zytest;
 using FileFault = ZySendResult::FileFault;
 using Ending = ZySendResult::Ending;
@@ -21,6 +23,9 @@ private Q_SLOTS:
     void takesOnlyNamesThatPrintersTake();
     void findsFaultsOfTheFileBeforeAnyPrinterIsAsked_data();
     void findsFaultsOfTheFileBeforeAnyPrinterIsAsked();
+    void findsAFileThatCannotBeOpened();
+    void noticesThatItWasRemovedBeforeARetry();
+    void noticesAShorterFileOfWhichThePrinterHasAll();
     void offersTheFilesOwnNameUnlessAnotherIsGiven();
     void noticesAnotherSizeDuringTheTransfer_data();
     void noticesAnotherSizeDuringTheTransfer();
@@ -97,6 +102,49 @@ void TestSenderFiles::findsFaultsOfTheFileBeforeAnyPrinterIsAsked()
     QCOMPARE(result.fileFault(), fault);
     QVERIFY(result.sentence().contains(ZySendResult::text(fault)));
     QCOMPARE(printer.connectionCount(), 0);
+}
+
+/// Not even by root, whom no permission stops.
+void TestSenderFiles::findsAFileThatCannotBeOpened()
+{
+    const QTemporaryDir directory;
+    const QString path = writeFile(directory.filePath(QStringLiteral("local.bin")), "abc");
+    rlimit limit{};
+    QCOMPARE(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit none{0, limit.rlim_max};
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &none), 0);
+    const ZySendResult check = ZyFileSender::checkFile(path, QStringLiteral("part.bin"));
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+    QCOMPARE(check.ending(), Ending::LocalFile);
+    QCOMPARE(check.fileFault(), FileFault::Unreadable);
+}
+
+void TestSenderFiles::noticesThatItWasRemovedBeforeARetry()
+{
+    ScriptedPrinter printer;
+    printer.answerTransfers();
+    Sending sending(printer.url(), compressibleBytes(3 * chunkBytes));
+    connect(&printer, &ScriptedPrinter::chunkReceived, &printer, [&] {
+        QFile::remove(sending.path());
+        printer.drop();
+    });
+    QVERIFY(sending.run());
+    QCOMPARE(sending.result().fileFault(), FileFault::Missing);
+    QCOMPARE(sending.retrying.count(), 1);
+    QCOMPARE(sending.offered.count(), 1);
+}
+
+void TestSenderFiles::noticesAShorterFileOfWhichThePrinterHasAll()
+{
+    ScriptedPrinter printer;
+    Sending sending(printer.url(), "abc");
+    connect(&printer, &ScriptedPrinter::textReceived, &printer, [&](const QString &text) {
+        QVERIFY(QFile::resize(sending.path(), 2));
+        printer.send(startFileReply(objectIn(text), {true, 3, 1, true}));
+    });
+    QVERIFY(sending.run());
+    QCOMPARE(sending.result().ending(), Ending::LocalFile);
+    QCOMPARE(sending.result().fileFault(), FileFault::Changed);
 }
 
 void TestSenderFiles::offersTheFilesOwnNameUnlessAnotherIsGiven()

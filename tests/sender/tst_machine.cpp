@@ -174,6 +174,8 @@ void TestSendMachine::ends_data()
         Ending::LeftForLater);
     row("cancel with the only further chunk under way",
         {start, connected, cancelRequested(2 * chunk)}, Ending::LeftForLater);
+    row("cancel with an offset beyond", {start, connected, cancelRequested(fileSize + 1)},
+        Ending::PrinterFault);
     row("cancel while it checks", throughLastChunk + cancelRequested(0), Ending::LeftForLater);
     row("leave", sending + plainEvent(SendEvent::LeaveRequested), Ending::LeftForLater);
 }

@@ -16,6 +16,7 @@ class TestRateLimit : public QObject
 
 private Q_SLOTS:
     void takesAsLongAsTheLimitWants();
+    void restsNotAtAllBelowTheLimit();
     void isNotStalledWhileItRests();
     void cancelsWhileItRests();
     void mayBeDeletedWhileItRests();
@@ -48,6 +49,15 @@ void TestRateLimit::takesAsLongAsTheLimitWants()
     QVERIFY(sending.result().isSent());
     // The rests after all chunks but the last.
     QVERIFY2(time.elapsed() >= 750, qPrintable(QString::number(time.elapsed())));
+}
+
+void TestRateLimit::restsNotAtAllBelowTheLimit()
+{
+    TestPrinter printer;
+    const qint64 unreachable = qint64(1) << 50;
+    Sending sending(urlOf(printer), randomBytes(3 * chunkBytes), limitedTo(unreachable));
+    QVERIFY(sending.run());
+    QVERIFY(sending.result().isSent());
 }
 
 void TestRateLimit::isNotStalledWhileItRests()

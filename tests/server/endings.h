@@ -5,7 +5,7 @@
 #ifndef ENDINGS_H
 #define ENDINGS_H
 
-#include <QtTest>
+#include <QTest>
 
 #include "rawtcppeer.h"
 

@@ -10,8 +10,8 @@
 #include "wirejson.h"
 
 #include <QElapsedTimer>
+#include <QTest>
 #include <QtEndian>
-#include <QtTest>
 
 #include <limits>
 

@@ -12,7 +12,7 @@
 #include "wirejson.h"
 
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 #include <vector>

@@ -10,7 +10,7 @@
 #include "vocabulary.h"
 #include "wirejson.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 

@@ -8,7 +8,7 @@
 #include "testprogram.h"
 #include "wirejson.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 #include <optional>

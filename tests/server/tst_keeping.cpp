@@ -9,8 +9,10 @@
 #include "testprogram.h"
 #include "wirejson.h"
 
-#include <QtTest>
+#include <QTest>
 
+#include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace zytest;
@@ -52,6 +54,8 @@ private Q_SLOTS:
     void resumesAFileThatWasOnlyMissingItsName();
     void replacesAFileOfTheSameName();
     void refusesWhatWouldNotLeaveEnoughFree();
+    void refusesWhatCannotBeReserved();
+    void keepsARecordWithoutReservedSpace();
 };
 
 void TestKeeping::reservesTheSpaceAtOnce()
@@ -167,6 +171,46 @@ void TestKeeping::refusesWhatWouldNotLeaveEnoughFree()
     QCOMPARE(peer.take(), refusal(1, 5));
     QCOMPARE(printer.host().count(QStringLiteral("fileTranStart")), 0);
     QCOMPARE(entriesOf(printer.dir()), QStringList());
+}
+
+/// There is enough free space, but no file may be as large.
+void TestKeeping::refusesWhatCannotBeReserved()
+{
+    ZyServerOptions options;
+    options.setReservesSpace(true);
+    QString fault;
+    options.setFailureHandler(
+        [&](ZyServerOptions::Failure, const QString &detail) { fault = detail; });
+    TestPrinter printer(options);
+    RawPeer peer(printer.port());
+    rlimit limit{};
+    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &limit), 0);
+    const rlimit small{2 * chunkBytes, limit.rlim_max}; // the record has to fit, too
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    peer.send(startFile(modelName, 2 * chunkBytes));
+    const QJsonObject reply = peer.take();
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    std::signal(SIGXFSZ, handler);
+    QCOMPARE(reply, refusal(1, 5));
+    QCOMPARE(fault, QStringLiteral("File too large"));
+    QCOMPARE(entriesOf(printer.dir()), QStringList());
+}
+
+void TestKeeping::keepsARecordWithoutReservedSpace()
+{
+    ZyServerOptions options;
+    options.setRecordInterval(chunkBytes);
+    const QByteArray contents = randomBytes(3 * chunkBytes);
+    TestPrinter printer(options);
+    RawPeer sender(printer.port());
+    sendPart(sender, contents, 1);
+    // What a process killed now would leave.
+    TestPrinter next;
+    QVERIFY(QFile::copy(printer.temporaryFile(), next.temporaryFile()));
+    RawPeer peer(next.port());
+    peer.send(startFile(modelName, contents.size()));
+    QCOMPARE(peer.take().value(QStringLiteral("offset")), QString::number(chunkBytes));
 }
 
 ZY_TEST(TestKeeping)

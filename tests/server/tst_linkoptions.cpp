@@ -7,7 +7,7 @@
 #include "testprinter.h"
 #include "testprogram.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>

@@ -13,7 +13,7 @@
 #include "wirejson.h"
 
 #include <QTcpServer>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 #include <vector>

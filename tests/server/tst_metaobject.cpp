@@ -6,7 +6,7 @@
 
 #include <QMetaEnum>
 #include <QMetaMethod>
-#include <QtTest>
+#include <QTest>
 
 #include <zyfiletranshandle.h>
 #include <zysslechoserver.h>

@@ -9,7 +9,7 @@
 
 #include <QHostAddress>
 #include <QTcpSocket>
-#include <QtTest>
+#include <QTest>
 
 using namespace zytest;
 

@@ -10,7 +10,7 @@
 #include "wirejson.h"
 
 #include <QDir>
-#include <QtTest>
+#include <QTest>
 
 using namespace zytest;
 

@@ -7,10 +7,11 @@
 #include "requests.h"
 #include "testprinter.h"
 #include "testprogram.h"
+#include "tlsidentity.h"
 #include "wirejson.h"
 
 #include <QSslConfiguration>
-#include <QtTest>
+#include <QTest>
 
 using namespace zytest;
 
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void takesNegativeNumbersForNone();
     void isReadBackFromTheServer();
     void changesNothingWhenItAsksForNothing();
+    void saysWhyACertificateCannotBeUsed_data();
     void saysWhyACertificateCannotBeUsed();
 };
 
@@ -175,12 +177,31 @@ void TestOptions::changesNothingWhenItAsksForNothing()
     QCOMPARE(entriesOf(printer.dir()), QStringList());
 }
 
+void TestOptions::saysWhyACertificateCannotBeUsed_data()
+{
+    QTest::addColumn<QString>("certificate");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("reason");
+    const TlsIdentity good = TlsIdentity::localhost();
+    const QString missing = QStringLiteral("/missing.pem");
+    const auto row
+        = [](const char *tag, const QString &certificate, const QString &key, const char *reason) {
+              QTest::newRow(tag) << certificate << key << QString::fromLatin1(reason);
+          };
+    row("no certificate", missing, missing,
+        "certificate cannot be read: No such file or directory");
+    row("no PEM certificate", good.key, good.key, "certificate file holds no PEM certificate");
+    row("no key", good.certificate, missing, "key cannot be read: No such file or directory");
+    row("no PEM key", good.certificate, good.certificate,
+        "key file holds no PEM key without pass phrase");
+}
+
 void TestOptions::saysWhyACertificateCannotBeUsed()
 {
+    QFETCH(QString, certificate);
+    QFETCH(QString, key);
     ZyServerOptions options;
-    const QString missing = QStringLiteral("/missing.pem");
-    QCOMPARE(options.useTls(missing, missing),
-             QStringLiteral("certificate cannot be read: No such file or directory"));
+    QTEST(options.useTls(certificate, key), "reason");
     QVERIFY(options.tls().isNull());
 }
 

@@ -10,7 +10,7 @@
 #include "wirejson.h"
 
 #include <QDir>
-#include <QtTest>
+#include <QTest>
 
 #include <optional>
 

@@ -11,7 +11,7 @@
 #include "wirejson.h"
 
 #include <QDir>
-#include <QtTest>
+#include <QTest>
 
 #include <optional>
 

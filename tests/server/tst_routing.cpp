@@ -10,9 +10,10 @@
 #include "testprogram.h"
 #include "wirejson.h"
 
+#include <QSignalSpy>
+#include <QTest>
 #include <QTimer>
 #include <QWebSocketServer>
-#include <QtTest>
 
 #include <memory>
 

@@ -13,7 +13,7 @@
 
 #include <QLoggingCategory>
 #include <QSslError>
-#include <QtTest>
+#include <QTest>
 
 using namespace zytest;
 

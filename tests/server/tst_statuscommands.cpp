@@ -9,7 +9,7 @@
 #include "testprogram.h"
 #include "wirejson.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 

@@ -11,7 +11,7 @@
 #include "testprogram.h"
 #include "wirejson.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 #include <vector>

@@ -8,7 +8,7 @@
 #include "testprinter.h"
 #include "testprogram.h"
 
-#include <QtTest>
+#include <QTest>
 
 using namespace zytest;
 

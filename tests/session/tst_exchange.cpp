@@ -5,7 +5,7 @@
 #include "bench.h"
 #include "testprogram.h"
 
-#include <QtTest>
+#include <QTest>
 
 using namespace zytest;
 using zysession::Parameters;

@@ -7,7 +7,7 @@
 
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QtTest>
+#include <QTest>
 
 using namespace zytest;
 using Ending = Exchange::Ending;

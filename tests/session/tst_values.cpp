@@ -9,7 +9,7 @@
 #include "texts.h"
 
 #include <QJsonObject>
-#include <QtTest>
+#include <QTest>
 
 using namespace zysession;
 using State = PrinterStatus::State;

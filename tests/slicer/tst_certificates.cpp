@@ -10,7 +10,7 @@
 #include "texts.h"
 #include "tlsidentity.h"
 
-#include <QtTest>
+#include <QTest>
 
 using zytest::TlsIdentity;
 

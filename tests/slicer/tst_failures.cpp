@@ -13,7 +13,8 @@
 
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QtTest>
+#include <QTest>
+#include <QTimer>
 
 using zytest::CuttingProxy;
 using zytest::RawPeer;

@@ -8,7 +8,7 @@
 #include "testprogram.h"
 #include "texts.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 #include <vector>

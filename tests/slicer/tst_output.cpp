@@ -7,7 +7,7 @@
 #include "testprogram.h"
 #include "texts.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <csignal>
 

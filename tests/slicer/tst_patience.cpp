@@ -13,7 +13,7 @@
 
 #include <QElapsedTimer>
 #include <QTcpServer>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

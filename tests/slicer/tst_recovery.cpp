@@ -13,7 +13,7 @@
 #include "waiting.h"
 
 #include <QRandomGenerator>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

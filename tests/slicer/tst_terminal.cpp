@@ -11,7 +11,7 @@
 #include "texts.h"
 
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 namespace
 {

@@ -7,7 +7,7 @@
 #include "testprogram.h"
 #include "wording.h"
 
-#include <QtTest>
+#include <QTest>
 
 using namespace zyslicer;
 
