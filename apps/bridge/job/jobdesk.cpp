@@ -251,14 +251,20 @@ void JobDesk::begin(Job &job, Station &station)
     listen(*job.placement, job.record.key());
 }
 
-/// Also in a slot of the placement.
+/// Also in a slot of the placement. The printer is free a moment later.
 void JobDesk::end(Job &job)
 {
     if (!job.placement)
         return;
-    m_occupied.remove(job.placement->station().printer().name());
-    job.placement->disconnect(this);
-    job.placement.release()->deleteLater();
+    Placement *placement = job.placement.release();
+    placement->disconnect(this);
+    placement->setParent(this);
+    connect(placement, &QObject::destroyed, this,
+            [this, printer = placement->station().printer().name()] {
+                m_occupied.remove(printer);
+                m_soon.start();
+            });
+    placement->leave();
 }
 
 void JobDesk::listen(Placement &placement, const QString &key)

@@ -6,7 +6,7 @@
 
 #include "printer/transfer.h"
 
-#include <QPointer>
+#include <utility>
 
 namespace zybridge
 {
@@ -32,12 +32,13 @@ Placement::Placement(Station &station, FileStore &files, QObject *parent)
 void Placement::begin(const FileRequest &file, const QString &name)
 {
     m_phase = Phase::Bringing;
-    m_files.provide(file, [self = QPointer<Placement>(this), name](const FileStore::Answer &found) {
-        if (!self)
+    m_name = name;
+    m_files.provide(file, [self = QPointer<Placement>(this)](const FileStore::Answer &found) {
+        if (!self || !self->isBringing())
             return;
         const Failure failure{found.error, found.text};
         if (!found.path.isEmpty())
-            self->send(found.path, name);
+            self->send(found.path);
         else if (found.isPassing)
             Q_EMIT self->notStarted(failure, false);
         else
@@ -45,18 +46,38 @@ void Placement::begin(const FileRequest &file, const QString &name)
     });
 }
 
-void Placement::send(const QString &path, const QString &name)
+void Placement::send(const QString &path)
 {
-    auto *transfer
-        = new Transfer(m_station.printer().printer(), path, name, m_station.topics(), this);
-    connect(transfer, &Transfer::ended, this, &Placement::onTransferEnded);
-    transfer->start();
+    m_path = path;
+    m_transfer
+        = new Transfer(m_station.printer().printer(), path, m_name, m_station.topics(), this);
+    connect(m_transfer, &Transfer::ended, this, &Placement::onTransferEnded);
+    m_transfer->start();
+}
+
+void Placement::leave()
+{
+    m_phase = Phase::Idle;
+    if (!m_transfer) {
+        deleteLater();
+        return;
+    }
+    m_transfer->disconnect(this);
+    connect(m_transfer, &Transfer::ended, this, &QObject::deleteLater);
+    m_transfer->cancel();
 }
 
 void Placement::onTransferEnded(const Failure &failure, const QString &storedName,
                                 bool isFileAtFault)
 {
-    sender()->deleteLater();
+    m_transfer->deleteLater();
+    m_transfer.clear();
+    if (failure.isNone() && storedName != m_name && !std::exchange(m_isSentAgain, true)) {
+        // The printer had the beginning of another job with the same file, and went on with it
+        // under that name. It has nothing to go on with now.
+        send(m_path);
+        return;
+    }
     m_phase = Phase::Idle;
     if (failure.isNone())
         Q_EMIT isThere(storedName);

@@ -8,6 +8,8 @@
 #include "jobrecord.h"
 #include "printer/station.h"
 
+#include <QPointer>
+
 namespace zybridge
 {
 
@@ -15,7 +17,8 @@ class Transfer;
 
 /**
  * begin() brings the file, and ends in isThere(). start() asks for the print, and ends in started()
- * or notStarted(). Then the print is watched until over(). The object may be deleted in a slot.
+ * or notStarted(). Then the print is watched until over(). leave() deletes the object, also in a
+ * slot; the printer is to have no other job before.
  */
 class Placement : public QObject
 {
@@ -40,6 +43,8 @@ public:
     void findOut(const QString &storedName, const QString &before);
     /// The print runs, as far as is known.
     void watch(const QString &storedName);
+    /// Deletes the object, after a file on its way was cancelled.
+    void leave();
 
 Q_SIGNALS:
     void isThere(const QString &storedName);
@@ -53,7 +58,7 @@ Q_SIGNALS:
 private:
     enum class Phase { Idle, Bringing, Starting, FindingOut, Printing };
 
-    void send(const QString &path, const QString &name);
+    void send(const QString &path);
     void onTransferEnded(const Failure &failure, const QString &storedName, bool isFileAtFault);
     void onStartAnswered(const PrinterBridge::Result &result);
     void onStatusHeard();
@@ -63,6 +68,10 @@ private:
     Station &m_station;
     FileStore &m_files;
     Phase m_phase = Phase::Idle;
+    QPointer<Transfer> m_transfer;
+    QString m_path; ///< of the file here
+    QString m_name; ///< that it is to have on the printer
+    bool m_isSentAgain = false;
     QString m_storedName;
     QString m_before;
     bool m_mayHaveStarted = false; ///< it was asked before, perhaps

@@ -23,6 +23,8 @@ public:
              PrinterTopics &topics, QObject *parent = nullptr);
 
     void start() { m_sender.start(); }
+    /// Has the printer forget what it has of the file; answered by ended().
+    void cancel() { m_sender.cancel(); }
 
 Q_SIGNALS:
     /// The end, exactly once; the object may be deleted in a slot. @p storedName as the printer has
