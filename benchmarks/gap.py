@@ -9,8 +9,9 @@ import statistics
 import files
 import measure
 
-TARGETS = {"whole": 16, "deleted": 10}  # ms
-MEASURES = {"whole": "during the transfer", "deleted": "while the sender is deleted, and after"}
+TARGETS = {"whole": 16, "cancelled": 10, "left": 10, "deleted": 10}  # ms
+MEASURES = {"whole": "during the transfer", "cancelled": "at cancel(), and after",
+            "left": "at leave(), and after", "deleted": "while the sender is deleted, and after"}
 
 
 def run(options):
