@@ -159,6 +159,15 @@ void readAnnouncedName(Reader &reader, zysession::Printer &printer)
         printer.url.clear();
 }
 
+/// Empty, or what is wrong with the certificates that @p printer may show.
+QString trustFault(zysession::Printer printer)
+{
+    if (!printer.announcedName.isEmpty()) // it may yet be found at such an address
+        printer.url = QUrl(QStringLiteral("wss://localhost:1"));
+    ZyTlsTrust trust;
+    return printer.readTrust(trust);
+}
+
 void addPrinters(Reader &reader, QVector<zysession::Printer> &printers, const QString &file)
 {
     zysession::SavedPrinters book(file);
@@ -181,6 +190,9 @@ void addPrinters(Reader &reader, QVector<zysession::Printer> &printers, const QS
         else if (printer.url.isEmpty() && printer.announcedName.isEmpty())
             reader.fault(QStringLiteral("printer without an address"), printer.name,
                          QStringLiteral("write name=ws://host:port"));
+        else if (const QString fault = trustFault(printer); !fault.isEmpty())
+            reader.fault(QStringLiteral("certificate of %1").arg(printer.name), fault,
+                         QStringLiteral("check the sections [authorities] and [fingerprints]"));
         else
             printers.append(printer);
     }
@@ -249,8 +261,9 @@ QStringList Configuration::read(const QString &file)
         reader.fault(QStringLiteral("no printers"), file,
                      QStringLiteral("name them in the section [printers]"));
     groups = readGroups(reader, printers);
-    reader.checkForUnknownKeys(
-        {QStringLiteral("printers"), QStringLiteral("tokens"), QStringLiteral("groups")});
+    reader.checkForUnknownKeys({QStringLiteral("printers"), QStringLiteral("tokens"),
+                                QStringLiteral("authorities"), QStringLiteral("fingerprints"),
+                                QStringLiteral("groups")});
     return reader.faults();
 }
 

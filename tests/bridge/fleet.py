@@ -232,9 +232,11 @@ class Bridge:
         broker = {"url": f"mqtt://127.0.0.1:{broker_port}",
                   **{key[7:]: value for key, value in settings.items() if key.startswith("broker_")}}
         bridge = {"name": name, "state": self.directory / "state", "poll": 100, "settle": 500,
-                  **{k: v for k, v in settings.items() if not k.startswith(("broker_", "tokens"))}}
+                  **{k: v for k, v in settings.items()
+                     if not k.startswith("broker_") and not isinstance(v, dict)}}
         sections = {"bridge": bridge, "broker": broker, "printers": printers,
-                    "groups": groups or {}, "tokens": settings.get("tokens", {})}
+                    "groups": groups or {},
+                    **{k: v for k, v in settings.items() if isinstance(v, dict)}}
         self.config.write_text("".join(
             f"[{section}]\n" + "".join(f"{key}={value}\n" for key, value in keys.items())
             for section, keys in sections.items() if keys))

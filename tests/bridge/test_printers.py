@@ -7,13 +7,14 @@ import hashlib
 import http.server
 import os
 import pathlib
+import ssl
 import subprocess
 import tempfile
 import threading
 import unittest
 
 import fleet
-from processes import Printer
+from processes import Printer, printer
 
 
 class WithBroker(unittest.TestCase):
@@ -175,6 +176,32 @@ class Requests(WithBroker):
                                                    "name": "web.zydlp"})
         self.assertTrue(answer["ok"], answer)
         self.assertEqual(self.printer.stored("web.zydlp"), self.model.read_bytes())
+
+
+class Certificates(fleet.WithOwnBroker):
+    def test_a_printer_with_tls_is_served_when_its_fingerprint_is_known(self):
+        subprocess.run([os.environ["ZYMODEL"], "--out", self.directory / "part.zydlp", "--layers",
+                        "20", "--resolution", "64x64"], check=True)
+        certificate = fleet.TLS / "localhost.pem"
+        with printer(os.environ["ZYPRINTER"], self.directory / "printer", "--cert", certificate,
+                     "--key", fleet.TLS / "localhost.key") as encrypted:
+            pem = certificate.read_text()
+            der = ssl.PEM_cert_to_DER_cert(pem[pem.index("-----BEGIN"):])
+            digest = hashlib.sha256(der).hexdigest()
+            bridge = fleet.Bridge(self.directory, "hall", self.broker.port,
+                                  {"known": encrypted.url, "unknown": encrypted.url},
+                                  spool=self.directory, fingerprints={"known": digest})
+            self.addCleanup(bridge.kill)
+            client = fleet.Client(self.broker.port, "zy/#")
+            self.addCleanup(client.close)
+            client.wait_for("zy/known/availability", lambda found: found == "online")
+            answer = client.ask("zy/known/send", {"file": "part.zydlp"})
+            self.assertTrue(answer["ok"], answer)
+            self.assertEqual(encrypted.stored("part.zydlp"),
+                             (self.directory / "part.zydlp").read_bytes())
+            self.assertEqual(client.ask("zy/unknown/send", {"file": "part.zydlp"})["error"],
+                             "offline")
+            bridge.kill()
 
 
 class Losses(fleet.WithOwnBroker):

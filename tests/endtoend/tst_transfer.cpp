@@ -58,8 +58,6 @@ private Q_SLOTS:
     void cancelLeavesThePrinterReady();
     void emptyFileKeepsThePrinterReceivingUntilCancelled();
     void anotherSlicerIsRefusedMeanwhile();
-    void noTlsLibraryIsLoadedWithoutTls_data();
-    void noTlsLibraryIsLoadedWithoutTls();
 
 private:
     QString localFile(const QString &name) const { return m_directory.filePath(name); }
@@ -213,34 +211,6 @@ void TestTransfer::anotherSlicerIsRefusedMeanwhile()
                           {QStringLiteral("wifistate"), 3},
                           {QStringLiteral("compress"), true}}));
     QCOMPARE(sha256(printer.pathOf(remoteName)), sha256(path));
-}
-
-void TestTransfer::noTlsLibraryIsLoadedWithoutTls_data()
-{
-    QTest::addColumn<QStringList>("options");
-    QTest::newRow("protected") << QStringList();
-    QTest::newRow("as deployed") << QStringList{QStringLiteral("--unprotected")};
-}
-
-/// It would cost either process 5 MiB.
-void TestTransfer::noTlsLibraryIsLoadedWithoutTls()
-{
-    QFETCH(QStringList, options);
-    const QString path = localFile(QStringLiteral("plain.bin"));
-    writeFile(path, 1, false);
-    PrinterProcess printer(options);
-    ZySslEchoClient client(printer.url());
-    QSignalSpy finished(&client, &ZySslEchoClient::finish);
-    connect(&client, &ZySslEchoClient::connected, &client,
-            [&] { client.sendFile(path, remoteName); });
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, patience);
-    for (const qint64 process : {QCoreApplication::applicationPid(), printer.processId()}) {
-        QFile maps(QStringLiteral("/proc/%1/maps").arg(process));
-        QVERIFY(maps.open(QIODevice::ReadOnly));
-        const QByteArray libraries = maps.readAll();
-        QVERIFY(libraries.contains("libzyWebsocket"));
-        QVERIFY(!libraries.contains("libssl"));
-    }
 }
 
 ZY_TEST(TestTransfer)

@@ -8,6 +8,7 @@
 #include "slicer.h"
 #include "testprogram.h"
 
+#include <QFile>
 #include <QTcpSocket>
 #include <QTest>
 
@@ -20,6 +21,8 @@ private Q_SLOTS:
     void refusesAnAddressThatIsNone();
     void saysThatAnAddressIsNotThisMachines();
     void namesTheFileAndThePeerInUtf8();
+    void neitherEndLoadsTheTlsLibraryWithoutTls_data();
+    void neitherEndLoadsTheTlsLibraryWithoutTls();
 };
 
 void TestPrinterNetwork::listensOnTheAddressThatItIsGiven()
@@ -67,6 +70,29 @@ void TestPrinterNetwork::namesTheFileAndThePeerInUtf8()
     QCOMPARE(slicer.send(path, QString::fromUtf8(name)), 1);
     QVERIFY(printer.waitForOutput("transfer accepted: \"" + name + "\" from 127.0.0.1:"));
     QVERIFY(printer.waitForOutput("received \"" + name + "\": "));
+}
+
+void TestPrinterNetwork::neitherEndLoadsTheTlsLibraryWithoutTls_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::newRow("protected") << QStringList();
+    QTest::newRow("as deployed") << QStringList{QStringLiteral("--unprotected")};
+}
+
+/// It would cost either process 5 MiB.
+void TestPrinterNetwork::neitherEndLoadsTheTlsLibraryWithoutTls()
+{
+    QFETCH(QStringList, options);
+    PrinterProcess printer(options);
+    Slicer slicer;
+    QVERIFY(slicer.connectTo(printer.url()));
+    for (const qint64 process : {QCoreApplication::applicationPid(), printer.processId()}) {
+        QFile maps(QStringLiteral("/proc/%1/maps").arg(process));
+        QVERIFY(maps.open(QIODevice::ReadOnly));
+        const QByteArray libraries = maps.readAll();
+        QVERIFY(libraries.contains("libzyWebsocket"));
+        QVERIFY(!libraries.contains("libssl"));
+    }
 }
 
 ZY_TEST(TestPrinterNetwork)

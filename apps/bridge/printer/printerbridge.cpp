@@ -28,6 +28,7 @@ PrinterBridge::PrinterBridge(const zysession::Printer &printer, int polling, QOb
     : QObject(parent), m_printer(printer), m_link(printer.url, limits), m_statusExchange(m_link),
       m_commandExchange(m_link)
 {
+    m_link.setTlsTrust(printer.trust());
     m_statusExchange.setToken(printer.token);
     m_commandExchange.setToken(printer.token);
     m_poll.setInterval(polling);
@@ -51,7 +52,9 @@ void PrinterBridge::start()
 
 void PrinterBridge::moveTo(const QUrl &url)
 {
-    if (url == m_printer.url)
+    // Whose certificate is checked may not become one that has none.
+    const bool isForeign = m_printer.trust().isRestricted() && url.scheme() != QLatin1String("wss");
+    if (url == m_printer.url || isForeign)
         return;
     m_printer.url = url;
     m_link.setUrl(url);

@@ -43,6 +43,7 @@ Transfer::Transfer(const zysession::Printer &printer, const QString &path, const
 {
     ZySendOptions options;
     options.setToken(printer.token);
+    options.setTlsTrust(printer.trust());
     m_sender.setOptions(options);
     connect(&m_sender, &ZyFileSender::progress, this, &Transfer::onProgress);
     connect(&m_sender, &ZyFileSender::finished, this, &Transfer::onFinished);
