@@ -147,11 +147,12 @@ void LookAhead::read(int level, int threads)
 
 std::shared_ptr<ChunkJob> LookAhead::readChunk(int level)
 {
-    // Fresh memory for each chunk would cost time in page faults. A thread may have the last one.
-    if (m_shared || !m_buffer.isDetached())
+    // Fresh memory for each chunk costs time in page faults, but a thread has to be its sole owner.
+    if (!m_buffer.isDetached())
         m_buffer = QByteArray(chunkSize, Qt::Uninitialized);
     const auto count = static_cast<int>(m_file.read(m_buffer.data(), chunkSize));
-    QByteArray bytes = count == chunkSize ? m_buffer : m_buffer.left(std::max(count, 0));
+    QByteArray bytes = m_shared ? std::exchange(m_buffer, {}) : m_buffer;
+    bytes.truncate(std::max(count, 0));
     Effort effort{Effort::ZlibLevel, level};
     if (level == adaptiveLevel && m_isCompressing && count > 0)
         effort = {Effort::Rung, m_controller.choose()};
