@@ -52,9 +52,10 @@ void PrinterBridge::start()
 
 void PrinterBridge::moveTo(const QUrl &url)
 {
+    if (url == m_printer.url)
+        return;
     // Whose certificate is checked may not become one that has none.
-    const bool isForeign = m_printer.trust().isRestricted() && url.scheme() != QLatin1String("wss");
-    if (url == m_printer.url || isForeign)
+    if (m_printer.trust().isRestricted() && url.scheme() != QLatin1String("wss"))
         return;
     m_printer.url = url;
     m_link.setUrl(url);
