@@ -5,6 +5,7 @@
 #include "sha256.h"
 
 #ifdef ZYWS_WITH_OPENSSL
+#include <openssl/crypto.h>
 #include <openssl/evp.h>
 #else
 #include <QCryptographicHash>
@@ -63,6 +64,13 @@ void Sha256::add(const QByteArray &bytes)
 QByteArray Sha256::hexResult()
 {
     return m_state->result().toHex();
+}
+
+void Sha256::leaveThread()
+{
+#ifdef ZYWS_WITH_OPENSSL
+    OPENSSL_thread_stop();
+#endif
 }
 
 } // namespace zyws

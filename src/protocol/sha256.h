@@ -24,6 +24,12 @@ public:
     /// 64 lower-case hex digits. Nothing more is to be added then before a reset().
     QByteArray hexResult();
 
+    /// Frees what OpenSSL keeps for the calling thread, which is about to end.
+    static void leaveThread();
+
+    /// In bytes, for a file's digest: a piece stays in the processor's cache.
+    static constexpr qint64 pieceSize = Q_INT64_C(64) * 1024;
+
 private:
     struct State;
     std::unique_ptr<State> m_state;

@@ -14,7 +14,6 @@ namespace zyws
 namespace
 {
 
-constexpr qint64 pieceSize = Q_INT64_C(64) * 1024; // stays in the processor's cache
 constexpr int progressInterval = 250; // ms
 
 } // namespace
@@ -42,7 +41,7 @@ void FileDigest::update()
 
 void FileDigest::readOn()
 {
-    const QByteArray piece = m_file.isOpen() ? m_file.read(pieceSize) : QByteArray();
+    const QByteArray piece = m_file.isOpen() ? m_file.read(Sha256::pieceSize) : QByteArray();
     if (!piece.isEmpty()) {
         m_hash.add(piece);
         if (m_sinceProgress.hasExpired(progressInterval)) {

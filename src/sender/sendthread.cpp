@@ -4,6 +4,8 @@
 
 #include "sendthread.h"
 
+#include "sha256.h"
+
 #include <QCoreApplication>
 #include <QMutex>
 #include <QSet>
@@ -49,6 +51,15 @@ SendThread::~SendThread()
     wait();
     const QMutexLocker locker(&abandonedThreads().mutex);
     abandonedThreads().threads.remove(this);
+}
+
+/// Waiting for a thread of Qt's ends a little before the thread does, and OpenSSL frees what it
+/// keeps for each thread twice when the process exits just then: here it is freed before.
+void SendThread::run()
+{
+    exec();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // TLS sockets
+    Sha256::leaveThread();
 }
 
 void SendThread::abandon()

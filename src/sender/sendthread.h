@@ -30,6 +30,9 @@ public:
     /// The worker ends without anybody waiting for it. Deletes this object, sooner or later.
     void abandon();
 
+protected:
+    void run() override;
+
 private:
     SendWorker m_worker;
 };

@@ -12,7 +12,6 @@ namespace zyws
 namespace
 {
 
-constexpr qint64 pieceSize = Q_INT64_C(64) * 1024; // stays in the processor's cache
 /// Of a resumed file's beginning, with each data message.
 constexpr qint64 atOnce = Q_INT64_C(4) * 1024 * 1024;
 
@@ -45,7 +44,7 @@ void Digest::take(QFile &file, qint64 end)
 {
     file.seek(m_hashed);
     while (m_hashed < end) {
-        const QByteArray piece = file.read(qMin(pieceSize, end - m_hashed));
+        const QByteArray piece = file.read(qMin(Sha256::pieceSize, end - m_hashed));
         if (piece.isEmpty())
             return;
         m_hash->add(piece);
