@@ -58,12 +58,15 @@ say "Printing, in accelerated time"
 zyslicer print demo.zydlp --to "$url" --watch || fail "printing failed (exit code $?)"
 
 say "A sender that is killed at about half"
-exec 3< <("$programs/slicer/zyslicer" send "$work/demo.zydlp" --as again.zydlp --to "$url" --json)
+# Slowed down, or it would have sent everything before it is killed.
+exec 3< <("$programs/slicer/zyslicer" send "$work/demo.zydlp" --as again.zydlp --to "$url" \
+    --limit-rate 20M --json)
 sender_pid=$!
+progress='"received":([0-9]+).*"total":([0-9]+)'
 while read -r -u 3 line; do
-    received=$(sed -n 's/.*"received":\([0-9]*\).*/\1/p' <<<"$line")
-    total=$(sed -n 's/.*"total":\([0-9]*\).*/\1/p' <<<"$line")
-    [ -n "$received" ] && [ -n "$total" ] && ((received * 2 >= total)) && break
+    [[ $line =~ $progress ]] || continue
+    received=${BASH_REMATCH[1]} total=${BASH_REMATCH[2]}
+    ((received * 2 < total)) || break
 done
 kill -KILL "$sender_pid" || fail "the sender had ended already"
 exec 3<&-
