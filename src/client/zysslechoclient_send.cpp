@@ -24,6 +24,15 @@
 
 static_assert(ZySslEchoClient::Adaptive == zyws::adaptiveLevel);
 
+namespace
+{
+
+/// Bytes of what the system has not taken yet. A printer that acknowledges what it has not read
+/// would otherwise have the whole file pile up in memory.
+constexpr qint64 mostUnsent = Q_INT64_C(4) * zyws::chunkSize;
+
+} // namespace
+
 namespace commands = zyws::commands;
 namespace keys = zyws::keys;
 
@@ -133,9 +142,10 @@ void ZySslEchoClient::sendChunks(QFile &file, bool compress)
     auto *dispatcher = QAbstractEventDispatcher::instance();
     zyws::LookAhead ahead(file, compress, [dispatcher] { dispatcher->wakeUp(); });
     const auto hasTurn = [&] {
-        return m_chunksUnderWay == 0
-            || (m_chunksUnderWay < m_transferWindow && m_webSocket.bytesToWrite() == 0
-                && ahead.isReady() && !ahead.isAtEnd());
+        if (m_chunksUnderWay == 0)
+            return m_isCanceling || m_webSocket.bytesToWrite() <= mostUnsent;
+        return m_chunksUnderWay < m_transferWindow && m_webSocket.bytesToWrite() == 0
+            && ahead.isReady() && !ahead.isAtEnd();
     };
     for (;;) {
         if (!pumpUntil(hasTurn))

@@ -3,6 +3,7 @@
 // What a transfer costs: no processor time while it waits, and no more memory for a larger file.
 
 #include "processview.h"
+#include "rawprinter.h"
 #include "scriptedprinter.h"
 #include "session.h"
 #include "testprogram.h"
@@ -27,6 +28,7 @@ private Q_SLOTS:
     void aProgressSlotMayWaitForAnotherTransfer();
     void needsNoMoreMemoryForALargerFile_data();
     void needsNoMoreMemoryForALargerFile();
+    void keepsLittleForAPrinterThatAcknowledgesWhatItDoesNotRead();
 };
 
 namespace
@@ -160,6 +162,41 @@ void TestEconomy::needsNoMoreMemoryForALargerFile()
     QVERIFY(large > 0);
 
     QVERIFY2(large - small < 8 * mebi, qPrintable(QStringLiteral("%1 bytes").arg(large - small)));
+}
+
+void TestEconomy::keepsLittleForAPrinterThatAcknowledgesWhatItDoesNotRead()
+{
+    using zytest::RawPrinter;
+    constexpr int chunks = 48;
+    zytest::TransferSession<RawPrinter> session;
+    QVERIFY(session.open());
+    QString key;
+    int acknowledged = 0;
+    qsizetype sent = 0;
+    const auto acknowledge = [&] {
+        if (acknowledged == chunks) {
+            sent = session.logLines().filter("sendBytes="_s).size();
+            session.client.close();
+            return;
+        }
+        ++acknowledged;
+        session.printer.send(zytest::startDataReply(key, chunks * mebi, acknowledged * mebi));
+    };
+    connect(&session.printer, &RawPrinter::textReceived, this, [&](const QString &text) {
+        const QJsonObject request = zytest::objectIn(text);
+        key = request.value("key"_s).toString();
+        session.printer.stopReading();
+        session.printer.send(zytest::startFileReply(request));
+        acknowledge();
+    });
+    connect(&session.client, &ZySslEchoClient::fileTransProgress, this, acknowledge);
+
+    session.client.sendFile(
+        session.writeFile("local.zydlp"_s, zytest::randomBytes(int(mebi)).repeated(chunks)), "m"_s);
+    WAIT_VERIFY(session.hasEnded());
+
+    // What the system takes for both ends, and a little more.
+    QVERIFY2(sent > 0 && sent < chunks / 2, qPrintable(QString::number(sent)));
 }
 
 ZY_TEST(TestEconomy)

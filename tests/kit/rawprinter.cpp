@@ -126,6 +126,12 @@ void RawPrinter::write(const QByteArray &bytes)
     current().flush();
 }
 
+void RawPrinter::stopReading()
+{
+    disconnect(&current(), &QTcpSocket::readyRead, this, &RawPrinter::onReadyRead);
+    current().setReadBufferSize(1);
+}
+
 void RawPrinter::writeSplit(const QByteArray &bytes, int position)
 {
     writeOnceRead({bytes.left(position), bytes.mid(position)});

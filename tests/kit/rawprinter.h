@@ -64,6 +64,9 @@ public:
     void writeByteByByte(const QByteArray &bytes);
     void send(const QJsonObject &message) { write(textFrame(message)); }
 
+    /// Leaves to the system what comes on the current connection.
+    void stopReading();
+
     /// Ends the TCP connection in order, without a closing handshake.
     void drop();
     /// Says that nothing more will come. The connection ends when the client has read all that
