@@ -139,9 +139,7 @@ void LookAhead::read(int level, int threads)
     m_entries.push_back({{job->size(), job}, position, state});
     if (!isNew)
         m_file.seek(position + qMax(0, job->size()));
-    else if (job->size() < 1 || !m_isCompressing)
-        job->passThrough();
-    else
+    else if (!job->isDone())
         compress(job, threads);
 }
 
@@ -156,7 +154,10 @@ std::shared_ptr<ChunkJob> LookAhead::readChunk(int level)
     Effort effort{Effort::ZlibLevel, level};
     if (level == adaptiveLevel && m_isCompressing && count > 0)
         effort = {Effort::Rung, m_controller.choose()};
-    return std::make_shared<ChunkJob>(std::move(bytes), count, effort);
+    auto job = std::make_shared<ChunkJob>(std::move(bytes), count, effort);
+    if (count < 1 || !m_isCompressing)
+        job->passThrough();
+    return job;
 }
 
 void LookAhead::compress(const std::shared_ptr<ChunkJob> &job, int threads)

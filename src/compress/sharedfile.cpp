@@ -42,7 +42,9 @@ std::shared_ptr<ChunkJob> SharedFile::chunk(const void *reader, qint64 position,
     m_readers.emplace(reader, position);
     Entry &entry = m_chunks[position];
     std::shared_ptr<ChunkJob> job = entry.job.lock();
-    isNew = !job || !(entry.state == state) || !job->join(bell);
+    // What could not be read or compressed for one of them, another one tries anew.
+    const bool isUseless = job && job->isDone() && (job->size() < 1 || job->hasFailed());
+    isNew = !job || !(entry.state == state) || isUseless || !job->join(bell);
     if (!isNew)
         return job;
     if (entry.kept)
