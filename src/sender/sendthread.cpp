@@ -10,6 +10,8 @@
 #include <QMutex>
 #include <QSet>
 
+#include <utility>
+
 namespace zyws
 {
 
@@ -20,6 +22,7 @@ namespace
 struct AbandonedThreads {
     QMutex mutex;
     QSet<SendThread *> threads;
+    bool isWaitedFor = false; ///< when the application object goes
 };
 
 AbandonedThreads &abandonedThreads()
@@ -32,6 +35,7 @@ AbandonedThreads &abandonedThreads()
 void waitForAbandonedThreads()
 {
     const QMutexLocker locker(&abandonedThreads().mutex);
+    abandonedThreads().isWaitedFor = false; // Qt forgets a routine that it has run
     for (SendThread *thread : qAsConst(abandonedThreads().threads))
         thread->wait();
 }
@@ -71,13 +75,14 @@ void SendThread::abandon()
             quit();
         },
         Qt::QueuedConnection);
-    if (!QCoreApplication::instance()) {
+    const bool hasStarted = isRunning() || isFinished();
+    if (!QCoreApplication::instance() || !hasStarted) {
         delete this;
         return;
     }
     {
         const QMutexLocker locker(&abandonedThreads().mutex);
-        if (abandonedThreads().threads.isEmpty())
+        if (!std::exchange(abandonedThreads().isWaitedFor, true))
             qAddPostRoutine(waitForAbandonedThreads);
         abandonedThreads().threads.insert(this);
     }
