@@ -16,6 +16,7 @@
 #include <QMutex>
 
 #include <algorithm>
+#include <climits>
 
 namespace zyws
 {
@@ -43,9 +44,11 @@ bool isPrinterAddress(const QUrl &url)
 
 } // namespace
 
-SendWorker::SendWorker(const SendJob &job) : m_job(job), m_timeLimit(this), m_connectWatch(this)
+SendWorker::SendWorker(const SendJob &job)
+    : m_job(job), m_timeLimit(this), m_connectWatch(this), m_restEnd(this)
 {
     m_timeLimit.setSingleShot(true);
+    m_restEnd.setSingleShot(true);
     m_connectWatch.setInterval(connectWatchInterval);
     connect(&m_timeLimit, &QTimer::timeout, this, [this] { feed({SendEvent::TimeLimit}); });
     connect(&m_connectWatch, &QTimer::timeout, this, &SendWorker::watchConnecting);
@@ -267,10 +270,14 @@ void SendWorker::pace(qint64 acknowledged)
         = static_cast<int>(std::min(due - static_cast<double>(m_sincePaced.elapsed()), longest));
     if (rest <= 0)
         return;
-    m_timeLimit.start(m_timeLimit.interval() + rest); // the printer does not stall meanwhile
+    // The printer does not stall meanwhile.
+    m_timeLimit.start(std::min(m_timeLimit.interval(), INT_MAX - rest) + rest);
+    m_restEnd.start(rest);
+    if (m_rest) // after the chunk before, which it prolongs
+        return;
     QEventLoop loop;
     m_rest = &loop;
-    QTimer::singleShot(rest, &loop, &QEventLoop::quit);
+    connect(&m_restEnd, &QTimer::timeout, &loop, &QEventLoop::quit);
     loop.exec();
 }
 

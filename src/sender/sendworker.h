@@ -90,6 +90,7 @@ private:
     QTimer m_connectWatch;
     QElapsedTimer m_sincePaced; ///< since the first chunk of the attempt was acknowledged
     qint64 m_pacedFrom = 0; ///< bytes acknowledged at that time
+    QTimer m_restEnd;
     QPointer<QEventLoop> m_rest; ///< null while the sender does not rest
     std::atomic_bool m_canCancel{false};
 };
