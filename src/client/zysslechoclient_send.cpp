@@ -21,6 +21,7 @@
 #include <QTimer>
 
 #include <exception>
+#include <memory>
 
 static_assert(ZySslEchoClient::Adaptive == zyws::adaptiveLevel);
 
@@ -159,16 +160,17 @@ void ZySslEchoClient::sendChunks(QFile &file, bool compress)
         ahead.prepare({m_compressionLevel, m_compressionThreads});
         if (!pumpUntil([&ahead] { return ahead.isReady(); }))
             return;
-        zyws::LookAhead::Chunk chunk = ahead.take();
-        if (chunk.size > 0) {
-            sentBytes = zyws::advanced(sentBytes, chunk.size);
+        std::shared_ptr<zyws::ChunkJob> chunk = ahead.take();
+        const int size = chunk->size();
+        if (size > 0) {
+            sentBytes = zyws::advanced(sentBytes, size);
             qCDebug(lcZyClient) << "sendBytes=" << sentBytes << " _totalBytes=" << totalBytes;
-            m_webSocket.sendBinaryMessage(chunk.payload());
-            chunk.job.reset(); // the socket has a copy
+            m_webSocket.sendBinaryMessage(chunk->payload());
+            chunk.reset(); // the socket has a copy
         }
         if (self)
             QCoreApplication::processEvents();
-        if (!self || chunk.size < 1 || !m_isSending)
+        if (!self || size < 1 || !m_isSending)
             return;
         if (m_compressionThreads == 0 && compress && !pumpOut())
             return;

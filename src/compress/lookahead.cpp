@@ -45,7 +45,7 @@ LookAhead::~LookAhead()
     if (m_shared)
         m_shared->leave(this);
     for (const Entry &entry : m_entries)
-        entry.chunk.job->leave(m_bell);
+        entry.chunk->leave(m_bell);
     m_bell->silence();
 }
 
@@ -56,33 +56,33 @@ void LookAhead::prepare(const Compression &wanted)
     const int threads = threadCount(wanted.threads);
     m_controller.setWorkers(threads);
     const std::size_t depth = static_cast<std::size_t>(threads) + 1;
-    while (m_entries.size() < depth && (m_entries.empty() || m_entries.back().chunk.size > 0))
+    while (m_entries.size() < depth && (m_entries.empty() || m_entries.back().chunk->size() > 0))
         read(wanted.level, threads);
 }
 
 bool LookAhead::isReady() const
 {
-    return !m_entries.empty() && m_entries.front().chunk.job->isDone();
+    return !m_entries.empty() && m_entries.front().chunk->isDone();
 }
 
 bool LookAhead::isAtEnd() const
 {
-    return !m_entries.empty() && m_entries.front().chunk.size < 1;
+    return !m_entries.empty() && m_entries.front().chunk->size() < 1;
 }
 
-LookAhead::Chunk LookAhead::take()
+std::shared_ptr<ChunkJob> LookAhead::take()
 {
     measure();
     const Entry entry = m_entries.front();
     m_entries.pop_front();
-    if (m_isStarving && entry.chunk.job->effort().kind == Effort::Rung)
-        m_controller.starved(entry.chunk.job->effort().number, entry.chunk.size,
+    const ChunkJob &chunk = *entry.chunk;
+    if (m_isStarving && chunk.effort().kind == Effort::Rung)
+        m_controller.starved(chunk.effort().number, chunk.size(),
                              static_cast<double>(now() - m_sentAt) / 1e9);
     if (m_shared)
-        m_shared->advance(this, entry.position + entry.chunk.size);
+        m_shared->advance(this, entry.position + chunk.size());
     m_sentAt = now();
-    const ChunkJob &job = *entry.chunk.job;
-    m_underWay.push_back({job.effort(), job.size(), job.payloadSize(), m_sentAt});
+    m_underWay.push_back({chunk.effort(), chunk.size(), chunk.payloadSize(), m_sentAt});
     return entry.chunk;
 }
 
@@ -118,7 +118,7 @@ void LookAhead::discardStale()
         return;
     m_file.seek(m_entries.front().position);
     for (const Entry &entry : m_entries)
-        entry.chunk.job->leave(m_bell);
+        entry.chunk->leave(m_bell);
     m_entries.clear();
 }
 
@@ -136,7 +136,7 @@ void LookAhead::read(int level, int threads)
         job = readChunk(level);
         job->join(m_bell);
     }
-    m_entries.push_back({{job->size(), job}, position, state});
+    m_entries.push_back({job, position, state});
     if (!isNew)
         m_file.seek(position + qMax(0, job->size()));
     else if (!job->isDone())
@@ -183,7 +183,7 @@ void LookAhead::share(int level)
 void LookAhead::measure()
 {
     for (Entry &entry : m_entries) {
-        const ChunkJob &job = *entry.chunk.job;
+        const ChunkJob &job = *entry.chunk;
         if (entry.isMeasured || !job.isDone())
             continue;
         entry.isMeasured = true;

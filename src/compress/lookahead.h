@@ -53,22 +53,14 @@ public:
     /// Whether the next chunk is none, since the file ends there as far as it has been read.
     bool isAtEnd() const;
 
-    /// A chunk whose turn has come.
-    struct Chunk {
-        int size; ///< bytes of the file; below 1 at its end
-        std::shared_ptr<ChunkJob> job;
-        /// What is to be sent. Throws what compressing has thrown.
-        QByteArray payload() const { return job->payload(); }
-    };
-
     /// The next chunk, which isReady(). The caller sends it at once.
-    Chunk take();
+    std::shared_ptr<ChunkJob> take();
     /// Of the chunks taken, all but the last @p underWay have been acknowledged.
     void acknowledgedUpTo(int underWay);
 
 private:
     struct Entry {
-        Chunk chunk;
+        std::shared_ptr<ChunkJob> chunk;
         qint64 position; ///< in the file
         FileState fileState; ///< before it was read
         bool isMeasured = false;

@@ -6,6 +6,7 @@
 
 #include "lingeringclose.h"
 #include "linkoptions.h"
+#include "messagelimits.h"
 #include "report.h"
 
 #include <QSslConfiguration>
@@ -142,8 +143,8 @@ QTcpSocket *Admission::admit(QWebSocket *socket, qsizetype standing)
         return nullptr;
     }
     // A frame has to fit whole; what a peer sends beyond it waits in the system's own buffers.
-    const qint64 largest = qMax(m_options.maxDataMessage(), m_options.maxTextMessage());
-    tcp->setReadBufferSize(m_options.maxDataMessage() > 0 ? largest + frameHeader : 0);
+    const qint64 largest = largestMessage(m_options);
+    tcp->setReadBufferSize(largest > 0 ? largest + frameHeader : 0);
     return tcp;
 }
 

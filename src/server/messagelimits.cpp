@@ -13,14 +13,19 @@ namespace zyws
 
 using Failure = ZyServerOptions::Failure;
 
+qint64 largestMessage(const ZyServerOptions &options)
+{
+    return options.maxDataMessage() == 0 ? 0
+                                         : qMax(options.maxDataMessage(), options.maxTextMessage());
+}
+
 void limitMessages(QWebSocket *socket, const ZyServerOptions &options)
 {
-    if (options.maxDataMessage() == 0)
+    const auto largest = quint64(largestMessage(options));
+    if (largest == 0)
         return;
-    // Qt has one limit for both kinds of message.
-    const qint64 largest = qMax(options.maxDataMessage(), options.maxTextMessage());
-    socket->setMaxAllowedIncomingFrameSize(quint64(largest));
-    socket->setMaxAllowedIncomingMessageSize(quint64(largest));
+    socket->setMaxAllowedIncomingFrameSize(largest);
+    socket->setMaxAllowedIncomingMessageSize(largest);
 }
 
 bool isTextTaken(QWebSocket *socket, const QString &message, const ZyServerOptions &options)

@@ -12,6 +12,9 @@ class QWebSocket;
 namespace zyws
 {
 
+/// In bytes, of either kind: Qt has one limit for both. 0: any.
+qint64 largestMessage(const ZyServerOptions &options);
+
 /// Has Qt close @p socket with code 1009 when a message or a frame of one is too large, before it
 /// is read.
 void limitMessages(QWebSocket *socket, const ZyServerOptions &options);

@@ -163,6 +163,7 @@ private:
     bool hasSpaceFor(qint64 size) const;
     bool secureStorage();
     void keepRecord();
+    void appendRecord();
     void writeRecord();
     bool hasWholeRecord(const QString &key) const;
     bool restoreRecord(const QString &key, const QString &name) const;

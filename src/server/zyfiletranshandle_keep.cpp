@@ -66,9 +66,7 @@ void ZyFileTransHandle::keepRecord()
 /// Unlike saveKeyInfo() leaves the temporary file open.
 void ZyFileTransHandle::writeRecord()
 {
-    const qint64 received = m_lostFrom.value_or(m_transOffset);
-    m_file.seek(m_transFileSize);
-    m_file.write(zyws::packResumeRecord({m_transFileSize, received, m_fileName, m_key}));
+    appendRecord();
     zyws::syncFile(m_server->options(), m_file);
     m_recordedOffset = m_transOffset;
 }

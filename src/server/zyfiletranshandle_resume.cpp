@@ -17,12 +17,18 @@ void ZyFileTransHandle::saveKeyInfo()
 {
     if (!m_file.isOpen() && !m_file.open(QIODevice::ReadWrite))
         return;
+    appendRecord();
+    m_file.close();
+}
+
+/// To the temporary file, which is open.
+void ZyFileTransHandle::appendRecord()
+{
     // The sender does not repeat what a full disk did not take, and what it sent after that lies
     // in the wrong place. So a resume goes on from there.
     const qint64 received = m_lostFrom.value_or(m_transOffset);
     m_file.seek(m_transFileSize);
     m_file.write(zyws::packResumeRecord({m_transFileSize, received, m_fileName, m_key}));
-    m_file.close();
 }
 
 QJsonObject ZyFileTransHandle::getKeyInfo()

@@ -83,10 +83,10 @@ struct Reading {
     {
         QByteArrayList payloads;
         while (isReady(compression)) {
-            const LookAhead::Chunk chunk = ahead->take();
-            if (chunk.size < 1)
+            const auto chunk = ahead->take();
+            if (chunk->size() < 1)
                 break;
-            payloads.append(chunk.payload());
+            payloads.append(chunk->payload());
             ahead->prepare(compression);
             ahead->acknowledgedUpTo(0);
         }
@@ -200,7 +200,7 @@ void TestLookAhead::takesALevelForWhatIsNotCompressedYet()
     const QByteArray contents = compressibleBytes(3 * chunkBytes);
     Reading reading(contents);
     QVERIFY(reading.isReady({9, 0}));
-    QByteArrayList payloads{reading.ahead->take().payload()};
+    QByteArrayList payloads{reading.ahead->take()->payload()};
     reading.ahead->prepare({9, 0});
     payloads += reading.rest({1, 0});
     QVERIFY(payloads
@@ -241,7 +241,7 @@ void TestLookAhead::readsAgainWhatHasChanged()
     const QByteArray before = compressibleBytes(5 * chunkBytes / 2, 1);
     Reading reading(before);
     QVERIFY(reading.isReady(compression));
-    const QByteArray first = reading.ahead->take().payload();
+    const QByteArray first = reading.ahead->take()->payload();
     QVERIFY(first == qCompress(before.left(chunkBytes)));
     QVERIFY(reading.isReady(compression));
     letTimePass();
@@ -282,7 +282,7 @@ void TestLookAhead::sharesWhatSeveralSend()
     for (int i = 0; i < 5; ++i) {
         for (Reading *reading : {&first, &second}) {
             QVERIFY(reading->isReady({level, 2}));
-            payloads[reading == &second].append(reading->ahead->take().payload());
+            payloads[reading == &second].append(reading->ahead->take()->payload());
         }
     }
     payloads[2] = slow.rest({level, 2});
@@ -305,9 +305,9 @@ void TestLookAhead::sharesNothingOfAnotherKind()
     QVERIFY(first.isReady({-1, 2}));
     QVERIFY(otherLevel.isReady({9, 2}));
     QVERIFY(withoutThreads.isReady({-1, 0}));
-    const QByteArray payload = first.ahead->take().payload();
-    QVERIFY(otherLevel.ahead->take().payload() == qCompress(contents, 9));
-    QVERIFY(withoutThreads.ahead->take().payload().constData() != payload.constData());
+    const QByteArray payload = first.ahead->take()->payload();
+    QVERIFY(otherLevel.ahead->take()->payload() == qCompress(contents, 9));
+    QVERIFY(withoutThreads.ahead->take()->payload().constData() != payload.constData());
     letTimePass();
     const QByteArray changed = compressibleBytes(chunkBytes, 2);
     zytest::writeFile(first.path, changed);
@@ -378,12 +378,12 @@ void TestLookAhead::passesAnExceptionOn()
     while (!reading.ahead->isReady())
         std::this_thread::yield();
     QCOMPARE(setrlimit(RLIMIT_DATA, &usual), 0);
-    const LookAhead::Chunk chunk = reading.ahead->take();
-    QCOMPARE(chunk.size, chunkBytes);
-    QVERIFY_EXCEPTION_THROWN(chunk.payload(), std::bad_alloc);
+    const auto chunk = reading.ahead->take();
+    QCOMPARE(chunk->size(), chunkBytes);
+    QVERIFY_EXCEPTION_THROWN(chunk->payload(), std::bad_alloc);
     Reading later(reading.path); // tries anew
     QVERIFY(later.isReady({-1, 1}));
-    QCOMPARE(qUncompress(later.ahead->take().payload()).size(), chunkBytes);
+    QCOMPARE(qUncompress(later.ahead->take()->payload()).size(), chunkBytes);
 #else
     QSKIP("memory cannot be made to run out here");
 #endif
