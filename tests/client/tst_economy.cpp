@@ -174,12 +174,12 @@ void TestEconomy::keepsLittleForAPrinterThatAcknowledgesWhatItDoesNotRead()
     int acknowledged = 0;
     qsizetype sent = 0;
     const auto acknowledge = [&] {
-        if (acknowledged == chunks) {
-            sent = session.logLines().filter("sendBytes="_s).size();
+        sent = session.logLines().filter("sendBytes="_s).size();
+        if (acknowledged == chunks && sent > 0) {
             session.client.close();
             return;
         }
-        ++acknowledged;
+        acknowledged = qMin(acknowledged + 1, chunks);
         session.printer.send(zytest::startDataReply(key, chunks * mebi, acknowledged * mebi));
     };
     connect(&session.printer, &RawPrinter::textReceived, this, [&](const QString &text) {
@@ -196,7 +196,7 @@ void TestEconomy::keepsLittleForAPrinterThatAcknowledgesWhatItDoesNotRead()
     WAIT_VERIFY(session.hasEnded());
 
     // What the system takes for both ends, and a little more.
-    QVERIFY2(sent > 0 && sent < chunks / 2, qPrintable(QString::number(sent)));
+    QVERIFY2(sent < chunks / 2, qPrintable(QString::number(sent)));
 }
 
 ZY_TEST(TestEconomy)
