@@ -9,6 +9,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <clocale>
 #include <vector>
 
 namespace zyapp
@@ -70,6 +71,8 @@ void addVersionFlag(CLI::App &app, const std::string &program)
 
 std::optional<int> parse(CLI::App &app, int argc, char **argv)
 {
+    // Numbers have a decimal point in every locale, which the application object has set by now.
+    std::setlocale(LC_NUMERIC, "C");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

@@ -107,13 +107,13 @@ int run(const Request &request)
     default:
         break;
     }
+    const Outcomes faults = checkModelFiles(request.files);
+    if (!faults.isEmpty())
+        return endWith(request, faults);
     QVector<zysession::Printer> printers;
     const Outcome outcome = findPrinters(request, printers);
     if (!outcome.isOk())
         return endWith(request, {outcome});
-    const Outcomes faults = checkModelFiles(request.files);
-    if (!faults.isEmpty())
-        return endWith(request, faults);
     const int files = filesForOneself + filesForAPrinter * int(printers.size());
     if (!zyapp::canOpen(files))
         return endWith(request,

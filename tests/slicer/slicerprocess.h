@@ -16,6 +16,9 @@ using zytest::deadUrl;
 /// QVERIFY with the bytes that were looked at.
 #define VERIFY_TEXT(condition, text) QVERIFY2(condition, QByteArray(text).constData())
 
+/// So long apart, two signals are two interruptions; in ms.
+constexpr int notOneInterruption = 100;
+
 class SlicerProcess : public zytest::ChildProcess
 {
 public:

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Many saved printers named at once: all of them, or a group.
 
+#include "modelfiles.h"
 #include "printerprocess.h"
 #include "slicerprocess.h"
 #include "testprogram.h"
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void listsAndForgetsGroups();
     void forgetsAPrinterInItsGroups();
     void refusesAGroupOfStrangers();
+    void refusesAGroupOfNobody();
     void showsTheStatusOfEachInOneRow();
 
 private:
@@ -91,6 +93,12 @@ void TestGroups::forgetsAPrinterInItsGroups()
     QCOMPARE(slicer({"printers"_s, "group"_s, "single"_s, "one"_s}).exitCode, 0);
     QCOMPARE(slicer({"printers"_s, "remove"_s, "one"_s}).exitCode, 0);
     QCOMPARE(slicer({"printers"_s}).output, QByteArray("two   ws://10.0.0.2:80\nboth  two\n"));
+}
+
+void TestGroups::refusesAGroupOfNobody()
+{
+    zytest::writeFile(m_settings, "[groups]\nempty=@Invalid()\n");
+    EXPECT_FAILURE(slicer({"version"_s, "--to"_s, "empty"_s}), 2, "unknown printer: empty");
 }
 
 void TestGroups::refusesAGroupOfStrangers()

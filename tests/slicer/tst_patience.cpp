@@ -31,7 +31,10 @@ private Q_SLOTS:
     void waitsForAPrinterThatIsNotThere();
     void waitsForAPrinterThatIsReceiving();
     void waitsForAPrintToEnd();
+    void asksForAPrintNoMoreThanOnce();
     void waitsNoMoreAfterCtrlC();
+    void endsAtCtrlCWhileItLooksWhyItWasRefused_data();
+    void endsAtCtrlCWhileItLooksWhyItWasRefused();
     void showsThatATransferStalls();
     void answersCtrlCAtOnce();
     void readsALargeFileBeforeItIsSent();
@@ -102,6 +105,15 @@ void TestPatience::waitsForAPrintToEnd()
     QCOMPARE(slicer.exitCode(), 130);
 }
 
+void TestPatience::asksForAPrintNoMoreThanOnce()
+{
+    const PrinterProcess printer({"--slow-check"_s, "2"_s});
+    EXPECT_FAILURE(runSlicer(send(m_model, printer.url().toString(),
+                                  {"--print"_s, "--wait"_s, "--check-timeout"_s, "0.5"_s})),
+                   3, "print start not answered");
+    QVERIFY(printer.output().count("checking \"part.zydlp\"") <= 1);
+}
+
 void TestPatience::waitsNoMoreAfterCtrlC()
 {
     SlicerProcess slicer(
@@ -110,6 +122,31 @@ void TestPatience::waitsNoMoreAfterCtrlC()
     slicer.interrupt();
     QVERIFY(slicer.waitForExit());
     QCOMPARE(slicer.exitCode(), 130);
+}
+
+void TestPatience::endsAtCtrlCWhileItLooksWhyItWasRefused_data()
+{
+    QTest::addColumn<QStringList>("more");
+    QTest::newRow("waiting") << QStringList("--wait"_s);
+    QTest::newRow("several files") << QStringList(m_big);
+}
+
+void TestPatience::endsAtCtrlCWhileItLooksWhyItWasRefused()
+{
+    QFETCH(QStringList, more);
+    TestPrinter printer;
+    printer.host().answers.getPrintState = 0;
+    std::unique_ptr<SlicerProcess> slicer;
+    bool hasEnded = false;
+    printer.host().during("sigGetPrinterStatus"_s, [&] {
+        slicer->interrupt();
+        hasEnded = slicer->waitForExit();
+    });
+    slicer = std::make_unique<SlicerProcess>(
+        send(m_model, "ws://127.0.0.1:%1"_s.arg(printer.port()), more));
+    QVERIFY(zytest::waitUntil([&] { return hasEnded; }));
+    QCOMPARE(slicer->exitCode(), 130);
+    QCOMPARE(printer.host().count("getPrintState"_s), 1);
 }
 
 void TestPatience::showsThatATransferStalls()
@@ -143,6 +180,7 @@ void TestPatience::answersCtrlCAtOnce()
     proxy.freeze(); // nothing acknowledges the cancel
     slicer.interrupt();
     QVERIFY(slicer.waitForOutput("big.zydlp: cancelling; again to leave at once\n"));
+    QTest::qWait(notOneInterruption);
     slicer.interrupt();
     QVERIFY(slicer.waitForExit());
     QCOMPARE(slicer.exitCode(), 130);

@@ -5,6 +5,7 @@
 #include "modelfiles.h"
 #include "printerprocess.h"
 #include "slicerprocess.h"
+#include "testprinter.h"
 #include "testprogram.h"
 #include "texts.h"
 
@@ -18,6 +19,7 @@ private Q_SLOTS:
     void initTestCase();
     void sendsPrintsAndFollowsUntilComplete();
     void followsAPrintInPlainLines();
+    void doesNotTakeTheLastPrintForThisOne();
     void pausesGoesOnAndStops();
     void watchesNothingWhenNothingPrints();
     void showsTheStatusForPeople();
@@ -95,6 +97,28 @@ void TestPrint::followsAPrintInPlainLines()
     QVERIFY(result.output.contains("part.zydlp: print started\n"));
     VERIFY_TEXT(result.output.contains("complete part.zydlp, layer 20 of 20 (100 %)"),
                 result.output);
+}
+
+void TestPrint::doesNotTakeTheLastPrintForThisOne()
+{
+    zytest::TestPrinter printer;
+    PrintStatusPara status;
+    status.filename = "last.zydlp"_s;
+    status.printStatus = 2; // complete, and shown for a while after the next one has begun
+    printer.host().answers.status = status;
+    printer.host().during("sigGetPrinterStatus"_s, [&] {
+        const int asked = printer.host().count("sigGetPrinterStatus"_s);
+        if (asked == 4) {
+            printer.host().answers.status->filename = "part.zydlp"_s;
+            printer.host().answers.status->printStatus = 1;
+        } else if (asked == 6) {
+            printer.host().answers.status->printStatus = 4;
+        }
+    });
+    const QString url = "ws://127.0.0.1:%1"_s.arg(printer.port());
+    EXPECT_FAILURE(runSlicer({"print"_s, "part.zydlp"_s, "--to"_s, url, "--watch"_s, "--interval"_s,
+                              "0.05"_s}),
+                   9, "print stopped: part.zydlp");
 }
 
 void TestPrint::pausesGoesOnAndStops()

@@ -66,6 +66,7 @@ private Q_SLOTS:
     void leavesAtOnceAtTheSecondCtrlC();
     void leavesWhilePausingBeforeARetry();
     void followsAPrintOverACut();
+    void countsAConnectionLostBeforeAnAnswerOnce();
     void stopsFollowingAtCtrlC();
     void tellsAtCtrlCWhatThePrinterWasAsked_data();
     void tellsAtCtrlCWhatThePrinterWasAsked();
@@ -237,6 +238,7 @@ void TestRecovery::cancelsOnThePrinterAtCtrlC()
     SlicerProcess slicer(bench.send(m_file));
     QVERIFY(!slicer.waitForEvent("progress"_s).isEmpty());
     slicer.interrupt();
+    slicer.terminate(); // timeout(1) signals its child by itself and with its group
     QVERIFY(slicer.waitForExit());
     QCOMPARE(slicer.exitCode(), 130);
     VERIFY_TEXT(isOneErrorLine(slicer.errors(), "the printer has cancelled"), slicer.errors());
@@ -278,8 +280,8 @@ void TestRecovery::leavesAtOnceAtTheSecondCtrlC()
     QVERIFY(!slicer.waitForEvent("progress"_s).isEmpty());
     bench.proxy.freeze(); // nothing acknowledges the cancel
     slicer.interrupt();
-    // Two signals of one kind that come together are one.
     QVERIFY(zytest::waitUntil([&] { return slicer.errors().contains("cancelling"); }));
+    QTest::qWait(notOneInterruption);
     slicer.interrupt();
     QVERIFY(slicer.waitForExit());
     QCOMPARE(slicer.exitCode(), 130);
@@ -327,6 +329,26 @@ void TestRecovery::followsAPrintOverACut()
     QCOMPARE(slicer.errors(), QByteArray());
     QCOMPARE(slicer.exitCode(), 0);
     QCOMPARE(bench.printer.host().count("checkFile"_s), 1);
+}
+
+void TestRecovery::countsAConnectionLostBeforeAnAnswerOnce()
+{
+    Bench bench;
+    PrintStatusPara status;
+    status.printStatus = 1;
+    bench.printer.host().answers.status = status;
+    bench.printer.host().during("sigGetPrinterStatus"_s, [&] {
+        if (bench.printer.host().count("sigGetPrinterStatus"_s) != 2)
+            return;
+        bench.printer.host().answers.status->printStatus = 2;
+        bench.proxy.cut();
+    });
+    const SlicerResult result = runSlicer({"status"_s, "--to"_s, bench.proxy.url().toString(),
+                                           "--watch"_s, "--interval"_s, "0.05"_s, "--back-off"_s,
+                                           "0.05"_s, "--retries"_s, "1"_s, "--json"_s});
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(eventsNamed("retrying"_s, result.output).size(), 1);
 }
 
 void TestRecovery::stopsFollowingAtCtrlC()

@@ -32,6 +32,8 @@ private Q_SLOTS:
     void writesNothingWhenQuiet();
     void showsTheLogOnlyWhenVerbose();
     void usesTheNameOfTheTransferItResumes();
+    void showsANameAsItIs();
+    void looksForTheFileBeforeThePrinter();
     void aFileResumedOnThePartOfAnotherIsFoundBad_data();
     void aFileResumedOnThePartOfAnotherIsFoundBad();
 
@@ -186,6 +188,20 @@ void TestSend::usesTheNameOfTheTransferItResumes()
     const QJsonObject stored = eventsNamed("stored"_s, result.output).value(0);
     QCOMPARE(stored.value("storedAs"_s).toString(), "old.zydlp"_s);
     QVERIFY(readFile(m_printer.pathOf("old.zydlp"_s)) == readFile(path));
+}
+
+void TestSend::showsANameAsItIs()
+{
+    const QString name = "a%2b%3.zydlp"_s;
+    const SlicerResult result
+        = runSlicer({"send"_s, makeModel(m_directory.filePath(name)), "--to"_s, m_url});
+    VERIFY_TEXT(result.output.contains("a%2b%3.zydlp: 100 % "), result.output);
+}
+
+void TestSend::looksForTheFileBeforeThePrinter()
+{
+    EXPECT_FAILURE(runSlicer({"send"_s, "nosuch.zydlp"_s, "--to"_s, "dnssd:nosuch"_s, "--wait"_s}),
+                   7, "nosuch.zydlp");
 }
 
 void TestSend::aFileResumedOnThePartOfAnotherIsFoundBad_data()

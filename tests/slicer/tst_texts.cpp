@@ -23,6 +23,7 @@ private Q_SLOTS:
     void fitsAnyWidth_data();
     void fitsAnyWidth();
     void dropsTheLeastImportantColumnFirst();
+    void writesNoControlCharacterOfAPrinter();
 };
 
 void TestTexts::writesAmountsInTheirUnit()
@@ -109,6 +110,12 @@ void TestTexts::dropsTheLeastImportantColumnFirst()
     QVERIFY(narrow.contains(QStringLiteral("18.2/40.0 MiB")));
     QVERIFY(!narrow.contains(QStringLiteral("left")));
     QCOMPARE(progressLine(row, 20), QStringLiteral(" 50 %  demo.zydlp"));
+}
+
+void TestTexts::writesNoControlCharacterOfAPrinter()
+{
+    const ProgressRow row{QStringLiteral("a\u001bb"), -1, {QStringLiteral("1\u001b]0;x\u0007\n")}};
+    QCOMPARE(progressLine(row, 100), QStringLiteral("a?b  1?]0;x??"));
 }
 
 ZY_TEST(TestTexts)

@@ -7,6 +7,7 @@
 #include "testprogram.h"
 #include "texts.h"
 
+#include <QProcess>
 #include <QTest>
 
 #include <unistd.h>
@@ -25,6 +26,7 @@ private Q_SLOTS:
     void tellsErrorsInJsonToo_data();
     void tellsErrorsInJsonToo();
     void keepsAnErrorOnOneLine();
+    void takesADecimalPointInEveryLocale();
 
 private:
     QTemporaryDir m_directory;
@@ -169,6 +171,19 @@ void TestUsage::keepsAnErrorOnOneLine()
 {
     EXPECT_FAILURE(runSlicer({"send"_s, "/nonexistent\nfile"_s, "--to"_s, deadUrl()}), 7,
                    "/nonexistent?file");
+}
+
+void TestUsage::takesADecimalPointInEveryLocale()
+{
+    const QString locale = m_directory.filePath("de_DE.UTF-8"_s);
+    const int made
+        = QProcess::execute("localedef"_s, {"-i"_s, "de_DE"_s, "-f"_s, "UTF-8"_s, locale});
+    if (made != 0)
+        QSKIP("no locale with a decimal comma can be made here");
+    const SlicerResult result = runInShell(
+        "exec env LOCPATH=%1 LC_ALL=de_DE.UTF-8 \"$0\" \"$@\""_s.arg(m_directory.path()),
+        {"status"_s, "--to"_s, deadUrl(), "--interval"_s, "0.5"_s});
+    EXPECT_FAILURE(result, 3, "no connection");
 }
 
 ZY_TEST(TestUsage)

@@ -55,8 +55,8 @@ CommandStep::CommandStep(JobContext &context, Command command)
     connect(&m_exchange, &Exchange::checking, this,
             [this] { reportPrint(Event::Kind::PrintChecking); });
     connect(&m_exchange, &Exchange::ended, this, &CommandStep::onEnded);
-    connect(&m_before, &Exchange::ended, this, [this](const Exchange::Result &result) {
-        m_statusBefore = PrinterStatus::fromReply(result.answer);
+    connect(&m_before, &Exchange::ended, this, [&context](const Exchange::Result &result) {
+        context.statusBefore = PrinterStatus::fromReply(result.answer);
     });
 }
 
@@ -123,6 +123,8 @@ void CommandStep::onEnded(const Exchange::Result &result)
         break;
     case Exchange::Ending::NoAnswer:
     case Exchange::Ending::ConnectionLost:
+        // The printer may do it all the same: asked once more, it would print twice.
+        context().isWaitingInVain = true;
         endUnanswered(what, unansweredText(result), result.ending == Exchange::Ending::NoAnswer);
         break;
     }
@@ -144,7 +146,7 @@ void CommandStep::endCheckFailed()
     findOut([this](const PrinterStatus &status) {
         const QString value = QStringLiteral("%1 on %2").arg(file(), printer());
         const bool isStopped = status.state == PrinterStatus::State::Ended;
-        const bool wasStopped = m_statusBefore.state == PrinterStatus::State::Ended;
+        const bool wasStopped = context().statusBefore.state == PrinterStatus::State::Ended;
         if (isStopped && !wasStopped)
             end({ExitCode::PrintFailed, QStringLiteral("print stopped during the check"), value,
                  QStringLiteral("another program or the printer has stopped it; start it again "
@@ -194,9 +196,9 @@ void CommandStep::reportPrint(Event::Kind kind)
     Event event;
     event.kind = kind;
     event.file = file();
-    event.isResumed
-        = (m_statusBefore.canContinue() || m_statusBefore.state == PrinterStatus::State::Halting)
-        && m_statusBefore.filename == event.file;
+    event.isResumed = (context().statusBefore.canContinue()
+                       || context().statusBefore.state == PrinterStatus::State::Halting)
+        && context().statusBefore.filename == event.file;
     Q_EMIT reported(event);
 }
 

@@ -35,7 +35,6 @@ private:
     Request::Command m_command;
     zysession::Exchange m_exchange;
     zysession::Exchange m_before; ///< print: what the printer was doing
-    zysession::PrinterStatus m_statusBefore;
 };
 
 } // namespace zyslicer

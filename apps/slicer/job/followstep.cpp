@@ -17,7 +17,7 @@ using zysession::PrinterLink;
 using zysession::PrinterStatus;
 
 // A printer may show a print just started only after a moment.
-constexpr int toleratedReadyAnswers = 10;
+constexpr int toleratedEarlyAnswers = 10;
 
 /// The pause before retry number @p retry (1 is the first), in ms; it doubles with each.
 int pauseBefore(int retry, const ZySendOptions &options)
@@ -36,12 +36,15 @@ FollowStep::FollowStep(JobContext &context, Mode mode)
     m_exchange.setToken(token());
     m_pause.setSingleShot(true);
     PrinterLink *link = &context.link;
-    connect(&m_pause, &QTimer::timeout, link, &PrinterLink::open);
+    connect(&m_pause, &QTimer::timeout, this, [this, link] {
+        m_isRetrying = false;
+        link->open();
+    });
     connect(link, &PrinterLink::opened, &m_exchange, &Exchange::askStatus);
     connect(link, &PrinterLink::failed, this, [this] { retry(QStringLiteral("no connection")); });
     // Between two questions no exchange is under way that would notice.
     connect(link, &PrinterLink::dropped, this, [this] {
-        if (m_pause.isActive())
+        if (m_pause.isActive() && !m_isRetrying)
             retry(QStringLiteral("connection lost"));
     });
     connect(&m_exchange, &Exchange::ended, this, &FollowStep::onEnded);
@@ -90,6 +93,8 @@ void FollowStep::judge(const PrinterStatus &status)
 {
     if (status.hasJob())
         m_lastJob = status;
+    else if (isEarly(status))
+        return;
     else if (status.state == PrinterStatus::State::Ready)
         onReady(status);
     else if (status.state == PrinterStatus::State::Complete)
@@ -100,6 +105,16 @@ void FollowStep::judge(const PrinterStatus &status)
         endPrint(status, QStringLiteral("print stopped"));
 }
 
+/// True for what the printer may have shown before the print.
+bool FollowStep::isEarly(const PrinterStatus &status)
+{
+    const PrinterStatus &before = context().statusBefore;
+    return m_mode == Mode::UntilDone && !wasRunning()
+        && (status.state == PrinterStatus::State::Ready
+            || (status.state == before.state && status.filename == before.filename))
+        && ++m_earlyAnswers <= toleratedEarlyAnswers;
+}
+
 void FollowStep::onReady(const PrinterStatus &status)
 {
     if (wasRunning())
@@ -108,7 +123,7 @@ void FollowStep::onReady(const PrinterStatus &status)
                            : QStringLiteral("print ended without being complete"));
     else if (m_mode == Mode::UntilIdle)
         end();
-    else if (++m_readyAnswers > toleratedReadyAnswers)
+    else
         endPrint(status, QStringLiteral("print did not begin"));
 }
 
@@ -116,9 +131,8 @@ void FollowStep::endPrint(const PrinterStatus &status, const QString &what)
 {
     end({ExitCode::PrintFailed, what,
          QStringLiteral("%1 on %2, layer %3 of %4")
-             .arg(status.filename, printer())
-             .arg(status.layer)
-             .arg(status.layerCount),
+             .arg(status.filename, printer(), QString::number(status.layer),
+                  QString::number(status.layerCount)),
          QStringLiteral("look at the printer, then start again with 'zyslicer print'")});
 }
 
@@ -138,8 +152,9 @@ void FollowStep::retry(const QString &reason, bool isSilent)
         event.text = reason;
         event.retry = m_failures;
         event.delay = pauseBefore(m_failures, context().request.sending);
-        Q_EMIT reported(event);
+        m_isRetrying = true;
         m_pause.start(event.delay);
+        Q_EMIT reported(event);
     }
 }
 

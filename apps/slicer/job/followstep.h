@@ -31,6 +31,7 @@ public:
 private:
     void onEnded(const zysession::Exchange::Result &result);
     void judge(const zysession::PrinterStatus &status);
+    bool isEarly(const zysession::PrinterStatus &status);
     void onReady(const zysession::PrinterStatus &status);
     void endPrint(const zysession::PrinterStatus &status, const QString &what);
     void retry(const QString &reason, bool isSilent = false);
@@ -41,7 +42,8 @@ private:
     QTimer m_pause;
     zysession::PrinterStatus m_lastJob; ///< Unknown until a print is seen
     bool m_wasLost = false; ///< the connection, at any time
-    int m_readyAnswers = 0;
+    bool m_isRetrying = false; ///< after the pause
+    int m_earlyAnswers = 0;
     int m_failures = 0; ///< in a row
 };
 

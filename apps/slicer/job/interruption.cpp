@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -20,12 +21,24 @@ namespace
 {
 
 int pipeEnds[2] = {-1, -1};
-std::atomic_int signalCount{0};
+std::atomic<long> firstSignal{0}; // ms; 0: none yet
+// timeout(1) signals the program and its process group: that is one interruption, not two.
+constexpr long oneInterruption = 50; // ms
+
+long now()
+{
+    timespec time{};
+    clock_gettime(CLOCK_MONOTONIC, &time);
+    return time.tv_sec * 1000 + time.tv_nsec / 1000000;
+}
 
 // Only what POSIX allows inside a signal handler.
 void onSignal(int)
 {
-    if (signalCount.fetch_add(1) > 0) {
+    long first = 0;
+    if (!firstSignal.compare_exchange_strong(first, now())) {
+        if (now() - first < oneInterruption)
+            return;
         constexpr char text[] = "\nzyslicer: interrupted twice: left without waiting for the "
                                 "printer; what it still holds is resumed when sent again\n";
         [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text, sizeof text - 1);

@@ -75,6 +75,10 @@ void Job::startNextStep()
         end({});
         return;
     }
+    if (m_isInterrupted) {
+        endInterrupted();
+        return;
+    }
     m_step = m_steps[m_nextStep++](m_context);
     connect(m_step.get(), &Step::reported, this, &Job::reported);
     connect(m_step.get(), &Step::ended, this, &Job::onStepEnded);
@@ -85,7 +89,7 @@ void Job::onStepEnded(const Outcome &outcome)
 {
     // It is still on the stack; its part of the job's connection is over.
     m_step.release()->deleteLater();
-    if (m_context.request.isWaiting && !m_context.isCertificateRefused
+    if (m_context.request.isWaiting && !m_isInterrupted && !m_context.isWaitingInVain
         && maySoonBeOtherwise(outcome)) {
         waitFor(outcome);
         return;
@@ -127,14 +131,22 @@ void Job::endFile(const Outcome &outcome)
 
 void Job::interrupt()
 {
-    const Outcome outcome{ExitCode::Interrupted, QStringLiteral("interrupted"),
-                          m_context.printer.description(), QStringLiteral("nothing was under way")};
+    m_isInterrupted = true;
     if (m_step)
         m_step->interrupt();
-    else if (!m_hasEnded && hasSeveralFiles()) {
+    else if (!m_hasEnded)
+        endInterrupted();
+}
+
+/// Between two steps.
+void Job::endInterrupted()
+{
+    const Outcome outcome{ExitCode::Interrupted, QStringLiteral("interrupted"),
+                          m_context.printer.description(), QStringLiteral("nothing was under way")};
+    if (hasSeveralFiles()) {
         endFile(outcome);
         end({});
-    } else if (!m_hasEnded) {
+    } else {
         end(outcome);
     }
 }

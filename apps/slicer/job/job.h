@@ -40,6 +40,7 @@ private:
     void onStepEnded(const Outcome &outcome);
     void waitFor(const Outcome &outcome);
     void endFile(const Outcome &outcome);
+    void endInterrupted();
     void end(const Outcome &outcome);
     bool hasSeveralFiles() const { return m_context.request.files.size() > 1; }
 
@@ -48,6 +49,7 @@ private:
     std::size_t m_nextStep = 0;
     std::unique_ptr<Step> m_step;
     Outcomes m_outcomes; ///< of the files so far, where there are several
+    bool m_isInterrupted = false;
     bool m_hasEnded = false;
 };
 

@@ -113,6 +113,11 @@ void SendStep::start()
 
 void SendStep::interrupt()
 {
+    if (m_isRefused) { // and the reason is being looked for
+        endWith(ExitCode::Interrupted, QStringLiteral("interrupted"),
+                QStringLiteral("the printer has refused the file"));
+        return;
+    }
     if (context().request.isKeeping) {
         m_isKept = m_sender.canCancel();
         m_sender.leave();
@@ -245,6 +250,7 @@ void SendStep::endNotSent(const ZySendResult &result)
                                "still holds of it, if anything, is resumed"));
         break;
     default: {
+        m_isRefused = true;
         const QString value = QStringLiteral("%1 to %2").arg(m_file.name, printer());
         endBusyOr({ExitCode::Refused, QStringLiteral("refused by the printer"), value,
                    QStringLiteral("it takes no files now, though it does not say that it prints")},

@@ -50,6 +50,7 @@ private:
     qint64 m_size;
     int m_attempts = 1;
     bool m_isOffered = false; ///< in this attempt
+    bool m_isRefused = false;
     bool m_isKept = false; ///< left by the user, with bytes still to come
     qint64 m_received = 0;
     QTimer m_silenceWatch; ///< runs while the printer is to acknowledge something

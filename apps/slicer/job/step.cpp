@@ -95,7 +95,7 @@ void Step::endUnconnected(Fault fault, const QString &detail, const QString &fin
         reason += QStringLiteral(": ") + detail;
     else if ((fault == Fault::Network || fault == Fault::Tls) && !detail.isEmpty())
         reason = detail;
-    m_context.isCertificateRefused = !fingerprint.isEmpty();
+    m_context.isWaitingInVain = !fingerprint.isEmpty();
     end({ExitCode::NoConnection, QStringLiteral("no connection (%1)").arg(reason), printer(),
          connectionAdvice(fault, fingerprint)});
 }

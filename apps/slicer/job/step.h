@@ -31,7 +31,8 @@ struct JobContext {
     const zysession::Printer printer;
     const ZyTlsTrust trust = printer.trust();
     zysession::PrinterLink link; ///< for commands
-    bool isCertificateRefused = false; ///< which waiting does not change
+    bool isWaitingInVain = false; ///< what ended the last step stays as it is
+    zysession::PrinterStatus statusBefore; ///< a print: what the printer was doing
     QString storedName; ///< the name under which the printer stored the last file sent
 };
 

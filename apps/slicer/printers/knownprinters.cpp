@@ -143,6 +143,8 @@ Outcome resolve(Places &places, const QString &nameOrUrl, QVector<Printer> &prin
             return outcome;
     }
     const QStringList members = saved.groups.all().value(nameOrUrl, {nameOrUrl});
+    if (members.isEmpty())
+        return unknownPrinter(nameOrUrl);
     for (const QString &member : members) {
         const Printer printer = saved.printers.resolve(member);
         if (printer.url.isEmpty())

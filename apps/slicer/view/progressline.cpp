@@ -31,7 +31,7 @@ QString bar(double fraction, int width)
 
 QString joined(const QStringList &parts)
 {
-    return parts.join(QLatin1String("  "));
+    return zyapp::onOneLine(parts.join(QLatin1String("  ")));
 }
 
 } // namespace

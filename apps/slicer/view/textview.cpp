@@ -162,9 +162,8 @@ QString PlainView::progressText(int printer, const Event &event)
     if (!isNews(printer, event.file + QString::number(percent / newsEvery)))
         return {};
     const QString text = QStringLiteral("%1: %2 % %3")
-                             .arg(event.file)
-                             .arg(percent, 3)
-                             .arg(byteText(event.received, event.total));
+                             .arg(event.file, QString::number(percent).rightJustified(3),
+                                  byteText(event.received, event.total));
     const double rate = transfers().entry(printer, event.file).rate.bytesPerSecond();
     return rate > 0 ? text + QLatin1Char(' ') + rateText(rate) : text;
 }

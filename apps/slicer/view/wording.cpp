@@ -66,10 +66,8 @@ QString statusBlock(const QString &printer, const PrinterStatus &status)
 QString resumedText(const Event &event)
 {
     return QStringLiteral("%1: resumed at byte %2 of %3 (%4)")
-        .arg(event.file)
-        .arg(event.received)
-        .arg(event.total)
-        .arg(byteText(event.received, event.total));
+        .arg(event.file, QString::number(event.received), QString::number(event.total),
+             byteText(event.received, event.total));
 }
 
 QString retryingText(const Event &event)
