@@ -52,22 +52,29 @@ bool isDigest(const QByteArray &text)
 
 } // namespace
 
-QString FileRequest::read(const QJsonObject &object)
+QString FileRequest::read(const QJsonObject &object, const RequestKeys &others)
 {
     const auto text = [&](const char *key) { return object.value(QLatin1String(key)).toString(); };
     file = text("file");
     url = QUrl(text("url"), QUrl::StrictMode);
     sha256 = text("sha256").toLatin1().toLower();
     const bool hasUrl = object.contains(QLatin1String("url"));
-    if (file.isEmpty() == !hasUrl)
-        return QStringLiteral("give either \"file\" or \"url\"");
-    if (hasUrl && url.scheme() != QLatin1String("http") && url.scheme() != QLatin1String("https"))
-        return QStringLiteral("\"url\" is no http or https address");
-    if (hasUrl ? !isDigest(sha256) : !sha256.isEmpty() && !isDigest(sha256))
-        return QStringLiteral("\"sha256\" has to be 64 hex digits");
     name = text("name");
     if (name.isEmpty())
         name = hasUrl ? url.fileName() : QFileInfo(file).fileName();
+    RequestKeys keys = others;
+    for (const char *key : {"file", "url", "sha256", "name"})
+        keys.insert(QLatin1String(key), QJsonValue::String);
+    if (QString fault = keyFault(object, keys); !fault.isEmpty())
+        return fault;
+    if (file.isEmpty() == !hasUrl)
+        return QStringLiteral("give either \"file\" or \"url\"");
+    const bool isWeb
+        = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
+    if (hasUrl && (!isWeb || url.host().isEmpty()))
+        return QStringLiteral("\"url\" is no http or https address");
+    if (hasUrl ? !isDigest(sha256) : !sha256.isEmpty() && !isDigest(sha256))
+        return QStringLiteral("\"sha256\" has to be 64 hex digits");
     return name.isEmpty() ? QStringLiteral("give the \"name\" that the file has on the printer")
                           : QString();
 }

@@ -5,8 +5,9 @@
 #ifndef FILESTORE_H
 #define FILESTORE_H
 
+#include "requestkeys.h"
+
 #include <QHash>
-#include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QThreadPool>
 #include <QUrl>
@@ -27,8 +28,9 @@ struct FileRequest {
     QByteArray sha256; ///< in lower-case hex digits; may be empty for a spool file
     QString name; ///< on the printer
 
-    /// Reads the keys "file" or "url", "sha256" and "name". The fault, empty when there is none.
-    QString read(const QJsonObject &object);
+    /// Reads the keys "file" or "url", "sha256" and "name", beside which @p object may have
+    /// @p others. The fault, empty when there is none.
+    QString read(const QJsonObject &object, const RequestKeys &others);
 };
 
 class FileStore : public QObject
