@@ -29,6 +29,12 @@ Answer refusal(const char *error, const QString &text)
     return {{}, QLatin1String(error), text, false};
 }
 
+/// Of what may be had later.
+Answer passing(const char *error, const QString &text)
+{
+    return {{}, QLatin1String(error), text, true};
+}
+
 Answer digestRefusal(const QByteArray &wanted, const QByteArray &found)
 {
     return refusal("digest",
@@ -108,8 +114,14 @@ void FileStore::provide(const FileRequest &request, const Done &done)
     const QFileInfo info(QDir(m_spool), request.file);
     // Symbolic links are followed first: none leads out of the directory.
     const QString path = info.canonicalFilePath();
-    const QString inside = QFileInfo(m_spool).canonicalFilePath() + QLatin1Char('/');
-    if (!path.startsWith(inside) || !info.isFile() || !info.isReadable()) {
+    const QString spool = QFileInfo(m_spool).canonicalFilePath();
+    if (spool.isEmpty()) { // on a server, say, that is away
+        answerLater(done,
+                    passing("no-spool",
+                            QStringLiteral("the spool directory %1 is not there").arg(m_spool)));
+        return;
+    }
+    if (!path.startsWith(spool + QLatin1Char('/')) || !info.isFile() || !info.isReadable()) {
         answerLater(done,
                     refusal("no-file",
                             QStringLiteral("there is no readable file %1 in the spool directory")
