@@ -137,5 +137,54 @@ class Spool(WithFiles):
         self.assertEqual(self.client.json("zy/jobs/resin/early")["state"], "placing")
 
 
+class Fetches(WithFiles):
+    def test_a_request_does_not_wait_for_the_address_of_another(self):
+        self.client.publish("zy/printer0/send", {"url": self.web.address("late-404"),
+                                                 "sha256": digest_of("good")})
+        self.assertTrue(self.web.is_asked.wait(fleet.PATIENCE))
+        self.assertTrue(self.fetch("good")["ok"])
+        self.web.may_answer.set()
+        fleet.wait_for(lambda: "fetch" in [each.get("error")
+                                           for each in self.client.events("printer0")],
+                       "the refusal of the other")
+
+    def test_a_file_that_cannot_be_stored_is_called_so(self):
+        self.fetched.rmdir()
+        self.fetched.write_bytes(b"")
+        self.assertRefused(self.fetch("good"), "storage", "")
+        self.fetched.unlink()
+        self.fetched.mkdir()
+        self.bridge.limit_files(len(CONTENT) // 2)
+        self.assertRefused(self.fetch("good"), "storage", "space")
+        self.bridge.limit_files(resource.RLIM_INFINITY)
+        self.assertTrue(self.fetch("good")["ok"])
+
+    def test_a_file_that_is_too_large_is_not_fetched_to_its_end(self):
+        self.assertRefused(self.fetch("too-large"), "too-large", "4 GiB")
+
+
+class Jobs(WithFiles):
+    printers = 8
+
+    def test_a_job_with_a_wrong_key_is_refused(self):
+        for wrong, part in [({"sha256": 123}, '"sha256" has to be a text'),
+                            ({"print": True}, 'no key "print" here, only file, id, name, sha256'),
+                            ({"id": 17}, '"id"')]:
+            answer = self.client.ask("zy/jobs/resin", {"id": "a", "file": "part.zydlp", **wrong})
+            self.assertRefused(answer, "malformed", part)
+
+    def test_only_what_will_not_pass_refuses_a_job(self):
+        passing, lasting = ["408", "429", "500", "503", "cut"], ["404", "410", "too-large"]
+        for path in passing + lasting:
+            self.client.publish("zy/jobs/resin", {"id": f"job-{path}", "sha256": digest_of(path),
+                                                  "url": self.web.address(path)})
+        for path in lasting:
+            self.client.wait_for(f"zy/jobs/resin/job-{path}",
+                                 lambda record: record["state"] == "refused")
+        for path in passing:
+            self.client.wait_for(f"zy/jobs/resin/job-{path}",
+                                 lambda record: record["state"] == "complete")
+
+
 if __name__ == "__main__":
     unittest.main()

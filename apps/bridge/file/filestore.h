@@ -9,6 +9,7 @@
 
 #include <QHash>
 #include <QNetworkAccessManager>
+#include <QPair>
 #include <QThreadPool>
 #include <QUrl>
 #include <QVector>
@@ -55,11 +56,12 @@ public:
 
 private:
     struct Fetch;
+    using Source = QPair<QByteArray, QUrl>; ///< a digest, and where the file is said to lie
 
     void answerLater(const Done &done, const Answer &answer);
     void checkDigest(const QString &path, const QByteArray &sha256, const Done &done);
     void fetch(const FileRequest &request, const Done &done);
-    void endFetch(const QByteArray &sha256, QNetworkReply *reply);
+    void endFetch(const Source &source, QNetworkReply *reply);
     void removeOldFiles() const;
     QString cachedPath(const QByteArray &sha256) const;
 
@@ -67,7 +69,7 @@ private:
     const QString m_cache;
     QNetworkAccessManager m_network;
     QThreadPool m_pool; ///< for digests
-    QHash<QByteArray, std::shared_ptr<Fetch>> m_fetches; ///< by digest
+    QHash<Source, std::shared_ptr<Fetch>> m_fetches;
 };
 
 } // namespace zybridge
