@@ -191,7 +191,7 @@ class Bridges(WithPrinters):
             broker = fleet.Broker(directory)
             self.addCleanup(broker.kill)
             os.environ.update(desk.environment)
-            bridge = fleet.Bridge(directory, "hall", broker.port, {"bench": "dnssd:Bänch, 1"})
+            bridge = fleet.Bridge(directory, "hall", broker.port, {"bench": '"dnssd:Bänch, 1"'})
             self.addCleanup(bridge.kill)
             for count in (1, 2):
                 printer = self.announced("Bänch, 1")
