@@ -153,6 +153,8 @@ class Requests(WithBroker):
                 ("send", "y" * 70000, "too-large", "65536")]:
             with self.subTest(leaf=leaf, payload=str(payload)[:40]):
                 self.assertRefused(self.client.ask(f"zy/bench/{leaf}", payload), error, part)
+                if error == "malformed" and isinstance(payload, dict):
+                    self.assertTrue(fleet.Schemas().complaint(leaf, payload))
         self.test_parameters_are_set()  # nothing has stopped
 
     def test_an_unknown_printer_is_named(self):
