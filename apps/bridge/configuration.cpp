@@ -91,15 +91,19 @@ public:
 
     QStringList list(const QString &key)
     {
+        m_known.append(key);
         return m_settings.value(key).toStringList();
     }
 
-    /// Whatever was not asked for, is probably misspelt.
-    void checkForUnknownKeys(const QStringList &freeSections)
+    /// Whatever was not asked for, is probably misspelt. A key of @p sections is the name of one of
+    /// the printers.
+    void checkForUnknownKeys(const QStringList &sections)
     {
         for (const QString &key : m_settings.allKeys()) {
-            if (!m_known.contains(key)
-                && !freeSections.contains(key.section(QLatin1Char('/'), 0, 0)))
+            const QString name = key.section(QLatin1Char('/'), 1);
+            const bool isPrinter = sections.contains(key.section(QLatin1Char('/'), 0, 0))
+                && m_settings.contains(QStringLiteral("printers/") + name);
+            if (!m_known.contains(key) && !isPrinter)
                 fault(QStringLiteral("unknown key"), key, QStringLiteral("see zybridge(1)"));
         }
     }
@@ -299,8 +303,7 @@ QStringList Configuration::read(const QString &file)
                      QStringLiteral("name them in the section [printers]"));
     groups = readGroups(reader, printers);
     reader.checkForUnknownKeys({QStringLiteral("printers"), QStringLiteral("tokens"),
-                                QStringLiteral("authorities"), QStringLiteral("fingerprints"),
-                                QStringLiteral("groups")});
+                                QStringLiteral("authorities"), QStringLiteral("fingerprints")});
     return reader.faults();
 }
 

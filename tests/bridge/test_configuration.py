@@ -41,6 +41,8 @@ class Files(unittest.TestCase):
                 (printers, "bridge/state is missing"),
                 (state + "poll=fast\n" + printers, "bridge/poll"),
                 (state + "pol=500\n" + printers, "unknown key: bridge/pol"),
+                (state + printers + "[authorities]\nbenhc=/nowhere\n",
+                 "unknown key: authorities/benhc"),
                 (state + "homeassistant=maybe\n" + printers, "yes nor no"),
                 (state + "spool=/nowhere\n" + printers, "/nowhere"),
                 (state + "[printers]\nbench=http://a\n", "bench"),
