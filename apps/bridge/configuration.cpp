@@ -7,6 +7,7 @@
 #include "foundprinter.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QSysInfo>
 #include <QUrl>
@@ -38,10 +39,7 @@ public:
     QString text(const QString &key, const QString &otherwise = {})
     {
         m_known.append(key);
-        // A comma makes a list of a text.
-        const QVariant value = m_settings.value(key);
-        return value.isValid() ? value.toStringList().join(QLatin1String(", ")).trimmed()
-                               : otherwise;
+        return m_settings.value(key, otherwise).toString();
     }
 
     int number(const QString &key, int otherwise, int least, int most)
@@ -93,15 +91,19 @@ public:
 
     QStringList list(const QString &key)
     {
+        m_known.append(key);
         return m_settings.value(key).toStringList();
     }
 
-    /// Whatever was not asked for, is probably misspelt.
-    void checkForUnknownKeys(const QStringList &freeSections)
+    /// Whatever was not asked for, is probably misspelt. A key of @p sections is the name of one of
+    /// the printers.
+    void checkForUnknownKeys(const QStringList &sections)
     {
         for (const QString &key : m_settings.allKeys()) {
-            if (!m_known.contains(key)
-                && !freeSections.contains(key.section(QLatin1Char('/'), 0, 0)))
+            const QString name = key.section(QLatin1Char('/'), 1);
+            const bool isPrinter = sections.contains(key.section(QLatin1Char('/'), 0, 0))
+                && m_settings.contains(QStringLiteral("printers/") + name);
+            if (!m_known.contains(key) && !isPrinter)
                 fault(QStringLiteral("unknown key"), key, QStringLiteral("see zybridge(1)"));
         }
     }
@@ -122,6 +124,40 @@ private:
     QStringList m_faults;
 };
 
+/// Whether QSettings reads @p value, as it stands in the file, as it looks. Outside of quotes it
+/// makes lists at commas, drops what follows a semicolon, and drops quotes and backslashes.
+bool isPlain(const QString &value)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral(R"(^([^,;"\\]*|"([^"\\]|\\["\\x])*")$)"));
+    return pattern.match(value.trimmed()).hasMatch();
+}
+
+void checkQuotes(Reader &reader)
+{
+    QFile file(reader.file());
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    QString section;
+    while (!file.atEnd()) {
+        const QString line = QString::fromUtf8(file.readLine()).trimmed();
+        if (line.startsWith(QLatin1Char('[')))
+            section = line.mid(1, line.size() - 2);
+        if (line.startsWith(QLatin1Char('[')) || line.startsWith(QLatin1Char(';')))
+            continue;
+        const QString key = line.section(QLatin1Char('='), 0, 0).trimmed();
+        const QString value = line.section(QLatin1Char('='), 1);
+        const QStringList values = section == QLatin1String("groups")
+            ? value.split(QLatin1Char(','))
+            : QStringList(value);
+        // The value is not shown: it may be a secret.
+        if (!std::all_of(values.begin(), values.end(), isPlain))
+            reader.fault(QStringLiteral("a value in %1 needs quotes").arg(reader.file()),
+                         QStringLiteral("%1/%2").arg(section, key),
+                         QStringLiteral(R"(write %1="…", with \ before each " and \)").arg(key));
+    }
+}
+
 BrokerSettings readBroker(Reader &reader)
 {
     const QString given
@@ -129,7 +165,11 @@ BrokerSettings readBroker(Reader &reader)
     const QUrl url(given, QUrl::StrictMode);
     BrokerSettings broker;
     broker.isSecure = url.scheme() == QLatin1String("mqtts");
-    if (url.host().isEmpty() || !(broker.isSecure || url.scheme() == QLatin1String("mqtt")))
+    if (given.contains(QLatin1Char('@')))
+        reader.fault(QStringLiteral("broker/url in %1 names a user").arg(reader.file()),
+                     given.section(QLatin1Char('@'), -1),
+                     QStringLiteral("write broker/user and broker/password"));
+    else if (url.host().isEmpty() || !(broker.isSecure || url.scheme() == QLatin1String("mqtt")))
         reader.fault(QStringLiteral("broker/url is no address of a broker"), given,
                      QStringLiteral("write mqtt://host:port or mqtts://host:port"));
     broker.host = url.host();
@@ -239,6 +279,7 @@ QStringList Configuration::read(const QString &file)
         || zysession::checkSettingsFile(file) != zysession::SettingsFault::None)
         return {QStringLiteral("no readable configuration file: %1; see zybridge(1)").arg(file)};
     Reader reader(file);
+    checkQuotes(reader);
     name = reader.text(QStringLiteral("bridge/name"), QSysInfo::machineHostName());
     if (!zysession::isPrinterName(name))
         reader.fault(QStringLiteral("no possible name of a bridge"), name,
@@ -262,8 +303,7 @@ QStringList Configuration::read(const QString &file)
                      QStringLiteral("name them in the section [printers]"));
     groups = readGroups(reader, printers);
     reader.checkForUnknownKeys({QStringLiteral("printers"), QStringLiteral("tokens"),
-                                QStringLiteral("authorities"), QStringLiteral("fingerprints"),
-                                QStringLiteral("groups")});
+                                QStringLiteral("authorities"), QStringLiteral("fingerprints")});
     return reader.faults();
 }
 

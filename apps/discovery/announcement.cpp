@@ -9,6 +9,8 @@
 
 #include <QNetworkInterface>
 
+#include <utility>
+
 #include <avahi-client/client.h>
 #include <avahi-client/publish.h>
 #include <avahi-common/alternative.h>
@@ -67,6 +69,7 @@ public:
     Announcement *q;
     const Printer printer;
     QByteArray name;
+    QString fault; ///< the last one that was said
     Daemon daemon;
     std::unique_ptr<AvahiEntryGroup, FreeGroup> group; // before the daemon's client
 };
@@ -82,7 +85,8 @@ Announcement::Private::Private(Announcement *owner, const Printer &wanted)
 void Announcement::Private::fail(const QString &why)
 {
     group.reset();
-    Q_EMIT q->failed(why);
+    if (std::exchange(fault, why) != why) // it is tried again and again
+        Q_EMIT q->failed(why);
 }
 
 int Announcement::Private::add()
@@ -112,7 +116,7 @@ void Announcement::Private::publish()
     if (error == AVAHI_OK)
         error = avahi_entry_group_commit(group.get());
     if (error != AVAHI_OK)
-        fail(daemon.errorText());
+        daemon.giveUp(daemon.errorText());
 }
 
 void Announcement::Private::onGroupState(AvahiEntryGroup *changed)
@@ -121,6 +125,7 @@ void Announcement::Private::onGroupState(AvahiEntryGroup *changed)
         return;
     switch (avahi_entry_group_get_state(changed)) {
     case AVAHI_ENTRY_GROUP_ESTABLISHED:
+        fault.clear();
         Q_EMIT q->announced(QString::fromUtf8(name));
         break;
     case AVAHI_ENTRY_GROUP_COLLISION: // with a printer of another host
@@ -128,7 +133,7 @@ void Announcement::Private::onGroupState(AvahiEntryGroup *changed)
         publish();
         break;
     case AVAHI_ENTRY_GROUP_FAILURE:
-        fail(daemon.errorText());
+        daemon.giveUp(daemon.errorText());
         break;
     default:
         break;

@@ -16,8 +16,8 @@ namespace zydiscovery
 /**
  * Announces a printer as "_zyprinter._tcp" to whoever looks for one, and withdraws it when deleted.
  *
- * A daemon that is not there is waited for; one that restarts is asked again. All in the thread
- * that made the object; talking to the daemon takes milliseconds there.
+ * A daemon that is not there is waited for; one that restarts or refuses is asked again. All in the
+ * thread that made the object; talking to the daemon takes milliseconds there.
  */
 class Announcement : public QObject
 {

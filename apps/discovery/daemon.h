@@ -25,6 +25,9 @@ public:
     AvahiClient *client() const { return m_client; }
     /// Of the last call on client() that failed, as half a sentence.
     QString errorText() const;
+    /// What was made on client() has failed, or could not be made: lost() comes, and after a pause
+    /// running() with another client. Not in a callback of the client, which is freed.
+    void giveUp(const QString &why);
 
 Q_SIGNALS:
     /// The daemon serves requests; comes again after the host has got another name.
@@ -35,7 +38,6 @@ Q_SIGNALS:
 
 private:
     void connectToIt();
-    void giveUp(const QString &why);
     void review(int state);
     void lose(const QString &why);
 

@@ -124,10 +124,11 @@ void PrinterBrowser::Private::start()
     browser.reset(avahi_service_browser_new(daemon.client(), AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC,
                                             serviceType, nullptr, AvahiLookupFlags(0), onBrowsed,
                                             this));
-    if (browser)
-        fault.clear();
-    else
-        fault = daemon.errorText();
+    if (!browser) {
+        daemon.giveUp(daemon.errorText());
+        return;
+    }
+    fault.clear();
     tell();
 }
 
@@ -158,7 +159,8 @@ void PrinterBrowser::Private::onBrowsed(AvahiServiceBrowser *, AvahiIfIndex inte
         break;
     case AVAHI_BROWSER_FAILURE:
         QMetaObject::invokeMethod(
-            &own->daemon, [own] { own->stop(own->daemon.errorText()); }, Qt::QueuedConnection);
+            &own->daemon, [own, why = own->daemon.errorText()] { own->daemon.giveUp(why); },
+            Qt::QueuedConnection);
         break;
     case AVAHI_BROWSER_CACHE_EXHAUSTED:
         break;

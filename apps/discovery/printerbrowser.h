@@ -17,8 +17,8 @@ namespace zydiscovery
 /**
  * Looks for printers as long as it lives.
  *
- * A daemon that is not there is waited for; one that restarts is asked again. All in the thread
- * that made the object; talking to the daemon takes milliseconds there.
+ * A daemon that is not there is waited for; one that restarts or refuses is asked again. All in the
+ * thread that made the object; talking to the daemon takes milliseconds there.
  */
 class PrinterBrowser : public QObject
 {

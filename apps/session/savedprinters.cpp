@@ -37,6 +37,13 @@ QString keyIn(QLatin1String group, const QString &name)
     return group + QLatin1Char('/') + name;
 }
 
+/// Whoever edits the file may forget the quotes: a comma makes a list then, which as a text would
+/// be none, and for a printer without authorities the system's would do.
+QString textOf(const QVariant &value)
+{
+    return value.toStringList().join(QLatin1Char(','));
+}
+
 QString settingsPath(const QString &file)
 {
     if (!file.isEmpty())
@@ -152,7 +159,7 @@ SettingsFault SavedPrinters::read()
         const QString address = settings.value(keyIn(printersGroup, name)).toString();
         Printer printer{name, printerUrl(address)};
         for (const Extra &extra : extras)
-            printer.*extra.value = settings.value(keyIn(extra.group, name)).toString();
+            printer.*extra.value = textOf(settings.value(keyIn(extra.group, name)));
         m_printers.append(printer);
     }
     std::stable_sort(m_printers.begin(), m_printers.end(),

@@ -113,8 +113,9 @@ class Schemas:
 
     @functools.lru_cache(None)
     def of(self, name):
-        text = (self._directory / f"{name}.json").read_text()
-        return jsonschema.Draft202012Validator(json.loads(text))
+        schema = json.loads((self._directory / f"{name}.json").read_text())
+        resolver = jsonschema.RefResolver(f"{self._directory.as_uri()}/", schema)
+        return jsonschema.Draft202012Validator(schema, resolver=resolver)
 
     def name_for(self, topic):
         return next((name for pattern, name in self.NAMES.items() if re.fullmatch(pattern, topic)),

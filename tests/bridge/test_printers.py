@@ -124,6 +124,11 @@ class Requests(WithBroker):
                 ("command", {"command": "set", "parameters": {"speed": 1}}, "malformed", "speed"),
                 ("command", {"command": "set", "parameters": {"eleSpeed": "fast"}}, "malformed",
                  "eleSpeed"),
+                ("command", {"command": 1}, "malformed", '"command" has to be a text'),
+                ("command", {"command": "print", "file": 1}, "malformed", '"file" has to be a text'),
+                ("command", {"command": "set", "parameters": [1]}, "malformed",
+                 '"parameters" has to be an object'),
+                ("command", {"command": "stop", "now": True}, "malformed", 'no key "now"'),
                 ("command", "x" * 70000, "too-large", "65536"),
                 ("send", "{", "malformed", "no JSON"),
                 ("send", {}, "malformed", "file"),
@@ -137,9 +142,19 @@ class Requests(WithBroker):
                 ("send", {"url": "http://127.0.0.1:1/a.zydlp"}, "malformed", "64 hex"),
                 ("send", {"url": "ftp://a/b", "sha256": "0" * 64}, "malformed", "http"),
                 ("send", {"url": "http://127.0.0.1:1/a.zydlp", "sha256": "0" * 64}, "fetch", ""),
+                ("send", {"url": "http:///b", "sha256": "0" * 64}, "malformed", "http"),
+                ("send", {"file": "model.zydlp", "sha256": 123}, "malformed",
+                 '"sha256" has to be a text'),
+                ("send", {"file": "model.zydlp", "sha256": ""}, "malformed", "not empty"),
+                ("send", {"file": "model.zydlp", "sha265": "0" * 64}, "malformed", 'no key "sha265"'),
+                ("send", {"file": "model.zydlp", "print": "true"}, "malformed",
+                 '"print" has to be true or false'),
+                ("send", {"file": "model.zydlp", "id": "a"}, "malformed", 'no key "id"'),
                 ("send", "y" * 70000, "too-large", "65536")]:
             with self.subTest(leaf=leaf, payload=str(payload)[:40]):
                 self.assertRefused(self.client.ask(f"zy/bench/{leaf}", payload), error, part)
+                if error == "malformed" and isinstance(payload, dict):
+                    self.assertTrue(fleet.Schemas().complaint(leaf, payload))
         self.test_parameters_are_set()  # nothing has stopped
 
     def test_an_unknown_printer_is_named(self):

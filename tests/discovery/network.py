@@ -26,6 +26,7 @@ BUS = """<busconfig>
   <auth>EXTERNAL</auth>
   <policy context="default">
     <allow own="*"/> <allow send_destination="*"/> <allow receive_sender="*"/>
+    {denials}
   </policy>
 </busconfig>
 """
@@ -57,7 +58,8 @@ def apart():
         return
     command = ["unshare", "--map-root-user", "--net", "--mount", "--pid", "--fork", "--kill-child",
                "--mount-proc"]
-    missing = [each for each in ("unshare", "ip", "nsenter", "dbus-daemon", "avahi-daemon")
+    missing = [each for each in ("unshare", "ip", "nsenter", "dbus-daemon", "dbus-send",
+                                   "avahi-daemon")
                if not shutil.which(each, path=PATH)]
     if missing:
         print(f"skipped: not installed: {', '.join(missing)}")
@@ -119,11 +121,23 @@ class Host:
                         "mount -t tmpfs none /run",
                         f"mount --bind {users} /etc/passwd", f"mount --bind {users} /etc/group"):
             subprocess.run([*self._enter, *command.split()], check=True)
-        conf = self.directory / "bus.conf"
-        conf.write_text(BUS.format(bus=self._bus))
-        self.start("dbus-daemon", f"--config-file={conf}", "--nofork")
+        self.start("dbus-daemon", f"--config-file={self.configure_bus()}", "--nofork")
         wait_for(self._bus.exists, "the bus")
         self.start_daemon()
+
+    def configure_bus(self, *denied):
+        conf = self.directory / "bus.conf"
+        denials = [f'<deny send_path="/" send_member="{each}"/>'
+                   for each in denied]
+        conf.write_text(BUS.format(bus=self._bus, denials="".join(denials)))
+        return conf
+
+    def deny(self, *methods):
+        """From now on the daemon is there, and these methods of it fail."""
+        self.configure_bus(*methods)
+        subprocess.run([*self._enter, "dbus-send", f"--bus=unix:path={self._bus}", "--print-reply",
+                        "--dest=org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig"],
+                       check=True, stdout=subprocess.DEVNULL)
 
     def start(self, *command):
         return Process([*self._enter, *command], self.environment)

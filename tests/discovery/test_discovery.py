@@ -182,24 +182,38 @@ class Names(WithPrinters):
         self.wait_until_found("bench1")
         self.assertNotIn("announced", hidden.output())
 
+
 class Bridges(WithPrinters):
     """zybridge on the desk, and a broker."""
 
-    def test_a_bridge_follows_a_printer_by_its_name(self):
+    def bridge(self):
         import fleet  # only where there is a broker
-        with tempfile.TemporaryDirectory(dir=desk.directory) as directory:
-            broker = fleet.Broker(directory)
-            self.addCleanup(broker.kill)
-            os.environ.update(desk.environment)
-            bridge = fleet.Bridge(directory, "hall", broker.port, {"bench": "dnssd:Bänch, 1"})
-            self.addCleanup(bridge.kill)
-            for count in (1, 2):
-                printer = self.announced("Bänch, 1")
-                network.wait_for(
-                    lambda: bridge.process.lines.count("zybridge: bench is online") == count,
-                    "the printer at the broker")
-                self.end(printer)
-                bridge.process.wait_for_line("bench is offline")
+        directory = tempfile.TemporaryDirectory(dir=desk.directory)
+        self.addCleanup(directory.cleanup)
+        broker = fleet.Broker(directory.name)
+        self.addCleanup(broker.kill)
+        os.environ.update(desk.environment)
+        bridge = fleet.Bridge(directory.name, "hall", broker.port, {"bench": '"dnssd:Bänch, 1"'})
+        self.addCleanup(bridge.kill)
+        return bridge.process
+
+    def test_a_bridge_follows_a_printer_by_its_name(self):
+        bridge = self.bridge()
+        for count in (1, 2):
+            printer = self.announced("Bänch, 1")
+            network.wait_for(lambda: bridge.lines.count("zybridge: bench is online") == count,
+                             "the printer at the broker")
+            self.end(printer)
+            bridge.wait_for_line("bench is offline")
+
+    def test_a_bridge_looks_again_when_the_daemon_would_not(self):
+        desk.deny("ServiceBrowserNew", "ServiceBrowserPrepare")
+        self.addCleanup(desk.deny)
+        bridge = self.bridge()
+        bridge.wait_for_line("printers cannot be looked for: the Avahi daemon says: ")
+        self.announced("Bänch, 1")
+        desk.deny()
+        bridge.wait_for_line("bench is online")
 
 
 class Daemons(WithPrinters):
@@ -236,6 +250,15 @@ class Daemons(WithPrinters):
         hall.start_daemon()
         printer.wait_for('[0-9] announced on the network as "bench1"', 2)
         self.wait_until_found("bench1")
+
+    def test_a_printer_asks_again_when_the_daemon_would_not_announce_it(self):
+        hall.deny("EntryGroupNew")
+        self.addCleanup(hall.deny)
+        printer = self.printer("bench1")
+        printer.wait_for("not announced on the network: the Avahi daemon says: ")
+        hall.deny()
+        printer.wait_for('[0-9] announced on the network as "bench1"')
+        self.assertEqual(printer.output().count("not announced"), 1)
 
     def test_a_slicer_waits_for_a_printer_that_comes_late(self):
         model = desk.directory / "part.zydlp"

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void leavesWhatVersion1CanRead();
     void keepsAnyToken_data();
     void keepsAnyToken();
+    void readsWhatHasACommaWithoutQuotes();
     void keepsAFileWithTokensToItsOwner_data();
     void keepsAFileWithTokensToItsOwner();
     void leavesThePermissionsOfAFileWithoutTokens();
@@ -113,6 +114,18 @@ void TestSavedPrinters::keepsAnyToken()
     SavedPrinters saved(file);
     QCOMPARE(saved.read(), SettingsFault::None);
     QCOMPARE(saved.find("bench1"_s).token, token);
+}
+
+void TestSavedPrinters::readsWhatHasACommaWithoutQuotes()
+{
+    SavedPrinters saved(writeFile(path("comma.ini"),
+                                  "[printers]\nbench1=wss://10.0.0.1:80\n[tokens]\nbench1=a,b\n"
+                                  "[authorities]\nbench1=/none,2.pem\n"));
+    QCOMPARE(saved.read(), SettingsFault::None);
+    const Printer printer = saved.find("bench1"_s);
+    QCOMPARE(printer.token, "a,b"_s);
+    QCOMPARE(printer.authorities, "/none,2.pem"_s);
+    QVERIFY(printer.trust().isRestricted()); // not to whom the system trusts
 }
 
 void TestSavedPrinters::keepsAFileWithTokensToItsOwner_data()

@@ -5,9 +5,11 @@
 #ifndef FILESTORE_H
 #define FILESTORE_H
 
+#include "requestkeys.h"
+
 #include <QHash>
-#include <QJsonObject>
 #include <QNetworkAccessManager>
+#include <QPair>
 #include <QThreadPool>
 #include <QUrl>
 #include <QVector>
@@ -27,8 +29,9 @@ struct FileRequest {
     QByteArray sha256; ///< in lower-case hex digits; may be empty for a spool file
     QString name; ///< on the printer
 
-    /// Reads the keys "file" or "url", "sha256" and "name". The fault, empty when there is none.
-    QString read(const QJsonObject &object);
+    /// Reads the keys "file" or "url", "sha256" and "name", beside which @p object may have
+    /// @p others. The fault, empty when there is none.
+    QString read(const QJsonObject &object, const RequestKeys &others);
 };
 
 class FileStore : public QObject
@@ -53,11 +56,12 @@ public:
 
 private:
     struct Fetch;
+    using Source = QPair<QByteArray, QUrl>; ///< a digest, and where the file is said to lie
 
     void answerLater(const Done &done, const Answer &answer);
     void checkDigest(const QString &path, const QByteArray &sha256, const Done &done);
     void fetch(const FileRequest &request, const Done &done);
-    void endFetch(const QByteArray &sha256, QNetworkReply *reply);
+    void endFetch(const Source &source, QNetworkReply *reply);
     void removeOldFiles() const;
     QString cachedPath(const QByteArray &sha256) const;
 
@@ -65,7 +69,7 @@ private:
     const QString m_cache;
     QNetworkAccessManager m_network;
     QThreadPool m_pool; ///< for digests
-    QHash<QByteArray, std::shared_ptr<Fetch>> m_fetches; ///< by digest
+    QHash<Source, std::shared_ptr<Fetch>> m_fetches;
 };
 
 } // namespace zybridge

@@ -34,7 +34,7 @@ QString Job::read(const QString &group, const QByteArray &payload)
     record.id = object.value(QLatin1String("id")).toString();
     if (!isJobName(record.id))
         return QStringLiteral("\"id\" has to be 1 to 64 letters, digits, '-' and '_'");
-    return file.read(object);
+    return file.read(object, {{QStringLiteral("id"), QJsonValue::String}});
 }
 
 void Job::dropLostCopies()

@@ -24,36 +24,35 @@ MqttConnection::Session sessionWithWill(const QString &bridge, const QString &pr
     return session;
 }
 
-QString textOf(const QJsonValue &value)
-{
-    return value.isDouble() ? QString::number(value.toDouble(), 'g', 12) : value.toString();
-}
-
 /// The fault of the parameters; empty when they can be sent.
 QString readParameters(const QJsonObject &wanted, zysession::Parameters &parameters)
 {
     if (wanted.isEmpty())
         return QStringLiteral("\"parameters\" names none");
-    for (auto it = wanted.begin(); it != wanted.end(); ++it) {
-        if (!zysession::parameterKeys().contains(it.key()))
-            return QStringLiteral("there is no parameter %1").arg(it.key());
-        if (!it.value().isDouble())
-            return QStringLiteral("parameter %1 is no number").arg(it.key());
-        parameters.insert(it.key(), textOf(it.value()));
-    }
-    return {};
+    RequestKeys keys;
+    for (const QString &key : zysession::parameterKeys())
+        keys.insert(key, QJsonValue::Double);
+    for (auto it = wanted.begin(); it != wanted.end(); ++it)
+        parameters.insert(it.key(), QString::number(it.value().toDouble(), 'g', 12));
+    return keyFault(wanted, keys);
 }
 
 /// The fault of the request; empty when @p command says what is wanted.
 Failure readCommand(const QJsonObject &request, Command &command)
 {
-    const Failure malformed{QStringLiteral("malformed"), {}};
+    const QString malformed = QStringLiteral("malformed");
+    const QString keysFault = keyFault(request,
+                                       {{QStringLiteral("command"), QJsonValue::String},
+                                        {QStringLiteral("file"), QJsonValue::String},
+                                        {QStringLiteral("parameters"), QJsonValue::Object}});
+    if (!keysFault.isEmpty())
+        return {malformed, keysFault};
     const QString word = request.value(QLatin1String("command")).toString();
     if (word == QLatin1String("print")) {
         command.kind = Command::Kind::Print;
         command.file = request.value(QLatin1String("file")).toString();
         if (command.file.isEmpty())
-            return {malformed.word, QStringLiteral("\"file\" is missing")};
+            return {malformed, QStringLiteral("\"file\" is missing")};
     } else if (word == QLatin1String("pause")) {
         command.kind = Command::Kind::Pause;
     } else if (word == QLatin1String("stop")) {
@@ -63,7 +62,7 @@ Failure readCommand(const QJsonObject &request, Command &command)
         const QString fault = readParameters(request.value(QLatin1String("parameters")).toObject(),
                                              command.parameters);
         if (!fault.isEmpty())
-            return {malformed.word, fault};
+            return {malformed, fault};
     } else {
         return {QStringLiteral("unknown-command"),
                 QStringLiteral("\"command\" is none of print, pause, stop, set")};
@@ -119,7 +118,7 @@ void Station::send(const Message &message)
     const auto request = requestObject(message.payload, failure.word, failure.text);
     FileRequest file;
     if (request) {
-        const QString fault = file.read(*request);
+        const QString fault = file.read(*request, {{QStringLiteral("print"), QJsonValue::Bool}});
         if (!fault.isEmpty())
             failure = {QStringLiteral("malformed"), fault};
     }
