@@ -130,7 +130,8 @@ QUrl printerUrl(const QString &text)
     const QUrl url(address, QUrl::StrictMode);
     const bool isWebSocket
         = url.scheme() == QLatin1String("ws") || url.scheme() == QLatin1String("wss");
-    const bool isPrinter = url.isValid() && isWebSocket && !url.host().isEmpty() && url.port(1) > 0;
+    const bool isPrinter = url.isValid() && isWebSocket && !url.host().isEmpty() && url.port(1) > 0
+        && url.userInfo().isEmpty();
     return isPrinter ? url : QUrl();
 }
 

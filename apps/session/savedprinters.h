@@ -41,7 +41,7 @@ struct Printer {
 };
 
 /// The URL for "ws://host:port", "wss://host:port", or "host:port" with "ws://" left out; an empty
-/// URL for anything that names no printer.
+/// URL for anything that names no printer, or a user of one: printers know tokens instead.
 QUrl printerUrl(const QString &text);
 
 /// Whether @p text may be the name of a saved printer: letters, digits, '-' and '_', at most 64.

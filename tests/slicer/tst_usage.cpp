@@ -73,6 +73,8 @@ void TestUsage::refusesWrongUsage_data()
     row("unknown printer", {"status"_s, "--to"_s, "bench9"_s}, "unknown printer: bench9");
     row("no address", {"status"_s, "--to"_s, "http://host"_s}, "http://host");
     row("no printer", {"status"_s}, "no printer named");
+    row("a user in an address", {"status"_s, "--to"_s, "ws://me:secret@127.0.0.1:1"_s},
+        "printers know no users: ws://127.0.0.1:1");
     row("the same printer twice", {"status"_s, "--to"_s, url, "--to"_s, "127.0.0.1:1"_s},
         "named twice: 127.0.0.1:1");
 }

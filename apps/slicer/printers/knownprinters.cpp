@@ -68,6 +68,12 @@ Outcome settingsOutcome(SettingsFault fault, const SavedPrinters &saved)
 
 Outcome notAnAddress(const QString &text)
 {
+    const QUrl url(text);
+    if (!url.userInfo().isEmpty())
+        return {
+            ExitCode::Usage, QStringLiteral("printers know no users"),
+            url.toString(QUrl::RemoveUserInfo),
+            QStringLiteral("leave out what stands before the @; a token is given with --token")};
     return {ExitCode::Usage, QStringLiteral("not a printer address"), text,
             QStringLiteral("give a URL such as ws://192.168.1.20:8080")};
 }
