@@ -2,11 +2,53 @@
 # SPDX-License-Identifier: MIT
 """What could lose a job or print it twice: power cuts, lost ledgers and records, refusals."""
 
+import json
+import signal
 import time
 import unittest
 
+from paho.mqtt.packettypes import PacketTypes
+from paho.mqtt.properties import Properties
+
 import fleet
 import jobworld
+
+
+class Deliveries(jobworld.WithJobs):
+    """Jobs that a bridge holds while no printer is free."""
+
+    def hold(self, layer_time, **settings):
+        """Bridge a prints one job and holds another, which bridge b has not seen."""
+        farm = self.farm(2, layer_time)
+        (one, first), (two, second) = farm.printers.items()
+        self.bridge("a", {one: first}, **settings)
+        self.submit("long")
+        self.wait_for_job("long", "printing")
+        properties = Properties(PacketTypes.PUBLISH)
+        properties.MessageExpiryInterval = 600
+        self.client.mqtt.publish("zy/jobs/resin", json.dumps({"id": "held", "file": "part.zydlp"}),
+                                 1, False, properties)
+        self.wait_for_waiting("a", 1)
+        return farm, {two: second}
+
+    def test_a_slow_broker_gives_the_jobs_of_a_dead_bridge_to_another(self):
+        farm, a, b = self.two_bridges(400)
+        jobs = [f"j{number}" for number in range(8)]
+        for job in jobs:
+            self.submit(job)
+        def printing():
+            return [payload for payload in list(self.client.last.values())
+                    if b'"state":"printing"' in payload]
+        fleet.wait_for(lambda: len(printing()) == 2, "two prints")
+        a.kill()
+        self.client.wait_for("zy/bridge/a/availability", lambda value: value == "offline")
+        broker = self.broker.process.process
+        broker.send_signal(signal.SIGSTOP)
+        b.process.wait_for_line("taking the jobs that wait for a")
+        time.sleep(5)  # longer than the heir waits on a connection without a message
+        broker.send_signal(signal.SIGCONT)
+        fleet.wait_for(lambda: len(farm.says("complete")) == len(jobs), "all prints", 60)
+        self.assert_printed_once(farm, *jobs)
 
 
 class Names(jobworld.WithJobs):
