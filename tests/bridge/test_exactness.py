@@ -3,6 +3,7 @@
 """What could lose a job or print it twice: power cuts, lost ledgers and records, refusals."""
 
 import json
+import pathlib
 import signal
 import time
 import unittest
@@ -30,6 +31,45 @@ class Deliveries(jobworld.WithJobs):
                                  1, False, properties)
         self.wait_for_waiting("a", 1)
         return farm, {two: second}
+
+    def test_a_job_without_quality_of_service_is_refused_and_loses_no_other(self):
+        farm, _ = self.hold(400)
+        answer = self.client.ask("zy/jobs/resin", {"id": "hasty", "file": "part.zydlp"}, qos=0)
+        self.assertEqual((answer["ok"], answer["error"]), (False, "qos"))
+        self.wait_for_job("held", "complete")
+        self.assert_printed_once(farm, "long", "held")
+
+    def test_a_job_given_to_another_bridge_keeps_its_expiry(self):
+        heard = []
+        self.client.mqtt.message_callback_add(
+            "zy/jobs/resin", lambda _client, _data, message: heard.append(message))
+        farm, others = self.hold(2000)
+        self.bridge("b", others)
+        self.assertEqual(self.wait_for_job("held", "printing")["bridge"], "b")
+        self.assertLessEqual(getattr(heard[-1].properties, "MessageExpiryInterval", 1000), 600)
+        self.assert_printed_once(farm, "long", "held")
+
+    def test_a_job_that_the_broker_does_not_pass_on_is_not_lost(self):
+        rights = self.directory / "rights"
+        rights.write_text("topic readwrite #\nuser hall\ntopic read #\ntopic write zy/jobs/+/+\n"
+                          "topic write zy/bridge/+/+\ntopic write zy/+/state\n"
+                          "topic write zy/+/availability\ntopic write zy/+/event\n")
+        self.broker.kill()
+        self.broker._settings = ["allow_anonymous true", f"acl_file {rights}"]
+        self.broker.start()
+        farm, others = self.hold(600, broker_user="hall")
+        self.bridge("b", others, broker_user="hall")
+        self.wait_for_job("held", "complete")
+        self.assert_printed_once(farm, "long", "held")
+
+    def test_idle_connections_are_kept_alive(self):
+        self.bridge("a", self.farm(1, 20).printers)
+
+        def kept():
+            rows = map(str.split, pathlib.Path("/proc/net/tcp").read_text().splitlines())
+            return [row for row in rows if row[3] == "01" and row[5].startswith("02")
+                    and row[2].endswith(f":{self.broker.port:04X}")]
+        fleet.wait_for(lambda: len(kept()) >= 2, "the bridge's connection and its printer's")
 
     def test_a_slow_broker_gives_the_jobs_of_a_dead_bridge_to_another(self):
         farm, a, b = self.two_bridges(400)

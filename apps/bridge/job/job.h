@@ -34,6 +34,7 @@ struct Job {
     bool isOwn = false; ///< claimed by this bridge, and in its ledger
     int suspicions = 0; ///< printers that refused it
     int handOver = 0; ///< number of the message that gives it to another bridge; 0: none
+    bool isTied = false; ///< the broker has refused that message
     QVector<Copy> copies;
     QVector<Copy>
         leaving; ///< given to another bridge by that message; they may come back as others

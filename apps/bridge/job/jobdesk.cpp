@@ -129,7 +129,12 @@ void JobDesk::take(MqttConnection &connection, const Message &message)
         if (!fault.isEmpty())
             failure = {QStringLiteral("malformed"), fault};
     }
+    // The broker has forgotten it already.
+    if (failure.isNone() && !connection.isHolding(message.delivery))
+        failure = {QStringLiteral("qos"), QStringLiteral("publish jobs with QoS 1")};
     if (!failure.isNone()) {
+        Q_EMIT said(
+            QStringLiteral("a job of %1 was not taken: %2").arg(message.topic, failure.text));
         respond(m_broker, message, failedAnswer(failure.word, failure.text));
         connection.acknowledge(message.delivery);
         return;

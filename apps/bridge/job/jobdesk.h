@@ -71,7 +71,7 @@ private:
     bool record(Job &job);
     void publishRecord(const JobRecord &record);
     void handOver();
-    void onPublished(int number);
+    void onPublished(int number, int reason);
     void begin(Job &job, Station &station);
     void end(Job &job);
     bool isFree(const QString &printer) const;

@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <utility>
 
+#include <mqtt_protocol.h>
+
 namespace zybridge
 {
 
@@ -143,7 +145,7 @@ void JobDesk::handOver()
             if (wanted <= 0)
                 break;
             if (!m_isActive || job.isOwn || job.record.group != group || job.copies.isEmpty()
-                || job.handOver != 0 || !mayClaim(job))
+                || job.handOver != 0 || job.isTied || !mayClaim(job))
                 continue;
             job.handOver = m_broker.publish(job.copies.first().message);
             if (job.handOver != 0)
@@ -153,10 +155,10 @@ void JobDesk::handOver()
     }
 }
 
-void JobDesk::onPublished(int number)
+void JobDesk::onPublished(int number, int reason)
 {
     const QString key = m_lastRecords.take(number);
-    if (!key.isEmpty())
+    if (!key.isEmpty() && reason < MQTT_RC_UNSPECIFIED)
         m_ledger.markPublished(key);
     const auto job = std::find_if(m_jobs.begin(), m_jobs.end(),
                                   [&](const auto &each) { return each.second.handOver == number; });
@@ -164,8 +166,17 @@ void JobDesk::onPublished(int number)
         return;
     job->second.handOver = 0;
     const QVector<Job::Copy> gone = std::exchange(job->second.leaving, {});
-    for (const Job::Copy &copy : gone)
-        copy.acknowledge();
+    if (reason == 0) {
+        for (const Job::Copy &copy : gone)
+            copy.acknowledge();
+    } else {
+        job->second.copies += gone;
+        job->second.isTied = true;
+        Q_EMIT said(QStringLiteral("job %1 cannot be given to another bridge: the broker's answer "
+                                   "is 0x%2")
+                        .arg(job->first)
+                        .arg(reason, 0, 16));
+    }
     m_soon.start();
 }
 
