@@ -15,6 +15,34 @@ import fleet
 import jobworld
 
 
+class Claims(jobworld.WithJobs):
+    def test_the_oldest_job_is_placed_first(self):
+        farm = self.farm(3, 900)
+        self.bridge("a", farm.printers)
+        for job in ("long0", "long1", "long2"):
+            self.submit(job)
+        for job in ("long0", "long1", "long2"):
+            self.wait_for_job(job, "printing")
+        for number, job in enumerate(("z", "y", "x")):
+            self.submit(job)
+            self.wait_for_waiting("a", number + 1)
+        for job in ("x", "y", "z"):
+            self.wait_for_job(job, "complete")
+        placed = [topic[-1] for _, topic, payload in self.client.heard
+                  if topic.startswith("zy/jobs/resin/") and b'"placing"' in payload]
+        self.assertEqual(placed[3:], ["z", "y", "x"])
+
+    def test_a_file_that_cannot_be_fetched_keeps_no_printer_from_others(self):
+        farm = self.farm(2, 10000)
+        self.bridge("a", farm.printers)
+        self.client.publish("zy/jobs/resin", {"id": "bad", "sha256": "0" * 64,
+                                              "url": "http://127.0.0.1:1/part.zydlp"})
+        self.wait_for_job("bad", "placing")
+        for job in ("one", "two", "three"):  # one of them queues behind the bad one
+            self.submit(job)
+        fleet.wait_for(lambda: len(farm.says("printing")) == 2, "two prints")
+
+
 class Deliveries(jobworld.WithJobs):
     """Jobs that a bridge holds while no printer is free."""
 

@@ -74,6 +74,7 @@ QString JobDesk::start(const QString &file)
         Job &job = m_jobs[entry.record.key()];
         job.read(entry.record.group, entry.request);
         job.record = entry.record;
+        job.arrival = ++m_arrivals;
         job.isOwn = true;
         if (job.record.state != State::Placing)
             resume(job);
@@ -145,6 +146,7 @@ void JobDesk::take(MqttConnection &connection, const Message &message)
         // A job that is over is only in the ledger.
         if (const auto entry = m_ledger.find(key))
             fresh.record = entry->record;
+        fresh.arrival = ++m_arrivals;
         job = m_jobs.emplace(key, std::move(fresh)).first;
     }
     job->second.copies.append({&connection, message});
@@ -198,12 +200,20 @@ void JobDesk::publishAll()
         publishRecord(entry.record);
 }
 
+/// The oldest first.
+QStringList JobDesk::keysByArrival() const
+{
+    QMap<int, QString> keys;
+    for (const auto &each : m_jobs)
+        keys.insert(each.second.arrival, each.first);
+    return keys.values();
+}
+
 /// Looks at all that waits.
 void JobDesk::consider()
 {
-    for (auto it = m_jobs.begin(); it != m_jobs.end();) {
-        Job &job = (it++)->second;
-        const QString key = job.record.key();
+    for (const QString &key : keysByArrival()) {
+        Job &job = m_jobs.at(key);
         job.dropLostCopies();
         const auto claim = m_claims.find(key);
         if (!job.isOwn && claim && claim->isSettled())
@@ -214,7 +224,8 @@ void JobDesk::consider()
                 m_jobs.erase(key);
         } else if (!job.isOwn && job.copies.isEmpty() && job.handOver == 0) {
             m_jobs.erase(key);
-        } else if (m_isActive && !job.placement && job.handOver == 0 && mayClaim(job)) {
+        } else if (m_isActive && !job.placement && job.handOver == 0 && job.rest.hasExpired()
+                   && mayClaim(job)) {
             if (Station *station = freeStation(job.record.group))
                 placeOn(*station, job);
         }
@@ -282,6 +293,8 @@ void JobDesk::listen(Placement &placement, const QString &key)
             [this, key](const Failure &failure, bool isJobSuspect) {
                 onNotStarted(key, failure, isJobSuspect);
             });
+    connect(&placement, &Placement::notFetched, this,
+            [this, key](const Failure &failure) { onNotFetched(key, failure); });
     connect(&placement, &Placement::refused, this,
             [this, key](const Failure &failure) { settle(key, State::Refused, failure); });
     connect(&placement, &Placement::over, this, [this, key](State state, const QString &text) {

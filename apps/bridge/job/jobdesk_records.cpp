@@ -23,6 +23,8 @@ namespace
 using State = JobRecord::State;
 
 constexpr qint64 restAfterFailure = 10000; // ms
+constexpr int restAfterFetching = 30000; // ms
+constexpr qint64 longestFetching = 600000; // ms
 constexpr int suspicionLimit = 3;
 constexpr quint32 recordExpiry = 7 * 24 * 3600; // s that the broker keeps what is over
 
@@ -47,14 +49,33 @@ void JobDesk::onThere(const QString &key, const QString &storedName)
 void JobDesk::onNotStarted(const QString &key, const Failure &failure, bool isJobSuspect)
 {
     Job &job = m_jobs.at(key);
-    Q_EMIT said(QStringLiteral("job %1 was not started on %2: %3")
-                    .arg(key, job.record.printer, failure.text));
     job.suspicions += isJobSuspect ? 1 : 0;
     if (job.suspicions >= suspicionLimit) {
         settle(key, State::Refused, failure);
         return;
     }
     m_restingUntil[job.record.printer] = QDateTime::currentMSecsSinceEpoch() + restAfterFailure;
+    putBack(job, failure);
+}
+
+/// The printer is not to blame: others may have it meanwhile.
+void JobDesk::onNotFetched(const QString &key, const Failure &failure)
+{
+    Job &job = m_jobs.at(key);
+    if (!job.missing.isValid())
+        job.missing.start();
+    if (job.missing.hasExpired(longestFetching)) {
+        settle(key, State::Refused, failure);
+        return;
+    }
+    job.rest.setRemainingTime(restAfterFetching);
+    putBack(job, failure);
+}
+
+void JobDesk::putBack(Job &job, const Failure &failure)
+{
+    Q_EMIT said(QStringLiteral("job %1 was not started on %2: %3")
+                    .arg(job.record.key(), job.record.printer, failure.text));
     end(job);
     job.record.state = State::Placing;
     record(job);
@@ -140,8 +161,8 @@ void JobDesk::handOver()
 {
     for (const QString &group : m_groups.keys()) {
         int wanted = freePrinters(group) > 0 ? 0 : m_peers.freeElsewhere(group);
-        for (auto &each : m_jobs) {
-            Job &job = each.second;
+        for (const QString &key : keysByArrival()) {
+            Job &job = m_jobs.at(key);
             if (wanted <= 0)
                 break;
             if (!m_isActive || job.isOwn || job.record.group != group || job.copies.isEmpty()

@@ -40,7 +40,7 @@ void Placement::begin(const FileRequest &file, const QString &name)
         if (!found.path.isEmpty())
             self->send(found.path);
         else if (found.isPassing)
-            Q_EMIT self->notStarted(failure, false);
+            Q_EMIT self->notFetched(failure);
         else
             Q_EMIT self->refused(failure);
     });

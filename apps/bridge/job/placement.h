@@ -49,6 +49,8 @@ public:
 Q_SIGNALS:
     void isThere(const QString &storedName);
     void started();
+    /// Its file cannot be had now.
+    void notFetched(const zybridge::Failure &failure);
     /// This printer does not print it. @p isJobSuspect: others may not, either.
     void notStarted(const zybridge::Failure &failure, bool isJobSuspect);
     /// No printer will.
