@@ -3,8 +3,11 @@
 """What could lose a job or print it twice: power cuts, lost ledgers and records, refusals."""
 
 import json
+import os
 import pathlib
+import shutil
 import signal
+import sqlite3
 import time
 import unittest
 
@@ -15,7 +18,117 @@ import fleet
 import jobworld
 
 
+class Restarts(jobworld.WithJobs):
+    """A bridge comes back, and its printer may have begun to print."""
+
+    def start_careful(self, *options, **settings):
+        """A job whose printer takes two seconds for the check before the print."""
+        printer = self.printer("--slow-check", "2", *options)
+        bridge = self.bridge("a", {"slow": printer.url}, **settings)
+        self.submit("careful")
+        fleet.wait_for(lambda: "checking" in printer.log(), "the check")
+        return printer, bridge
+
+    def prints(self, printer, job="careful"):
+        return printer.log().count(f'printing "{job}.zydlp"')
+
+    def change(self, bridge, old, new):
+        bridge.config.write_text(bridge.config.read_text().replace(old, new))
+
+    def test_a_power_cut_during_the_start_makes_the_job_doubtful(self):
+        printer, bridge = self.start_careful()
+        bridge.kill()
+        printer._process.kill()
+        again = self.printer()
+        self.change(bridge, printer.url, again.url)
+        bridge.start()
+        bridge.process.wait_for_line("slow is online")
+        time.sleep(1)  # ten times it says that it has printed nothing
+        # What it says as soon as people use it again; otherwise it takes two minutes.
+        self.assertTrue(self.client.ask("zy/slow/send", {"file": "part.zydlp", "print": True})["ok"])
+        self.assertIn("part.zydlp", self.wait_for_job("careful", "doubtful")["text"])
+        self.assertEqual(self.prints(again), 0)
+
+    def test_a_bridge_killed_before_it_asked_the_printer_has_the_job_printed(self):
+        farm = self.farm(1, 20)
+        bridge = self.bridge("a", farm.printers, ("resin", "other"))
+        broker = self.broker.process.process
+
+        def is_starting():
+            with sqlite3.connect(bridge.directory / "state" / "jobs.sqlite") as ledger:
+                return [r for r, in ledger.execute("SELECT record FROM jobs") if b"starting" in r]
+        # The second job has a name that the printer knows from the first.
+        for number, group in enumerate(("resin", "other")):
+            (self.spool / "part.zydlp").write_bytes(os.urandom(40_000_000))
+            self.submit("large", group)
+            self.wait_for_job("large", "placing", group=group)
+            broker.send_signal(signal.SIGSTOP)
+            fleet.wait_for(is_starting, "the file at the printer")
+            bridge.kill()
+            broker.send_signal(signal.SIGCONT)
+            self.assertEqual(len(farm.says("printing")), number)
+            bridge.start()
+            self.wait_for_job("large", "complete", group=group)
+            self.assertEqual(len(farm.says("complete")), number + 1)
+
+    def test_a_rejected_token_says_nothing_of_a_print(self):
+        printer, bridge = self.start_careful("--token", "sesame", tokens={"slow": "sesame"})
+        bridge.kill()
+        self.change(bridge, "slow=sesame", "slow=guess")
+        bridge.start()
+        self.client.wait_for("zy/slow/state", lambda state: state["status"] == "token-rejected")
+        fleet.wait_for(lambda: self.prints(printer), "the print")
+        time.sleep(1)  # ten more such answers
+        bridge.kill()
+        self.change(bridge, "slow=guess", "slow=sesame")
+        bridge.start()
+        self.wait_for_job("careful", "complete")
+        states = [json.loads(payload)["state"] for _, topic, payload in self.client.heard
+                  if topic == "zy/jobs/resin/careful"]
+        self.assertFalse({"failed", "refused", "doubtful"} & set(states), states)
+        self.assertEqual(self.prints(printer), 1)
+
+    def test_a_bridge_that_lost_its_ledger_doubts_the_job_that_it_was_starting(self):
+        printer, bridge = self.start_careful()
+        bridge.kill()
+        shutil.rmtree(bridge.directory / "state")
+        (bridge.directory / "state").mkdir()
+        bridge.start()
+        self.assertIn("ledger", self.wait_for_job("careful", "doubtful")["text"])
+        self.submit("next")
+        self.wait_for_job("next", "complete")
+        self.assertEqual(self.prints(printer), 1)
+
+
 class Claims(jobworld.WithJobs):
+    def test_a_bridge_corrects_one_that_knows_nothing_of_a_job(self):
+        (self.spool / "part.zydlp").write_bytes(os.urandom(40_000_000))
+        farm, a, b = self.two_bridges(20)
+        b.kill()
+        self.submit("test")
+        self.wait_for_job("test", "complete")
+        with sqlite3.connect(a.directory / "state" / "jobs.sqlite") as ledger:
+            ledger.execute("UPDATE jobs SET isPublished = 1, changed = 0")  # as after an hour
+        self.broker.kill()
+        (self.directory / "mosquitto.db").unlink(missing_ok=True)
+        self.client.live.clear()
+        self.broker.start()
+        b.start()
+        for printer in farm.printers:
+            topic = f"zy/{printer}/availability"
+            fleet.wait_for(lambda: self.client.live.get(topic) == b"online", topic)
+        self.client.heard.clear()
+        for _ in range(4):  # each bridge gets some
+            self.submit("test")
+        b.process.wait_for_line("job resin/test goes to")
+        self.wait_for_job("test", "complete")
+        self.submit("next")
+        self.wait_for_job("next", "complete")
+        self.assert_printed_once(farm, "test", "next")
+        records = [payload for _, topic, payload in self.client.heard
+                   if topic == "zy/jobs/resin/test"]
+        self.assertLess(len(records), 20)
+
     def test_the_oldest_job_is_placed_first(self):
         farm = self.farm(3, 900)
         self.bridge("a", farm.printers)

@@ -35,6 +35,7 @@ struct Job {
     FileRequest file;
     int arrival = 0; ///< the first job has 1
     bool isOwn = false; ///< claimed by this bridge, and in its ledger
+    bool wasAsked = false; ///< its printer may have been asked to print it
     int suspicions = 0; ///< printers that refused it
     QElapsedTimer missing; ///< since its file could not be fetched for the first time
     QDeadlineTimer rest; ///< until its file is fetched again

@@ -76,6 +76,10 @@ QString JobDesk::start(const QString &file)
         job.record = entry.record;
         job.arrival = ++m_arrivals;
         job.isOwn = true;
+        job.wasAsked = entry.wasAsked;
+        // Nothing to find out: the file may as well go to another printer.
+        if (job.record.state == State::Starting && !job.wasAsked)
+            job.record.state = State::Placing;
         if (job.record.state != State::Placing)
             resume(job);
     }
@@ -153,43 +157,6 @@ void JobDesk::take(MqttConnection &connection, const Message &message)
     consider();
 }
 
-void JobDesk::takeRecord(const Message &message)
-{
-    const QStringList levels = message.topic.split(QLatin1Char('/'));
-    const QString key = levels.value(2) + QLatin1Char('/') + levels.value(3);
-    if (message.payload.isEmpty()) {
-        m_claims.forget(key);
-        return;
-    }
-    const auto record
-        = JobRecord::fromJson(levels.value(2), QJsonDocument::fromJson(message.payload).object());
-    if (!record || record->key() != key)
-        return;
-    const bool counts = m_claims.take(*record);
-    const JobRecord claim = *m_claims.find(key);
-    const auto job = m_jobs.find(key);
-    const bool isOwn = job != m_jobs.end() && job->second.isOwn;
-    // What the broker retains has to count; see Claims.
-    if (!counts
-        && (claim.bridge == m_bridge || record->bridge == m_bridge
-            || (claim.bridge == record->bridge && claim.epoch == record->epoch)))
-        publishRecord(isOwn && claim.bridge == m_bridge ? job->second.record : claim);
-    if (!isOwn)
-        return;
-    const JobRecord &own = job->second.record;
-    Placement *placement = job->second.placement.get();
-    if (claim.bridge != m_bridge) {
-        // It found the job placing: it had not heard "starting" from the broker, and so this
-        // bridge has not heard that either and has not asked the printer.
-        if (own.state == State::Placing
-            || (own.state == State::Starting && !(placement && placement->isAsking())))
-            giveUp(key);
-    } else if (counts && own.state == State::Starting && record->state == State::Starting
-               && record->printer == own.printer && placement && placement->isIdle()) {
-        placement->start(own.file, own.before);
-    }
-}
-
 void JobDesk::publishAll()
 {
     for (const auto &each : m_jobs) {
@@ -237,8 +204,9 @@ void JobDesk::consider()
 bool JobDesk::mayClaim(const Job &job) const
 {
     const auto claim = m_claims.find(job.record.key());
-    return job.isOwn || !claim || claim->bridge == m_bridge
-        || (claim->state == State::Placing && !m_peers.isOnline(claim->bridge));
+    return job.isOwn || !claim
+        || (claim->state == State::Placing
+            && (claim->bridge == m_bridge || !m_peers.isOnline(claim->bridge)));
 }
 
 void JobDesk::placeOn(Station &station, Job &job)
@@ -247,6 +215,7 @@ void JobDesk::placeOn(Station &station, Job &job)
     if (!job.isOwn && claim)
         job.record.epoch = claim->epoch + 1;
     job.isOwn = true;
+    job.wasAsked = false;
     job.record.bridge = m_bridge;
     job.record.printer = station.printer().name();
     job.record.state = State::Placing;

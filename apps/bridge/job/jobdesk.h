@@ -75,6 +75,7 @@ private:
     void giveUp(const QString &key);
     void release(Job &job);
     bool record(Job &job);
+    bool writeDown(const Job &job);
     void publishRecord(const JobRecord &record);
     void handOver();
     void onPublished(int number, int reason);

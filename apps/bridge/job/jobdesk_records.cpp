@@ -8,6 +8,7 @@
 #include "peers.h"
 
 #include <QDateTime>
+#include <QJsonDocument>
 
 #include <algorithm>
 #include <utility>
@@ -31,11 +32,85 @@ constexpr quint32 recordExpiry = 7 * 24 * 3600; // s that the broker keeps what 
 QJsonObject answerOf(const JobRecord &record)
 {
     QJsonObject answer = record.toJson();
-    answer.insert(QStringLiteral("ok"), record.hasStarted());
+    answer.insert(QStringLiteral("ok"),
+                  record.isSettled() && record.state != State::Refused
+                      && record.state != State::Doubtful);
     return answer;
 }
 
 } // namespace
+
+void JobDesk::takeRecord(const Message &message)
+{
+    const QStringList levels = message.topic.split(QLatin1Char('/'));
+    const QString key = levels.value(2) + QLatin1Char('/') + levels.value(3);
+    if (message.payload.isEmpty()) {
+        m_claims.forget(key);
+        return;
+    }
+    const auto record
+        = JobRecord::fromJson(levels.value(2), QJsonDocument::fromJson(message.payload).object());
+    if (!record || record->key() != key)
+        return;
+    const bool counts = m_claims.take(*record);
+    const auto job = m_jobs.find(key);
+    Job *own = job != m_jobs.end() && job->second.isOwn ? &job->second : nullptr;
+    if (!counts)
+        contradict(*record, own);
+    else if (!own && record->bridge == m_bridge && record->state == State::Starting)
+        doubt(*record);
+    if (own)
+        follow(*record, counts, *own);
+}
+
+/// What the broker retains has to count; see Claims.
+void JobDesk::contradict(const JobRecord &record, Job *own)
+{
+    JobRecord claim = *m_claims.find(record.key());
+    const bool isOurs = claim.bridge == m_bridge;
+    if (!isOurs && record.bridge != m_bridge
+        && (claim.bridge != record.bridge || claim.epoch != record.epoch))
+        return;
+    JobRecord &known = own && isOurs ? own->record : claim;
+    const bool isRival = isOurs && record.bridge != m_bridge && record.epoch == known.epoch;
+    if (isRival)
+        ++known.epoch;
+    if (isRival && own)
+        this->record(*own);
+    else
+        publishRecord(known);
+}
+
+/// A bridge of this name was about to start the job, and what it knew of it may be lost.
+void JobDesk::doubt(JobRecord record)
+{
+    if (m_ledger.find(record.key()))
+        return;
+    ++record.step;
+    record.state = State::Doubtful;
+    record.text = QStringLiteral("its bridge has lost its ledger");
+    publishRecord(record);
+}
+
+/// The own job after a record of it, of this bridge or another.
+void JobDesk::follow(const JobRecord &record, bool counts, Job &job)
+{
+    const QString key = record.key();
+    Placement *placement = job.placement.get();
+    const State state = job.record.state;
+    if (m_claims.find(key)->bridge != m_bridge) {
+        // It found the job placing: it had not heard "starting" from the broker, and so this
+        // bridge has not heard that either and has not asked the printer.
+        if (state == State::Placing
+            || (state == State::Starting && !(placement && placement->isAsking())))
+            giveUp(key);
+    } else if (counts && state == State::Starting && record.step == job.record.step && placement
+               && placement->isIdle()) {
+        job.wasAsked = true;
+        if (writeDown(job))
+            placement->start(job.record.file, job.record.before);
+    }
+}
 
 void JobDesk::onThere(const QString &key, const QString &storedName)
 {
@@ -133,13 +208,18 @@ void JobDesk::release(Job &job)
 bool JobDesk::record(Job &job)
 {
     ++job.record.step;
-    const QString fault = m_ledger.write({job.record, job.request});
-    if (!fault.isEmpty()) {
-        Q_EMIT failed(fault);
+    if (!writeDown(job))
         return false;
-    }
     publishRecord(job.record);
     return true;
+}
+
+bool JobDesk::writeDown(const Job &job)
+{
+    const QString fault = m_ledger.write({job.record, job.request, job.wasAsked});
+    if (!fault.isEmpty())
+        Q_EMIT failed(fault);
+    return fault.isEmpty();
 }
 
 void JobDesk::publishRecord(const JobRecord &record)

@@ -39,7 +39,8 @@ public:
     /// now.
     void start(const QString &storedName, const QString &before);
     /// The printer may have been asked to print it. Its status says whether it was: it names this
-    /// file then, and still the one before otherwise. Ends in started(), isThere() or over().
+    /// file then, and still the one before otherwise, unless there was none. Ends in started(),
+    /// isThere() or over().
     void findOut(const QString &storedName, const QString &before);
     /// The print runs, as far as is known.
     void watch(const QString &storedName);
