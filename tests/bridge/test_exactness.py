@@ -88,6 +88,19 @@ class Restarts(jobworld.WithJobs):
         self.assertFalse({"failed", "refused", "doubtful"} & set(states), states)
         self.assertEqual(self.prints(printer), 1)
 
+    def test_jobs_after_one_that_a_dead_bridge_was_starting_go_to_another(self):
+        printer, a = self.start_careful()
+        self.submit("next")
+        a.kill()
+        farm = self.farm(1, 20)
+        self.bridge("b", farm.printers)
+        self.assertEqual(self.wait_for_job("next", "complete")["bridge"], "b")
+        self.assertEqual(self.client.json("zy/jobs/resin/careful")["state"], "starting")
+        self.assert_printed_once(farm, "next")
+        a.start()
+        self.wait_for_job("careful", "complete")
+        self.assertEqual(self.prints(printer), 1)
+
     def test_a_bridge_that_lost_its_ledger_doubts_the_job_that_it_was_starting(self):
         printer, bridge = self.start_careful()
         bridge.kill()

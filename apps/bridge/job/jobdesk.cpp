@@ -191,6 +191,13 @@ void JobDesk::consider()
                 m_jobs.erase(key);
         } else if (!job.isOwn && job.copies.isEmpty() && job.handOver == 0) {
             m_jobs.erase(key);
+        } else if (!job.isOwn && claim && claim->state == State::Starting
+                   && !m_peers.isOnline(claim->bridge)) {
+            // Only that bridge can say what has become of it, and knows it from its ledger. What
+            // the broker has queued after it need not wait.
+            for (const Job::Copy &copy : job.copies + job.leaving)
+                copy.acknowledge();
+            m_jobs.erase(key);
         } else if (m_isActive && !job.placement && job.handOver == 0 && job.rest.hasExpired()
                    && mayClaim(job)) {
             if (Station *station = freeStation(job.record.group))
