@@ -17,8 +17,9 @@ namespace zybridge
 {
 
 Peers::Peers(const QString &self, QObject *parent)
-    : QObject(parent), m_self(self), m_instance(QUuid::createUuid().toString(QUuid::WithoutBraces)),
-      m_start(QDateTime::currentMSecsSinceEpoch())
+    : QObject(parent), m_self(self),
+      m_instance(QString::number(QDateTime::currentMSecsSinceEpoch()) + QLatin1Char('-')
+                 + QUuid::createUuid().toString(QUuid::WithoutBraces))
 {
 }
 
@@ -41,17 +42,27 @@ void Peers::take(const Message &message)
     } else if (levels[3] == QLatin1String("metrics")) {
         m_peers[levels[2]].metrics = QJsonDocument::fromJson(message.payload).object();
     }
-    const bool isTwice = levels[2] == m_self && isAnotherSelf(m_peers.value(m_self).metrics);
+    const bool isTwice = levels[2] == m_self && isTooMany(m_peers.value(m_self).metrics);
     Q_EMIT changed();
     if (isTwice)
         Q_EMIT selfIsTwice();
 }
 
-/// An earlier one that has ended has published nothing since this one's start.
-bool Peers::isAnotherSelf(const QJsonObject &metrics) const
+/// What another instance has left may be of one that has ended; what it says later is not. Its
+/// clock is compared with itself alone, as this host's may have been wrong. The later of two has to
+/// go.
+bool Peers::isTooMany(const QJsonObject &metrics)
 {
-    return metrics.value(QLatin1String("instance")).toString() != m_instance
-        && metrics.value(QLatin1String("time")).toDouble() > double(m_start);
+    const QString instance = metrics.value(QLatin1String("instance")).toString();
+    if (instance.isEmpty() || instance == m_instance)
+        return false;
+    const double time = metrics.value(QLatin1String("time")).toDouble();
+    const auto known = m_namesakes.constFind(instance);
+    if (known == m_namesakes.constEnd()) {
+        m_namesakes.insert(instance, time);
+        return false;
+    }
+    return time > *known && instance < m_instance;
 }
 
 bool Peers::isOnline(const QString &bridge) const

@@ -5,6 +5,7 @@
 #ifndef PEERS_H
 #define PEERS_H
 
+#include <QHash>
 #include <QJsonObject>
 #include <QMap>
 #include <QObject>
@@ -48,7 +49,8 @@ public:
 
 Q_SIGNALS:
     void changed();
-    /// Another bridge has the own name: both throw each other out, and meet only in the metrics.
+    /// A bridge that was started before has the own name: both throw each other out, and meet only
+    /// in the metrics.
     void selfIsTwice();
 
 private:
@@ -57,11 +59,11 @@ private:
         QJsonObject metrics;
     };
 
-    bool isAnotherSelf(const QJsonObject &metrics) const;
+    bool isTooMany(const QJsonObject &metrics);
 
     const QString m_self;
-    const QString m_instance;
-    const qint64 m_start; ///< ms since 1970
+    const QString m_instance; ///< of two, that of the one started later comes after
+    QHash<QString, double> m_namesakes; ///< the first time that each instance gave
     QMap<QString, Peer> m_peers; ///< the own one too
     QSet<QString> m_printers;
 };

@@ -164,19 +164,19 @@ class Client:
     def json(self, topic):
         return json.loads(self.last.get(topic) or b"null")
 
-    def publish(self, topic, payload, correlation=None, retain=False):
+    def publish(self, topic, payload, correlation=None, retain=False, qos=1):
         properties = Properties(PacketTypes.PUBLISH)
         if correlation:
             properties.ResponseTopic = self.inbox
             properties.CorrelationData = correlation
         if not isinstance(payload, (bytes, str)):
             payload = json.dumps(payload)
-        return self.mqtt.publish(topic, payload, 1, retain, properties)
+        return self.mqtt.publish(topic, payload, qos, retain, properties)
 
-    def ask(self, topic, payload, patience=PATIENCE):
+    def ask(self, topic, payload, patience=PATIENCE, qos=1):
         """The answer to a request, which has the request's correlation data."""
         correlation = uuid.uuid4().bytes
-        self.publish(topic, payload, correlation)
+        self.publish(topic, payload, correlation, qos=qos)
         end = time.monotonic() + patience
         while True:
             found, answer = self._replies.get(timeout=max(0.01, end - time.monotonic()))

@@ -2,54 +2,13 @@
 # SPDX-License-Identifier: MIT
 """Jobs for any printer of a group: each is printed exactly once, whatever dies meanwhile."""
 
-import collections
-import os
-import time
 import unittest
 
 import fleet
-from processes import Printer
+import jobworld
 
 
-class Jobs(fleet.WithOwnBroker):
-    def setUp(self):
-        super().setUp()
-        self.spool = self.directory / "spool"
-        self.spool.mkdir()
-        (self.spool / "part.zydlp").write_bytes(os.urandom(5000))
-        self.client = fleet.Client(self.broker.port, "zy/#")
-        self.addCleanup(self.client.close)
-
-    def farm(self, count, layer_time):
-        farm = fleet.Farm(self.directory / f"farm{time.monotonic_ns()}", count, layer_time)
-        self.addCleanup(farm.kill)
-        return farm
-
-    def bridge(self, name, printers):
-        bridge = fleet.Bridge(self.directory, name, self.broker.port, printers,
-                              {"resin": ",".join(printers)}, spool=self.spool)
-        self.addCleanup(bridge.kill)
-        for printer in printers:
-            self.client.wait_for(f"zy/{printer}/availability", lambda value: value == "online")
-        return bridge
-
-    def two_bridges(self, layer_time):
-        """One farm whose printers are shared out."""
-        farm = self.farm(2, layer_time)
-        (one, first), (two, second) = farm.printers.items()
-        return farm, self.bridge("a", {one: first}), self.bridge("b", {two: second})
-
-    def wait_for_job(self, job, *states):
-        return self.client.wait_for(f"zy/jobs/resin/{job}",
-                                    lambda record: record["state"] in states)
-
-    def submit(self, job, **extra):
-        self.client.publish("zy/jobs/resin", {"id": job, "file": "part.zydlp", **extra})
-
-    def assert_printed_once(self, farm, *jobs):
-        prints = collections.Counter(each["file"] for each in farm.says("printing"))
-        self.assertEqual(prints, {f"{job}.zydlp": 1 for job in jobs})
-
+class Jobs(jobworld.WithJobs):
     def test_a_job_is_printed_and_answered_once_it_has_started(self):
         farm = self.farm(1, 20)
         self.bridge("a", farm.printers)
@@ -135,12 +94,7 @@ class Jobs(fleet.WithOwnBroker):
         self.assert_printed_once(farm, "long", "next")
 
     def test_a_bridge_killed_during_the_start_finds_out_whether_it_prints(self):
-        printer = Printer(os.environ["ZYPRINTER"], self.directory / "printer", "--slow-check", "2",
-                          "--speed", "100")
-        self.addCleanup(printer._process.wait)
-        self.addCleanup(printer._process.kill)
-        fleet.subprocess.run([os.environ["ZYMODEL"], "--out", self.spool / "part.zydlp",
-                              "--layers", "20", "--resolution", "64x64"], check=True)
+        printer = self.printer("--slow-check", "2")
         bridge = self.bridge("a", {"slow": printer.url})
         self.submit("careful")
         fleet.wait_for(lambda: "checking" in printer.log(), "the check")

@@ -19,7 +19,9 @@ namespace zybridge
  *
  * The broker retains the last record, for those who come later, and that may be one that does not
  * count. So it is followed by the one that does: from its bridge, from the bridge whose record does
- * not count, and from all for an older record of the same claim.
+ * not count, and from all for an older record of the same claim. A bridge whose claim is met by
+ * another of the same epoch repeats it with a higher one: the other may have come when the broker
+ * had forgotten the first, and would hold to its own.
  */
 class Claims
 {

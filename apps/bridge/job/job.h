@@ -8,6 +8,8 @@
 #include "jobrecord.h"
 #include "placement.h"
 
+#include <QDeadlineTimer>
+#include <QElapsedTimer>
 #include <QPointer>
 
 #include <memory>
@@ -31,9 +33,14 @@ struct Job {
     JobRecord record;
     QByteArray request; ///< payload
     FileRequest file;
+    int arrival = 0; ///< the first job has 1
     bool isOwn = false; ///< claimed by this bridge, and in its ledger
+    bool wasAsked = false; ///< its printer may have been asked to print it
     int suspicions = 0; ///< printers that refused it
+    QElapsedTimer missing; ///< since its file could not be fetched for the first time
+    QDeadlineTimer rest; ///< until its file is fetched again
     int handOver = 0; ///< number of the message that gives it to another bridge; 0: none
+    bool isTied = false; ///< the broker has refused that message
     QVector<Copy> copies;
     QVector<Copy>
         leaving; ///< given to another bridge by that message; they may come back as others

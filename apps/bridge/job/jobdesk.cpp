@@ -74,7 +74,12 @@ QString JobDesk::start(const QString &file)
         Job &job = m_jobs[entry.record.key()];
         job.read(entry.record.group, entry.request);
         job.record = entry.record;
+        job.arrival = ++m_arrivals;
         job.isOwn = true;
+        job.wasAsked = entry.wasAsked;
+        // Nothing to find out: the file may as well go to another printer.
+        if (job.record.state == State::Starting && !job.wasAsked)
+            job.record.state = State::Placing;
         if (job.record.state != State::Placing)
             resume(job);
     }
@@ -129,7 +134,12 @@ void JobDesk::take(MqttConnection &connection, const Message &message)
         if (!fault.isEmpty())
             failure = {QStringLiteral("malformed"), fault};
     }
+    // The broker has forgotten it already.
+    if (failure.isNone() && !connection.isHolding(message.delivery))
+        failure = {QStringLiteral("qos"), QStringLiteral("publish jobs with QoS 1")};
     if (!failure.isNone()) {
+        Q_EMIT said(
+            QStringLiteral("a job of %1 was not taken: %2").arg(message.topic, failure.text));
         respond(m_broker, message, failedAnswer(failure.word, failure.text));
         connection.acknowledge(message.delivery);
         return;
@@ -140,47 +150,11 @@ void JobDesk::take(MqttConnection &connection, const Message &message)
         // A job that is over is only in the ledger.
         if (const auto entry = m_ledger.find(key))
             fresh.record = entry->record;
+        fresh.arrival = ++m_arrivals;
         job = m_jobs.emplace(key, std::move(fresh)).first;
     }
     job->second.copies.append({&connection, message});
     consider();
-}
-
-void JobDesk::takeRecord(const Message &message)
-{
-    const QStringList levels = message.topic.split(QLatin1Char('/'));
-    const QString key = levels.value(2) + QLatin1Char('/') + levels.value(3);
-    if (message.payload.isEmpty()) {
-        m_claims.forget(key);
-        return;
-    }
-    const auto record
-        = JobRecord::fromJson(levels.value(2), QJsonDocument::fromJson(message.payload).object());
-    if (!record || record->key() != key)
-        return;
-    const bool counts = m_claims.take(*record);
-    const JobRecord claim = *m_claims.find(key);
-    const auto job = m_jobs.find(key);
-    const bool isOwn = job != m_jobs.end() && job->second.isOwn;
-    // What the broker retains has to count; see Claims.
-    if (!counts
-        && (claim.bridge == m_bridge || record->bridge == m_bridge
-            || (claim.bridge == record->bridge && claim.epoch == record->epoch)))
-        publishRecord(isOwn && claim.bridge == m_bridge ? job->second.record : claim);
-    if (!isOwn)
-        return;
-    const JobRecord &own = job->second.record;
-    Placement *placement = job->second.placement.get();
-    if (claim.bridge != m_bridge) {
-        // It found the job placing: it had not heard "starting" from the broker, and so this
-        // bridge has not heard that either and has not asked the printer.
-        if (own.state == State::Placing
-            || (own.state == State::Starting && !(placement && placement->isAsking())))
-            giveUp(key);
-    } else if (counts && own.state == State::Starting && record->state == State::Starting
-               && record->printer == own.printer && placement && placement->isIdle()) {
-        placement->start(own.file, own.before);
-    }
 }
 
 void JobDesk::publishAll()
@@ -193,12 +167,20 @@ void JobDesk::publishAll()
         publishRecord(entry.record);
 }
 
+/// The oldest first.
+QStringList JobDesk::keysByArrival() const
+{
+    QMap<int, QString> keys;
+    for (const auto &each : m_jobs)
+        keys.insert(each.second.arrival, each.first);
+    return keys.values();
+}
+
 /// Looks at all that waits.
 void JobDesk::consider()
 {
-    for (auto it = m_jobs.begin(); it != m_jobs.end();) {
-        Job &job = (it++)->second;
-        const QString key = job.record.key();
+    for (const QString &key : keysByArrival()) {
+        Job &job = m_jobs.at(key);
         job.dropLostCopies();
         const auto claim = m_claims.find(key);
         if (!job.isOwn && claim && claim->isSettled())
@@ -209,7 +191,15 @@ void JobDesk::consider()
                 m_jobs.erase(key);
         } else if (!job.isOwn && job.copies.isEmpty() && job.handOver == 0) {
             m_jobs.erase(key);
-        } else if (m_isActive && !job.placement && job.handOver == 0 && mayClaim(job)) {
+        } else if (!job.isOwn && claim && claim->state == State::Starting
+                   && !m_peers.isOnline(claim->bridge)) {
+            // Only that bridge can say what has become of it, and knows it from its ledger. What
+            // the broker has queued after it need not wait.
+            for (const Job::Copy &copy : job.copies + job.leaving)
+                copy.acknowledge();
+            m_jobs.erase(key);
+        } else if (m_isActive && !job.placement && job.handOver == 0 && job.rest.hasExpired()
+                   && mayClaim(job)) {
             if (Station *station = freeStation(job.record.group))
                 placeOn(*station, job);
         }
@@ -221,8 +211,9 @@ void JobDesk::consider()
 bool JobDesk::mayClaim(const Job &job) const
 {
     const auto claim = m_claims.find(job.record.key());
-    return job.isOwn || !claim || claim->bridge == m_bridge
-        || (claim->state == State::Placing && !m_peers.isOnline(claim->bridge));
+    return job.isOwn || !claim
+        || (claim->state == State::Placing
+            && (claim->bridge == m_bridge || !m_peers.isOnline(claim->bridge)));
 }
 
 void JobDesk::placeOn(Station &station, Job &job)
@@ -231,6 +222,7 @@ void JobDesk::placeOn(Station &station, Job &job)
     if (!job.isOwn && claim)
         job.record.epoch = claim->epoch + 1;
     job.isOwn = true;
+    job.wasAsked = false;
     job.record.bridge = m_bridge;
     job.record.printer = station.printer().name();
     job.record.state = State::Placing;
@@ -277,6 +269,8 @@ void JobDesk::listen(Placement &placement, const QString &key)
             [this, key](const Failure &failure, bool isJobSuspect) {
                 onNotStarted(key, failure, isJobSuspect);
             });
+    connect(&placement, &Placement::notFetched, this,
+            [this, key](const Failure &failure) { onNotFetched(key, failure); });
     connect(&placement, &Placement::refused, this,
             [this, key](const Failure &failure) { settle(key, State::Refused, failure); });
     connect(&placement, &Placement::over, this, [this, key](State state, const QString &text) {

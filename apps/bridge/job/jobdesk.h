@@ -58,6 +58,10 @@ Q_SIGNALS:
 private:
     using Jobs = std::map<QString, Job>; ///< by key
 
+    void contradict(const JobRecord &record, Job *own);
+    void doubt(JobRecord record);
+    void follow(const JobRecord &record, bool counts, Job &job);
+    QStringList keysByArrival() const;
     void consider();
     bool mayClaim(const Job &job) const;
     void placeOn(Station &station, Job &job);
@@ -65,13 +69,16 @@ private:
     void resume(Job &job);
     void onThere(const QString &key, const QString &storedName);
     void onNotStarted(const QString &key, const Failure &failure, bool isJobSuspect);
+    void onNotFetched(const QString &key, const Failure &failure);
+    void putBack(Job &job, const Failure &failure);
     void settle(const QString &key, JobRecord::State state, const Failure &failure);
     void giveUp(const QString &key);
     void release(Job &job);
     bool record(Job &job);
+    bool writeDown(const Job &job);
     void publishRecord(const JobRecord &record);
     void handOver();
-    void onPublished(int number);
+    void onPublished(int number, int reason);
     void begin(Job &job, Station &station);
     void end(Job &job);
     bool isFree(const QString &printer) const;
@@ -88,6 +95,7 @@ private:
     JobLedger m_ledger;
     Claims m_claims;
     Jobs m_jobs;
+    int m_arrivals = 0;
     QHash<int, QString> m_lastRecords; ///< on their way to the broker, by number
     QSet<QString> m_occupied; ///< printers that have a job
     QHash<QString, qint64> m_restingUntil; ///< ms since 1970, by printer that did not take a job

@@ -8,9 +8,12 @@
 #include "peers.h"
 
 #include <QDateTime>
+#include <QJsonDocument>
 
 #include <algorithm>
 #include <utility>
+
+#include <mqtt_protocol.h>
 
 namespace zybridge
 {
@@ -21,17 +24,93 @@ namespace
 using State = JobRecord::State;
 
 constexpr qint64 restAfterFailure = 10000; // ms
+constexpr int restAfterFetching = 30000; // ms
+constexpr qint64 longestFetching = 600000; // ms
 constexpr int suspicionLimit = 3;
 constexpr quint32 recordExpiry = 7 * 24 * 3600; // s that the broker keeps what is over
 
 QJsonObject answerOf(const JobRecord &record)
 {
     QJsonObject answer = record.toJson();
-    answer.insert(QStringLiteral("ok"), record.hasStarted());
+    answer.insert(QStringLiteral("ok"),
+                  record.isSettled() && record.state != State::Refused
+                      && record.state != State::Doubtful);
     return answer;
 }
 
 } // namespace
+
+void JobDesk::takeRecord(const Message &message)
+{
+    const QStringList levels = message.topic.split(QLatin1Char('/'));
+    const QString key = levels.value(2) + QLatin1Char('/') + levels.value(3);
+    if (message.payload.isEmpty()) {
+        m_claims.forget(key);
+        return;
+    }
+    const auto record
+        = JobRecord::fromJson(levels.value(2), QJsonDocument::fromJson(message.payload).object());
+    if (!record || record->key() != key)
+        return;
+    const bool counts = m_claims.take(*record);
+    const auto job = m_jobs.find(key);
+    Job *own = job != m_jobs.end() && job->second.isOwn ? &job->second : nullptr;
+    if (!counts)
+        contradict(*record, own);
+    else if (!own && record->bridge == m_bridge && record->state == State::Starting)
+        doubt(*record);
+    if (own)
+        follow(*record, counts, *own);
+}
+
+/// What the broker retains has to count; see Claims.
+void JobDesk::contradict(const JobRecord &record, Job *own)
+{
+    JobRecord claim = *m_claims.find(record.key());
+    const bool isOurs = claim.bridge == m_bridge;
+    if (!isOurs && record.bridge != m_bridge
+        && (claim.bridge != record.bridge || claim.epoch != record.epoch))
+        return;
+    JobRecord &known = own && isOurs ? own->record : claim;
+    const bool isRival = isOurs && record.bridge != m_bridge && record.epoch == known.epoch;
+    if (isRival)
+        ++known.epoch;
+    if (isRival && own)
+        this->record(*own);
+    else
+        publishRecord(known);
+}
+
+/// A bridge of this name was about to start the job, and what it knew of it may be lost.
+void JobDesk::doubt(JobRecord record)
+{
+    if (m_ledger.find(record.key()))
+        return;
+    ++record.step;
+    record.state = State::Doubtful;
+    record.text = QStringLiteral("its bridge has lost its ledger");
+    publishRecord(record);
+}
+
+/// The own job after a record of it, of this bridge or another.
+void JobDesk::follow(const JobRecord &record, bool counts, Job &job)
+{
+    const QString key = record.key();
+    Placement *placement = job.placement.get();
+    const State state = job.record.state;
+    if (m_claims.find(key)->bridge != m_bridge) {
+        // It found the job placing: it had not heard "starting" from the broker, and so this
+        // bridge has not heard that either and has not asked the printer.
+        if (state == State::Placing
+            || (state == State::Starting && !(placement && placement->isAsking())))
+            giveUp(key);
+    } else if (counts && state == State::Starting && record.step == job.record.step && placement
+               && placement->isIdle()) {
+        job.wasAsked = true;
+        if (writeDown(job))
+            placement->start(job.record.file, job.record.before);
+    }
+}
 
 void JobDesk::onThere(const QString &key, const QString &storedName)
 {
@@ -45,14 +124,33 @@ void JobDesk::onThere(const QString &key, const QString &storedName)
 void JobDesk::onNotStarted(const QString &key, const Failure &failure, bool isJobSuspect)
 {
     Job &job = m_jobs.at(key);
-    Q_EMIT said(QStringLiteral("job %1 was not started on %2: %3")
-                    .arg(key, job.record.printer, failure.text));
     job.suspicions += isJobSuspect ? 1 : 0;
     if (job.suspicions >= suspicionLimit) {
         settle(key, State::Refused, failure);
         return;
     }
     m_restingUntil[job.record.printer] = QDateTime::currentMSecsSinceEpoch() + restAfterFailure;
+    putBack(job, failure);
+}
+
+/// The printer is not to blame: others may have it meanwhile.
+void JobDesk::onNotFetched(const QString &key, const Failure &failure)
+{
+    Job &job = m_jobs.at(key);
+    if (!job.missing.isValid())
+        job.missing.start();
+    if (job.missing.hasExpired(longestFetching)) {
+        settle(key, State::Refused, failure);
+        return;
+    }
+    job.rest.setRemainingTime(restAfterFetching);
+    putBack(job, failure);
+}
+
+void JobDesk::putBack(Job &job, const Failure &failure)
+{
+    Q_EMIT said(QStringLiteral("job %1 was not started on %2: %3")
+                    .arg(job.record.key(), job.record.printer, failure.text));
     end(job);
     job.record.state = State::Placing;
     record(job);
@@ -110,13 +208,18 @@ void JobDesk::release(Job &job)
 bool JobDesk::record(Job &job)
 {
     ++job.record.step;
-    const QString fault = m_ledger.write({job.record, job.request});
-    if (!fault.isEmpty()) {
-        Q_EMIT failed(fault);
+    if (!writeDown(job))
         return false;
-    }
     publishRecord(job.record);
     return true;
+}
+
+bool JobDesk::writeDown(const Job &job)
+{
+    const QString fault = m_ledger.write({job.record, job.request, job.wasAsked});
+    if (!fault.isEmpty())
+        Q_EMIT failed(fault);
+    return fault.isEmpty();
 }
 
 void JobDesk::publishRecord(const JobRecord &record)
@@ -138,12 +241,12 @@ void JobDesk::handOver()
 {
     for (const QString &group : m_groups.keys()) {
         int wanted = freePrinters(group) > 0 ? 0 : m_peers.freeElsewhere(group);
-        for (auto &each : m_jobs) {
-            Job &job = each.second;
+        for (const QString &key : keysByArrival()) {
+            Job &job = m_jobs.at(key);
             if (wanted <= 0)
                 break;
             if (!m_isActive || job.isOwn || job.record.group != group || job.copies.isEmpty()
-                || job.handOver != 0 || !mayClaim(job))
+                || job.handOver != 0 || job.isTied || !mayClaim(job))
                 continue;
             job.handOver = m_broker.publish(job.copies.first().message);
             if (job.handOver != 0)
@@ -153,10 +256,10 @@ void JobDesk::handOver()
     }
 }
 
-void JobDesk::onPublished(int number)
+void JobDesk::onPublished(int number, int reason)
 {
     const QString key = m_lastRecords.take(number);
-    if (!key.isEmpty())
+    if (!key.isEmpty() && reason < MQTT_RC_UNSPECIFIED)
         m_ledger.markPublished(key);
     const auto job = std::find_if(m_jobs.begin(), m_jobs.end(),
                                   [&](const auto &each) { return each.second.handOver == number; });
@@ -164,8 +267,17 @@ void JobDesk::onPublished(int number)
         return;
     job->second.handOver = 0;
     const QVector<Job::Copy> gone = std::exchange(job->second.leaving, {});
-    for (const Job::Copy &copy : gone)
-        copy.acknowledge();
+    if (reason == 0) {
+        for (const Job::Copy &copy : gone)
+            copy.acknowledge();
+    } else {
+        job->second.copies += gone;
+        job->second.isTied = true;
+        Q_EMIT said(QStringLiteral("job %1 cannot be given to another bridge: the broker's answer "
+                                   "is 0x%2")
+                        .arg(job->first)
+                        .arg(reason, 0, 16));
+    }
     m_soon.start();
 }
 

@@ -23,9 +23,10 @@ const QLatin1String connectionName("zybridge");
 
 JobLedger::Entry entryOf(const QSqlQuery &row)
 {
+    const QString group = row.value(0).toString().section(QLatin1Char('/'), 0, 0);
     const QJsonObject object = QJsonDocument::fromJson(row.value(1).toByteArray()).object();
-    const auto record = JobRecord::fromJson(row.value(0).toString(), object);
-    return {record.value_or(JobRecord()), row.value(2).toByteArray()};
+    const auto record = JobRecord::fromJson(group, object);
+    return {record.value_or(JobRecord()), row.value(2).toByteArray(), row.value(3).toBool()};
 }
 
 } // namespace
@@ -44,8 +45,9 @@ QString JobLedger::open(const QString &file)
         return m_database.lastError().text();
     for (const char *statement :
          {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = FULL",
-          "CREATE TABLE IF NOT EXISTS jobs (key TEXT PRIMARY KEY, grp TEXT NOT NULL, "
-          "record TEXT NOT NULL, request BLOB NOT NULL, isOver INTEGER NOT NULL, "
+          "CREATE TABLE IF NOT EXISTS jobs (key TEXT PRIMARY KEY, "
+          "record TEXT NOT NULL, request BLOB NOT NULL, wasAsked INTEGER NOT NULL, "
+          "isOver INTEGER NOT NULL, "
           "isPublished INTEGER NOT NULL, changed INTEGER NOT NULL)",
           "CREATE INDEX IF NOT EXISTS unfinished ON jobs (isOver, isPublished)"}) {
         QSqlQuery query(m_database);
@@ -63,9 +65,9 @@ QString JobLedger::write(const Entry &entry)
     QSqlQuery query(m_database);
     query.prepare(QStringLiteral("INSERT OR REPLACE INTO jobs VALUES (?, ?, ?, ?, ?, 0, ?)"));
     query.addBindValue(entry.record.key());
-    query.addBindValue(entry.record.group);
     query.addBindValue(QJsonDocument(entry.record.toJson()).toJson(QJsonDocument::Compact));
     query.addBindValue(entry.request);
+    query.addBindValue(entry.wasAsked ? 1 : 0);
     query.addBindValue(entry.record.isOver() ? 1 : 0);
     query.addBindValue(QDateTime::currentMSecsSinceEpoch());
     return query.exec() ? QString() : query.lastError().text();
@@ -89,30 +91,29 @@ void JobLedger::remove(const QString &key)
 
 std::optional<JobLedger::Entry> JobLedger::find(const QString &key) const
 {
-    QSqlQuery query(m_database);
-    query.prepare(QStringLiteral("SELECT grp, record, request FROM jobs WHERE key = ?"));
-    query.addBindValue(key);
-    if (!query.exec() || !query.next())
-        return std::nullopt;
-    return entryOf(query);
+    const QVector<Entry> found = select(QStringLiteral("key = ?"), key);
+    return found.isEmpty() ? std::nullopt : std::optional<Entry>(found.first());
 }
 
 QVector<JobLedger::Entry> JobLedger::unfinished() const
 {
-    return select(QStringLiteral("isOver = 0"));
+    return select(QStringLiteral("isOver = ?"), 0);
 }
 
 QVector<JobLedger::Entry> JobLedger::unpublished() const
 {
     const qint64 since = QDateTime::currentDateTime().addSecs(-brokersMemory).toMSecsSinceEpoch();
-    return select(QStringLiteral("isOver = 1 AND (isPublished = 0 OR changed > %1)").arg(since));
+    return select(QStringLiteral("isOver = 1 AND (isPublished = 0 OR changed > ?)"), since);
 }
 
-QVector<JobLedger::Entry> JobLedger::select(const QString &condition) const
+QVector<JobLedger::Entry> JobLedger::select(const QString &condition, const QVariant &value) const
 {
     QVector<Entry> entries;
     QSqlQuery query(m_database);
-    query.exec(QStringLiteral("SELECT grp, record, request FROM jobs WHERE ") + condition);
+    query.prepare(QStringLiteral("SELECT key, record, request, wasAsked FROM jobs WHERE ")
+                  + condition);
+    query.addBindValue(value);
+    query.exec();
     while (query.next())
         entries.append(entryOf(query));
     return entries;

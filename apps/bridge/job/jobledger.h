@@ -19,6 +19,7 @@ public:
     struct Entry {
         JobRecord record;
         QByteArray request; ///< the payload that asked for the job
+        bool wasAsked = false; ///< the printer has been, or was about to be, asked to print it
     };
 
     JobLedger() = default;
@@ -42,7 +43,7 @@ public:
 private:
     Q_DISABLE_COPY(JobLedger)
 
-    QVector<Entry> select(const QString &condition) const;
+    QVector<Entry> select(const QString &condition, const QVariant &value) const;
 
     QSqlDatabase m_database;
 };

@@ -23,12 +23,6 @@ constexpr std::array words{
 
 } // namespace
 
-bool JobRecord::hasStarted() const
-{
-    return state == State::Printing || state == State::Complete || state == State::Failed
-        || state == State::Stopped;
-}
-
 QJsonObject JobRecord::toJson() const
 {
     QJsonObject object{{QStringLiteral("job"), id},

@@ -38,8 +38,6 @@ struct JobRecord {
     QString text;
 
     QString key() const { return group + QLatin1Char('/') + id; }
-    /// It has been printed, or is being printed.
-    bool hasStarted() const;
     /// Nothing more will happen to it.
     bool isOver() const { return state != State::Printing && isSettled(); }
     /// The request may be acknowledged: the job was started, or never will be.

@@ -40,7 +40,7 @@ void Placement::begin(const FileRequest &file, const QString &name)
         if (!found.path.isEmpty())
             self->send(found.path);
         else if (found.isPassing)
-            Q_EMIT self->notStarted(failure, false);
+            Q_EMIT self->notFetched(failure);
         else
             Q_EMIT self->refused(failure);
     });
@@ -91,6 +91,12 @@ void Placement::start(const QString &storedName, const QString &before)
 {
     m_storedName = storedName;
     m_before = before;
+    if (!m_mayHaveStarted && !m_station.printer().isOnline()) {
+        // It cannot be asked, so there will be nothing to find out.
+        Q_EMIT notStarted({QStringLiteral("offline"), QStringLiteral("the printer has gone")},
+                          false);
+        return;
+    }
     m_phase = Phase::Starting;
     m_station.printer().ask(
         {PrinterBridge::Command::Kind::Print, m_storedName, {}},
@@ -136,6 +142,9 @@ void Placement::watch(const QString &storedName)
 
 void Placement::onStatusHeard()
 {
+    // Such an answer says nothing of any print.
+    if (m_station.printer().status().state == State::TokenRejected)
+        return;
     if (m_phase == Phase::FindingOut)
         lookWhetherStarted();
     else if (m_phase == Phase::Printing)
@@ -145,24 +154,28 @@ void Placement::onStatusHeard()
 void Placement::lookWhetherStarted()
 {
     const zysession::PrinterStatus &status = m_station.printer().status();
-    if (status.filename == m_storedName && status.state != State::Ready) {
+    // A job of another group may have had the same name.
+    const bool wasLast = m_before == m_storedName;
+    if (status.filename == m_storedName && status.state != State::Ready
+        && (status.hasJob() || !wasLast)) {
         watch(m_storedName);
         Q_EMIT started();
         return;
     }
     if (++m_strangeAnswers < strangeAnswersLimit)
         return;
-    if (status.filename == m_before) {
+    // One that has been switched on since names no file, whatever it has begun to print.
+    if (status.filename == m_before && !m_before.isEmpty() && !wasLast) {
         // Not at once: another bridge may have claimed the job meanwhile.
         m_phase = Phase::Idle;
         Q_EMIT isThere(m_storedName);
-    } else if (!status.filename.isEmpty()) {
+    } else if (!status.filename.isEmpty() && status.filename != m_storedName) {
         Q_EMIT over(JobRecord::State::Doubtful,
                     QStringLiteral("the printer speaks of %1 now").arg(status.filename));
     } else if (m_sinceFindingOut.hasExpired(longestCheck)) {
-        // A printer that checks the file says nothing of it yet, but this one was switched off.
+        // One that checks the file says nothing of it yet, but not for so long.
         Q_EMIT over(JobRecord::State::Doubtful,
-                    QStringLiteral("the printer does not know its last print any more"));
+                    QStringLiteral("the printer does not say whether it has begun to print it"));
     }
 }
 

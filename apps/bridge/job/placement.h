@@ -39,7 +39,8 @@ public:
     /// now.
     void start(const QString &storedName, const QString &before);
     /// The printer may have been asked to print it. Its status says whether it was: it names this
-    /// file then, and still the one before otherwise. Ends in started(), isThere() or over().
+    /// file then, and still the one before otherwise, unless there was none. Ends in started(),
+    /// isThere() or over().
     void findOut(const QString &storedName, const QString &before);
     /// The print runs, as far as is known.
     void watch(const QString &storedName);
@@ -49,6 +50,8 @@ public:
 Q_SIGNALS:
     void isThere(const QString &storedName);
     void started();
+    /// Its file cannot be had now.
+    void notFetched(const zybridge::Failure &failure);
     /// This printer does not print it. @p isJobSuspect: others may not, either.
     void notStarted(const zybridge::Failure &failure, bool isJobSuspect);
     /// No printer will.

@@ -58,18 +58,19 @@ void SessionHeir::takeOver(const QString &bridge)
     const QStringList groups = m_peers.groupsOf(bridge);
     const QStringList printers = m_peers.printersOf(bridge);
     for (const QString &printer : printers)
-        open(Station::clientId(bridge, printer), groups);
+        open(bridge, Station::clientId(bridge, printer), groups);
     if (!printers.isEmpty())
         Q_EMIT said(
             QStringLiteral("taking the jobs that wait for %1, which is offline").arg(bridge));
 }
 
-void SessionHeir::open(const QString &clientId, const QStringList &groups)
+void SessionHeir::open(const QString &bridge, const QString &clientId, const QStringList &groups)
 {
     MqttConnection::Session session = Station::sessionOf(clientId);
     Legacy &legacy = m_legacies[clientId];
+    legacy.bridge = bridge;
     legacy.connection = std::make_unique<MqttConnection>(m_settings, session);
-    legacy.quiet.start();
+    legacy.quiet.invalidate();
     MqttConnection *connection = legacy.connection.get();
     connect(connection, &MqttConnection::opened, this, [this, clientId, connection, groups] {
         m_legacies.at(clientId).quiet.start();
@@ -89,7 +90,9 @@ void SessionHeir::endQuietOnes()
         Legacy &legacy = it->second;
         if (legacy.connection->isHolding())
             legacy.quiet.start();
-        if (legacy.quiet.hasExpired(quietLimit)) {
+        // As long as its bridge is away it may take its time to open: nobody tries again.
+        if (legacy.quiet.isValid() ? legacy.quiet.hasExpired(quietLimit)
+                                   : m_peers.isOnline(legacy.bridge)) {
             legacy.connection->endSession();
             it = m_legacies.erase(it);
         } else {

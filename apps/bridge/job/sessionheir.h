@@ -43,13 +43,14 @@ Q_SIGNALS:
 
 private:
     struct Legacy {
+        QString bridge;
         std::unique_ptr<MqttConnection> connection;
-        QElapsedTimer quiet; ///< since it was opened, or held a message
+        QElapsedTimer quiet; ///< since it was opened, or held a message; invalid before
     };
 
     void look();
     void takeOver(const QString &bridge);
-    void open(const QString &clientId, const QStringList &groups);
+    void open(const QString &bridge, const QString &clientId, const QStringList &groups);
     void endQuietOnes();
 
     const BrokerSettings m_settings;

@@ -14,6 +14,9 @@
 
 #include <mosquitto.h>
 #include <mqtt_protocol.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
 
 namespace zybridge
 {
@@ -26,6 +29,8 @@ constexpr int openingLimit = 10; // rounds of the upkeep
 constexpr int upkeepInterval = 1000; // ms
 constexpr int keepAlive = 15; // s
 constexpr int leastReceiveMaximum = 1;
+constexpr int probeDelay = 60; // s of silence until TCP asks whether the broker is still there
+constexpr int probeInterval = 10; // s, until the system's number of questions had no answer
 
 /// The library is initialised once and, for the sake of no order at the end, never cleaned up.
 void initialise()
@@ -39,6 +44,15 @@ QString errorText(int code)
     // What it says about an errno is in errno.
     return QString::fromLocal8Bit(code == MOSQ_ERR_ERRNO ? std::strerror(errno)
                                                          : mosquitto_strerror(code));
+}
+
+/// What lies between may forget an idle connection, and one that holds messages sends no pings.
+void keepAliveByTcp(int descriptor)
+{
+    const int yes = 1;
+    setsockopt(descriptor, SOL_SOCKET, SO_KEEPALIVE, &yes, sizeof yes);
+    setsockopt(descriptor, IPPROTO_TCP, TCP_KEEPIDLE, &probeDelay, sizeof probeDelay);
+    setsockopt(descriptor, IPPROTO_TCP, TCP_KEEPINTVL, &probeInterval, sizeof probeInterval);
 }
 
 const char *orNull(const QByteArray &text)
@@ -178,6 +192,7 @@ void MqttConnection::connectNow()
 void MqttConnection::watch()
 {
     const int descriptor = mosquitto_socket(m_client.get());
+    keepAliveByTcp(descriptor);
     m_readable = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
     m_writable = new QSocketNotifier(descriptor, QSocketNotifier::Write, this);
     connect(m_readable, &QSocketNotifier::activated, this, [this] { read(); });

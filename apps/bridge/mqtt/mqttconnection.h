@@ -43,7 +43,7 @@ struct Message {
     QString responseTopic;
     QByteArray correlation;
     quint32 expiry = 0; ///< seconds until the broker forgets it; 0: never
-    int delivery = 0; ///< names a message that a connection holds
+    int delivery = 0; ///< names a message that a connection holds; 0: not held
 };
 
 /**
@@ -82,8 +82,8 @@ public:
     void endSession();
     bool isOpen() const { return m_isOpen; }
 
-    /// For each connection to come, too.
-    void subscribe(const QString &filter);
+    /// For each connection to come.
+    void subscribe(const QString &filter) { m_filters.append(filter); }
     /// Of the session that the broker kept.
     void unsubscribe(const QString &filter);
     /// The number by which published() names the message; 0 when there is no connection.
@@ -102,8 +102,9 @@ Q_SIGNALS:
     /// No connection came about; said again only when the reason is another.
     void failed(const QString &why);
     void received(const zybridge::Message &message);
-    /// The broker has taken the message, and has subscribers for it.
-    void published(int number);
+    /// The broker's answer to a message. @p reason as in mqtt_protocol.h: 0 when it has taken the
+    /// message and has subscribers for it.
+    void published(int number, int reason);
 
 private:
     struct Destroy {

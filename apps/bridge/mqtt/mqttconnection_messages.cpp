@@ -14,17 +14,8 @@
 namespace zybridge
 {
 
-void MqttConnection::subscribe(const QString &filter)
-{
-    m_filters.append(filter);
-    if (m_isOpen)
-        mosquitto_subscribe_v5(m_client.get(), nullptr, filter.toUtf8().constData(), 1, 0, nullptr);
-    write();
-}
-
 void MqttConnection::unsubscribe(const QString &filter)
 {
-    m_filters.removeAll(filter);
     if (m_isOpen)
         mosquitto_unsubscribe(m_client.get(), nullptr, filter.toUtf8().constData());
     write();
@@ -87,15 +78,21 @@ void MqttConnection::onMessage(mosquitto *, void *self, const mosquitto_message 
     copy.isRetained = message->retain;
     copy.responseTopic = responseTopicOf(properties);
     copy.correlation = correlationOf(properties);
-    connection->m_isHolding = connection->m_session.holdsMessages && message->qos > 0;
-    copy.delivery = ++connection->m_delivery;
+    copy.expiry = expiryOf(properties);
+    // One with QoS 0 may come while another is held, and has nothing to acknowledge.
+    if (connection->m_session.holdsMessages && message->qos > 0) {
+        connection->m_isHolding = true;
+        copy.delivery = ++connection->m_delivery;
+    }
     connection->m_inbox.append([connection, copy] { Q_EMIT connection->received(copy); });
 }
 
-void MqttConnection::onPublish(mosquitto *, void *self, int number, int, const mosquitto_property *)
+void MqttConnection::onPublish(mosquitto *, void *self, int number, int reason,
+                               const mosquitto_property *)
 {
     auto *connection = static_cast<MqttConnection *>(self);
-    connection->m_inbox.append([connection, number] { Q_EMIT connection->published(number); });
+    connection->m_inbox.append(
+        [connection, number, reason] { Q_EMIT connection->published(number, reason); });
 }
 
 } // namespace zybridge

@@ -56,4 +56,11 @@ QByteArray correlationOf(const mosquitto_property *properties)
     return correlation;
 }
 
+quint32 expiryOf(const mosquitto_property *properties)
+{
+    quint32 seconds = 0;
+    mosquitto_property_read_int32(properties, MQTT_PROP_MESSAGE_EXPIRY_INTERVAL, &seconds, false);
+    return seconds;
+}
+
 } // namespace zybridge

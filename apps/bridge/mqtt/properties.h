@@ -39,6 +39,8 @@ private:
 /// Empty where there is none.
 QString responseTopicOf(const mosquitto_property *properties);
 QByteArray correlationOf(const mosquitto_property *properties);
+/// Seconds; 0 where there is none.
+quint32 expiryOf(const mosquitto_property *properties);
 
 } // namespace zybridge
 
