@@ -38,6 +38,7 @@ struct Job {
     bool wasAsked = false; ///< its printer may have been asked to print it
     int suspicions = 0; ///< printers that refused it
     QElapsedTimer missing; ///< since its file could not be fetched for the first time
+    int vainFetches = 0; ///< in a row
     QDeadlineTimer rest; ///< until its file is fetched again
     int handOver = 0; ///< number of the message that gives it to another bridge; 0: none
     bool isTied = false; ///< the broker has refused that message

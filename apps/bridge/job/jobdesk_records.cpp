@@ -24,7 +24,8 @@ namespace
 using State = JobRecord::State;
 
 constexpr qint64 restAfterFailure = 10000; // ms
-constexpr int restAfterFetching = 30000; // ms
+constexpr int firstRestAfterFetching = 1000; // ms
+constexpr int mostDoublings = 5; // of that
 constexpr qint64 longestFetching = 600000; // ms
 constexpr int suspicionLimit = 3;
 constexpr quint32 recordExpiry = 7 * 24 * 3600; // s that the broker keeps what is over
@@ -143,7 +144,7 @@ void JobDesk::onNotFetched(const QString &key, const Failure &failure)
         settle(key, State::Refused, failure);
         return;
     }
-    job.rest.setRemainingTime(restAfterFetching);
+    job.rest.setRemainingTime(firstRestAfterFetching << std::min(job.vainFetches++, mostDoublings));
     putBack(job, failure);
 }
 
