@@ -207,6 +207,7 @@ int main(int argc, char **argv)
     if (const auto code = zyprinter::readOptions(argc, argv, options))
         return zyapp::onceWritten(QStringLiteral("zyprinter"), *code, zyprinter::NotReported);
     std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is an error like a full disk
+    std::signal(SIGPIPE, SIG_IGN); // the log's reader may go: the printer prints on
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("zyprinter"));
     // The library's debug lines are for its developers: QT_LOGGING_RULES brings them back.
