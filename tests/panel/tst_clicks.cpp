@@ -35,6 +35,7 @@ private Q_SLOTS:
     void initTestCase();
 
     void sendsPrintsPausesAndStops();
+    void theQuestionWhetherToStopIsAboutOneJob();
     void aFileIsChosenInTheDialog();
     void parametersAreShownAndApplied();
     void aPrinterIsSavedUnderAName();
@@ -108,6 +109,27 @@ void TestPanelClicks::sendsPrintsPausesAndStops()
     QVERIFY(user.click("confirmationAccept"));
     QVERIFY(user.awaitTitle(QStringLiteral("Print ended")));
     QVERIFY(user.find<QPushButton>("startPrint").isEnabled());
+}
+
+void TestPanelClicks::theQuestionWhetherToStopIsAboutOneJob()
+{
+    RestartablePrinter printer;
+    printer.status.filename = QStringLiteral("mine.zydlp");
+    printer.status.printStatus = 1; // printing
+    WindowDriver user;
+    QVERIFY(user.connectTo(printer.url().toString()));
+    const auto questions = [&user] { return user.window().findChildren<QMessageBox *>().size(); };
+    QVERIFY(user.click("stopPrint"));
+    QTRY_COMPARE(questions(), 1);
+    // Between two status requests the job has ended and another slicer's has begun.
+    printer.status.filename = QStringLiteral("yours.zydlp");
+    QTRY_COMPARE_WITH_TIMEOUT(questions(), 0, zytest::patience);
+
+    QVERIFY(user.click("stopPrint"));
+    QTRY_COMPARE(questions(), 1);
+    printer.stop(); // and nothing can be sent
+    QTRY_COMPARE_WITH_TIMEOUT(questions(), 0, zytest::patience);
+    QCOMPARE(user.control().link(), Link::Lost);
 }
 
 void TestPanelClicks::aFileIsChosenInTheDialog()
