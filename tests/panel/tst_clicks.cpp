@@ -38,6 +38,7 @@ private Q_SLOTS:
     void theQuestionWhetherToStopIsAboutOneJob();
     void aFileIsChosenInTheDialog();
     void parametersAreShownAndApplied();
+    void parametersThatWereNotTakenAreNotShown();
     void aPrinterIsSavedUnderAName();
     void cancelIsConfirmedFirst();
     void resumeIsOfferedAfterADrop();
@@ -177,6 +178,21 @@ void TestPanelClicks::parametersAreShownAndApplied()
     user.type("printExposure", QStringLiteral("28,5"));
     QVERIFY(user.click("applyParameters"));
     QTRY_COMPARE(exposure.text(), QStringLiteral("28.5"));
+}
+
+void TestPanelClicks::parametersThatWereNotTakenAreNotShown()
+{
+    RestartablePrinter printer;
+    WindowDriver user;
+    QVERIFY(user.connectTo(printer.url().toString()));
+    auto &exposure = user.find<QLineEdit>("printExposure");
+    QTRY_COMPARE_WITH_TIMEOUT(exposure.text(), QStringLiteral("2.5"), zytest::patience);
+    user.type("printExposure", QStringLiteral("5"));
+    QVERIFY(user.click("applyParameters"));
+    printer.stop();
+    QVERIFY(user.awaitLink(Link::Lost));
+    QTRY_COMPARE_WITH_TIMEOUT(exposure.text(), QStringLiteral("2.5"), zytest::patience);
+    QCOMPARE(printer.status.printExposure, QStringLiteral("2.5"));
 }
 
 void TestPanelClicks::aPrinterIsSavedUnderAName()
