@@ -56,7 +56,7 @@ ConnectionBar::ConnectionBar(QWidget *parent)
     layOut();
     refreshNames();
     m_address->setEditText(QSettings().value(lastUsedKey).toString());
-    showLink(Link::Closed);
+    showLink(Link::Closed, {});
 }
 
 void ConnectionBar::buildFields()
@@ -83,7 +83,8 @@ void ConnectionBar::buildFields()
             &ConnectionBar::onFoundChanged);
     connect(m_address, &QComboBox::editTextChanged, this, &ConnectionBar::onAddressChanged);
     connect(m_address->lineEdit(), &QLineEdit::returnPressed, this, &ConnectionBar::toggle);
-    connect(m_token, &QLineEdit::textEdited, this, [this] { m_isTokenUsed = false; });
+    connect(m_token, &QLineEdit::textEdited, this,
+            [this] { m_isTokenUsed = m_link != Link::Closed; });
     connect(m_token, &QLineEdit::editingFinished, this, [this] { Q_EMIT tokenChanged(token()); });
 }
 
@@ -204,6 +205,16 @@ void ConnectionBar::setAddress(const QString &nameOrAddress)
     m_address->setEditText(nameOrAddress);
 }
 
+void ConnectionBar::setPrinter(const Printer &printer)
+{
+    if (this->printer().url == printer.url)
+        return;
+    const bool isFound = printer.name.isEmpty() && !printer.announcedName.isEmpty();
+    const QString address = printer.name.isEmpty() ? printer.url.toString() : printer.name;
+    setAddress(isFound ? zydiscovery::addressByName(printer.announcedName) : address);
+    setToken(printer.token == this->printer().token ? QString() : printer.token);
+}
+
 QString ConnectionBar::token() const
 {
     return m_token->text().isEmpty() ? printer().token : m_token->text();
@@ -212,14 +223,16 @@ QString ConnectionBar::token() const
 void ConnectionBar::setToken(const QString &token)
 {
     m_token->setText(token);
-    m_isTokenUsed = false;
+    m_isTokenUsed = m_link != Link::Closed;
 }
 
-void ConnectionBar::showLink(Link link)
+void ConnectionBar::showLink(Link link, const Printer &printer)
 {
     const Link before = m_link;
     const bool hadFocus = m_address->lineEdit()->hasFocus() || m_connect->hasFocus();
     m_link = link;
+    if (link != Link::Closed)
+        m_isTokenUsed = true;
     m_connect->setText(tr("Dis&connect"));
     switch (link) {
     case Link::Closed:
@@ -242,7 +255,7 @@ void ConnectionBar::showLink(Link link)
     }
     m_badge->setAccessibleName(tr("Connection: %1").arg(m_badge->text()));
     m_badge->updateGeometry();
-    m_name->setText(printer().description());
+    m_name->setText(printer.description());
     // The address leaves, and the focus must not go on to the token: what is typed next would
     // become one.
     if (hadFocus && link != Link::Closed)
@@ -281,7 +294,6 @@ void ConnectionBar::requestConnection()
         return;
     }
     QSettings().setValue(lastUsedKey, address());
-    m_isTokenUsed = true;
     Q_EMIT connectRequested(printer);
 }
 
