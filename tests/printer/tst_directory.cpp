@@ -217,7 +217,8 @@ void TestPrinterDirectory::refusesTransfersWhenItHasGone()
     const QDir directory = QFileInfo(m_printer->path(lockName)).dir();
     QVERIFY(QDir(directory).removeRecursively());
     QCOMPARE(m_slicer.send(m_local->filePath(model), model), -1001);
-    QVERIFY(m_printer->waitForOutput(" has gone"));
+    QVERIFY(m_printer->waitForOutput("refused a transfer: " + directory.path().toUtf8()
+                                     + " has gone\n"));
     QVERIFY(QDir().mkpath(directory.path()));
     QCOMPARE(m_slicer.send(m_local->filePath(model), model), 1);
     QVERIFY(QFile::exists(m_printer->path(model)));
