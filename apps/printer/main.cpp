@@ -137,6 +137,8 @@ int serve(const PrinterOptions &options, const ZySslEchoServer &server, const Ma
     log.add(QStringLiteral("printer \"%1\" keeps its models in %2: %3 there")
                 .arg(options.name, store.directory())
                 .arg(store.names().size()));
+    for (const QString &line : store.leftBehind())
+        log.add(line);
     const auto announcement = announce(options, server.serverPort(), log);
     const int code = QCoreApplication::exec();
     log.add(QStringLiteral("stopping"));
