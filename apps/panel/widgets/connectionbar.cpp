@@ -209,9 +209,13 @@ void ConnectionBar::setPrinter(const Printer &printer)
 {
     if (this->printer().url == printer.url)
         return;
-    const bool isFound = printer.name.isEmpty() && !printer.announcedName.isEmpty();
-    const QString address = printer.name.isEmpty() ? printer.url.toString() : printer.name;
-    setAddress(isFound ? zydiscovery::addressByName(printer.announcedName) : address);
+    // The name may have been forgotten, or given to another printer.
+    if (m_saved.find(printer.name).url == printer.url)
+        setAddress(printer.name);
+    else if (!printer.announcedName.isEmpty())
+        setAddress(zydiscovery::addressByName(printer.announcedName));
+    else
+        setAddress(printer.url.toString());
     setToken(printer.token == this->printer().token ? QString() : printer.token);
 }
 
