@@ -73,6 +73,8 @@ private:
     /// Of the address; its url is empty when it is none.
     zysession::Printer printer() const;
     zysession::Printer resolve(const QString &text) const;
+    /// What a certificate is remembered by: a printer that was found may get another address.
+    static QString keyOf(const zysession::Printer &printer);
     void onFoundChanged();
     void lookFor();
     void sayUnknown();
