@@ -156,7 +156,8 @@ int check(const QString &path)
     }
     std::printf("%d layers of %ux%u pixels, %.1f um each, resin \"%s\": valid\n",
                 reader.layerCount(), reader.header().width, reader.header().height,
-                reader.header().layerThickness / 1e3, qPrintable(reader.header().resin));
+                reader.header().layerThickness / 1e3,
+                zyapp::onOneLine(reader.header().resin).toUtf8().constData());
     return 0;
 }
 

@@ -130,14 +130,18 @@ bool ModelReader::readCode(int layer, QByteArray &code)
     return computed == entry.crc || fail(layerFault(layer, mismatch(entry.crc, computed)));
 }
 
+bool ModelReader::failRuns(int layer)
+{
+    return fail(
+        layerFault(layer, QStringLiteral("its runs do not make %1 pixels").arg(m_header.pixels())));
+}
+
 bool ModelReader::checkLayer(int layer)
 {
     QByteArray code;
     if (!readCode(layer, code))
         return false;
-    return isMaskCode(code, m_header.pixels())
-        || fail(layerFault(
-            layer, QStringLiteral("its runs do not make %1 pixels").arg(m_header.pixels())));
+    return isMaskCode(code, m_header.pixels()) || failRuns(layer);
 }
 
 bool ModelReader::checkAllLayers()
@@ -155,9 +159,7 @@ bool ModelReader::readLayer(int layer, QByteArray &mask)
     if (!readCode(layer, code))
         return false;
     mask.resize(int(m_header.pixels()));
-    return decodeMask(code, mask)
-        || fail(layerFault(
-            layer, QStringLiteral("its runs do not make %1 pixels").arg(m_header.pixels())));
+    return decodeMask(code, mask) || failRuns(layer);
 }
 
 } // namespace zymodel

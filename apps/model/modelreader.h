@@ -39,6 +39,7 @@ public:
 
 private:
     bool fail(const QString &reason);
+    bool failRuns(int layer);
     bool readHeader();
     bool readTable(int resinBytes);
     bool checkPlaces(qint64 dataStart);

@@ -4,6 +4,7 @@
 
 #include "runlength.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace zymodel
@@ -37,7 +38,7 @@ QByteArray encodeMask(const QByteArray &mask)
     code.reserve(mask.size() / 16);
     const char *const end = mask.constEnd();
     for (const char *pixel = mask.constBegin(); pixel != end;) {
-        const char *next = runEnd(pixel, end);
+        const char *next = runEnd(pixel, pixel + std::min<qint64>(end - pixel, longestRun));
         code.append(*pixel);
         auto length = quint64(next - pixel);
         for (; length > 0x7f; length >>= 7)

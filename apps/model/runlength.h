@@ -10,6 +10,9 @@
 namespace zymodel
 {
 
+/// What the length of a run can say in its four bytes of seven bits; a longer one is two runs.
+constexpr qint64 longestRun = (1 << 28) - 1;
+
 /// The code of @p mask, one byte per pixel. Runs go on across the ends of rows.
 QByteArray encodeMask(const QByteArray &mask);
 
@@ -30,7 +33,7 @@ bool decodeMask(const QByteArray &code, QByteArray &mask);
 template <typename Run> bool forEachRun(const QByteArray &code, qint64 pixels, Run run)
 {
     constexpr int bitsPerByte = 7;
-    constexpr int longestLength = 4 * bitsPerByte; // 2^28 pixels are more than any mask has
+    constexpr int longestLength = 4 * bitsPerByte;
     const char *byte = code.constBegin();
     const char *const end = code.constEnd();
     qint64 left = pixels;

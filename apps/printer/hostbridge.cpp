@@ -42,7 +42,8 @@ bool HostBridge::isAccepted(const QString &token) const
 
 /// The answer to a question that is allowed or not, and a line in the log when it is not.
 HostBridge::Answer HostBridge::permission(const char *what, const QString &token,
-                                          bool needCheckToken, bool isPossible)
+                                          bool needCheckToken, bool isPossible,
+                                          const QString &obstacle)
 {
     const QString subject = QLatin1String(what);
     if (needCheckToken && !isAccepted(token)) {
@@ -52,8 +53,7 @@ HostBridge::Answer HostBridge::permission(const char *what, const QString &token
     if (m_policy.refuse || !isPossible) {
         m_log->add(QStringLiteral("refused %1: %2")
                        .arg(subject,
-                            m_policy.refuse ? QStringLiteral("asked for by --refuse")
-                                            : QStringLiteral("not possible now")));
+                            m_policy.refuse ? QStringLiteral("asked for by --refuse") : obstacle));
         return No;
     }
     return Yes;
@@ -62,10 +62,8 @@ HostBridge::Answer HostBridge::permission(const char *what, const QString &token
 void HostBridge::answerTransfer(int &answer, const QString &token, bool needCheckToken)
 {
     // Also while printing: the print reads from a file of its own.
-    const bool canReceive = m_store->canReceive();
-    if (!canReceive)
-        m_log->add(QStringLiteral("%1 has gone").arg(m_store->directory()));
-    answer = permission("a transfer", token, needCheckToken, canReceive);
+    answer = permission("a transfer", token, needCheckToken, m_store->canReceive(),
+                        QStringLiteral("%1 has gone").arg(m_store->directory()));
 }
 
 void HostBridge::answerFinish(const QString &receivedName, int &modelState)

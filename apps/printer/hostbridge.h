@@ -64,10 +64,11 @@ private:
     void answerVersion(QString &version);
 
     bool isAccepted(const QString &token) const;
-    Answer permission(const char *what, const QString &token, bool needCheckToken, bool isPossible);
+    Answer permission(const char *what, const QString &token, bool needCheckToken, bool isPossible,
+                      const QString &obstacle = QStringLiteral("not possible now"));
     CheckState checkAndStart(const QString &name);
     std::unique_ptr<zymodel::ModelReader> openChecked(const QString &name, QString &fault) const;
-    void spinSlowCheck();
+    bool spinSlowCheck();
 
     Machine *m_machine;
     ModelStore *m_store;

@@ -40,29 +40,30 @@ void HostBridge::answerCheckFile(const QString &name, int &checkState)
 
 HostBridge::CheckState HostBridge::checkAndStart(const QString &name)
 {
-    spinSlowCheck();
+    // Stopped during a slow check, by another connection or at the end of the program: no print.
+    if (!spinSlowCheck())
+        return CheckFailed;
     QString fault;
     auto model = openChecked(name, fault);
     if (!model) {
         m_log->add(QStringLiteral("check of \"%1\" failed: %2").arg(name, fault));
         return CheckFailed;
     }
-    // Stopped during a slow check, by another connection or at the end of the program: no print.
     return m_machine->start(std::move(model)) ? Started : CheckFailed;
 }
 
-/// Other connections are served meanwhile; the library answers them "busy".
-void HostBridge::spinSlowCheck()
+/// Other connections are served meanwhile; the library answers them "busy". False when the print is
+/// not wanted any more.
+bool HostBridge::spinSlowCheck()
 {
     constexpr int msPerSecond = 1000;
     if (m_policy.slowCheck <= 0)
-        return;
+        return true;
     QEventLoop loop;
     QTimer::singleShot(int(m_policy.slowCheck * msPerSecond), &loop, [&loop] { loop.exit(Yes); });
     connect(m_machine, &Machine::stateChanged, &loop, [&loop] { loop.exit(No); });
     // The end of the program ends this loop too, and then there is nothing to be started.
-    if (loop.exec() != Yes)
-        m_machine->abandonCheck();
+    return loop.exec() == Yes;
 }
 
 void HostBridge::answerPause(int &answer, const QString &token)

@@ -137,8 +137,8 @@ void Machine::exposeNextLayer()
     } else if (!m_model->readLayer(m_layer, mask)) {
         fail(m_model->error());
     } else {
+        beginPhase(m_parameters.layerTime(m_layer)); // first: a slot may ask for remainingTime()
         Q_EMIT layerExposed(m_layer, mask);
-        beginPhase(m_parameters.layerTime(m_layer));
     }
 }
 

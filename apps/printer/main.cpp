@@ -137,6 +137,8 @@ int serve(const PrinterOptions &options, const ZySslEchoServer &server, const Ma
     log.add(QStringLiteral("printer \"%1\" keeps its models in %2: %3 there")
                 .arg(options.name, store.directory())
                 .arg(store.names().size()));
+    for (const QString &line : store.leftBehind())
+        log.add(line);
     const auto announcement = announce(options, server.serverPort(), log);
     const int code = QCoreApplication::exec();
     log.add(QStringLiteral("stopping"));
@@ -207,6 +209,7 @@ int main(int argc, char **argv)
     if (const auto code = zyprinter::readOptions(argc, argv, options))
         return zyapp::onceWritten(QStringLiteral("zyprinter"), *code, zyprinter::NotReported);
     std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is an error like a full disk
+    std::signal(SIGPIPE, SIG_IGN); // the log's reader may go: the printer prints on
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("zyprinter"));
     // The library's debug lines are for its developers: QT_LOGGING_RULES brings them back.

@@ -91,8 +91,11 @@ QString ModelStore::prepare()
         return QStringLiteral("has a place for incoming files (.incoming) that ") + fault;
     const QStringList leftOver = QDir(m_incoming).entryList(QDir::Files);
     for (const QString &name : leftOver) {
-        if (name != receptionFile)
-            keep(name);
+        if (name == receptionFile)
+            continue;
+        const QString refusal = take(name);
+        if (!refusal.isEmpty())
+            m_leftBehind += QStringLiteral("left in .incoming: \"%1\": %2").arg(name, refusal);
     }
     return {};
 }
@@ -133,32 +136,33 @@ QString ModelStore::path(const QString &name) const
 
 QString ModelStore::keep(const QString &receivedName)
 {
-    const QString received = QDir(m_incoming).absoluteFilePath(receivedName);
+    QString refusal = take(receivedName);
+    if (!refusal.isEmpty())
+        QFile::remove(QDir(m_incoming).absoluteFilePath(receivedName));
+    return refusal;
+}
+
+/// Moves a received file to where models are kept. Empty, or why it stays where it is.
+QString ModelStore::take(const QString &receivedName) const
+{
     const QString kept = path(receivedName);
-    if (kept.isEmpty()) {
-        // Whatever lay there is overwritten already; what lies there now is the slicer's.
-        QFile::remove(received);
-        // The name that the library reports when it could not give the file the slicer's.
-        return receivedName == receptionFile
-            ? QStringLiteral("it could not get the name that the slicer gave")
-            : nameFault(receivedName);
-    }
+    // The name that the library reports when it could not give the file the slicer's.
+    if (receivedName == receptionFile)
+        return QStringLiteral("it could not get the name that the slicer gave");
+    if (kept.isEmpty())
+        return nameFault(receivedName);
     const QString fault = zyapp::replacementFault(kept);
-    if (!fault.isEmpty()) {
-        QFile::remove(received);
+    if (!fault.isEmpty())
         return QStringLiteral("what has that name cannot be replaced (%1)").arg(fault);
-    }
+    const QString received = QDir(m_incoming).absoluteFilePath(receivedName);
     // QFile::rename() does not replace; a print of the old model goes on reading the old file.
     if (std::rename(QFile::encodeName(received).constData(), QFile::encodeName(kept).constData())
-        == 0) {
-        // Where it is now first: better in both places than in neither.
-        syncDirectory(m_directory);
-        syncDirectory(m_incoming);
-        return {};
-    }
-    QString reason = lastError();
-    QFile::remove(received);
-    return reason;
+        != 0)
+        return lastError();
+    // Where it is now first: better in both places than in neither.
+    syncDirectory(m_directory);
+    syncDirectory(m_incoming);
+    return {};
 }
 
 QStringList ModelStore::names() const

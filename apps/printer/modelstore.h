@@ -33,6 +33,9 @@ public:
     /// Locks the directory, makes the place for incoming files and takes over those that a crash
     /// left there. Empty, or what is wrong with the directory.
     QString prepare();
+    /// The files that a crash left and that could not be taken over, with the reasons, as lines for
+    /// a log. They are still where they arrived.
+    const QStringList &leftBehind() const { return m_leftBehind; }
 
     const QString &directory() const { return m_directory; }
     /// Absolute; the receive directory to be given to the server.
@@ -61,11 +64,13 @@ public:
 
 private:
     QString lock();
+    QString take(const QString &receivedName) const;
 
     QString m_directory;
     QString m_incoming;
     QString m_lockPath;
     QLockFile m_lock;
+    QStringList m_leftBehind;
 };
 
 } // namespace zyprinter

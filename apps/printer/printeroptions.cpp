@@ -43,6 +43,12 @@ auto between(double least, double most)
     };
 }
 
+/// A variable of a script that is not set is no wish to be unprotected.
+std::string notEmpty(const std::string &text)
+{
+    return text.empty() ? "is empty" : std::string();
+}
+
 void addFaults(CLI::App &app, PrinterOptions &options)
 {
     const std::string group = "Faults on purpose, for tests of slicers";
@@ -100,9 +106,12 @@ void addProtection(CLI::App &app, PrinterOptions &options, Arguments &arguments)
         ->capture_default_str();
     CLI::Option *cert = add(app.add_option("--cert", arguments.certFile,
                                            "Speak wss:// with the PEM certificate in FILE"),
-                            "FILE");
-    CLI::Option *key = add(
-        app.add_option("--key", arguments.keyFile, "The certificate's PEM key in FILE"), "FILE");
+                            "FILE")
+                            ->check(notEmpty);
+    CLI::Option *key
+        = add(app.add_option("--key", arguments.keyFile, "The certificate's PEM key in FILE"),
+              "FILE")
+              ->check(notEmpty);
     cert->needs(key);
     key->needs(cert);
     // Not CLI::Option::excludes(), which would list them all in the help.
@@ -135,6 +144,7 @@ void addOptions(CLI::App &app, PrinterOptions &options, Arguments &arguments)
     app.add_option("--token", arguments.token,
                    "Ask for this token: for transfer, print, pause, stop, status\nand parameters")
         ->type_name("TOKEN")
+        ->check(notEmpty)
         ->envname("ZYPRINTER_TOKEN");
     app.add_option("--speed", options.speed, "Print X times as fast as a real machine")
         ->type_name("X")
@@ -148,7 +158,8 @@ void addOptions(CLI::App &app, PrinterOptions &options, Arguments &arguments)
                  "Show a live view instead of log lines,\nwhen standard output is a terminal");
     app.add_option("--preview", arguments.preview,
                    "Keep a picture of the layer being exposed in DIR/layer.png")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->check(notEmpty);
 }
 
 } // namespace

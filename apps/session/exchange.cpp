@@ -78,7 +78,12 @@ void Exchange::askVersion()
 
 void Exchange::set(const Parameters &parameters)
 {
-    m_parameters = parameters;
+    const bool isSetting = m_judge == &Exchange::sendParameters
+        || m_judge == &Exchange::readParametersBack || m_judge == &Exchange::compareParameters;
+    if (!isSetting)
+        m_parameters.clear();
+    for (auto it = parameters.cbegin(); it != parameters.cend(); ++it)
+        m_parameters.insert(it.key(), it.value());
     askStatusFor(&Exchange::sendParameters);
 }
 

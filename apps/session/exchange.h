@@ -66,6 +66,8 @@ public:
      * Sets some of the parameters. The printer's answer says nothing about the outcome, and one
      * left out reaches the printer as empty text. So the current values are read first, all six are
      * sent, and the status is read again: it is Result::answer, and what differs is Result::kept.
+     *
+     * One that takes the place of another set sets what either names, and its end is that of both.
      */
     void set(const Parameters &parameters);
     /// Sends a cancel. A printer cancels only what was sent on the same connection.

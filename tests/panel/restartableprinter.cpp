@@ -43,11 +43,13 @@ QUrl RestartablePrinter::url() const
 void RestartablePrinter::answerQuestions()
 {
     const auto *server = m_server.get();
-    connect(server, &ZySslEchoServer::getPrintState, this, [this](int &answer) {
-        if (onOffer)
-            onOffer();
-        answer = mayReceive;
-    });
+    connect(server, &ZySslEchoServer::getPrintState, this,
+            [this](int &answer, const QString &token) {
+                offeredToken = token;
+                if (onOffer)
+                    onOffer();
+                answer = mayReceive;
+            });
     connect(server, &ZySslEchoServer::getFilePrintState, this,
             [this](int &answer) { answer = mayPrint; });
     connect(server, &ZySslEchoServer::checkFile, this,

@@ -41,6 +41,7 @@ public:
     std::function<void()> onOffer; ///< runs when a file is offered
 
     int statusRequests = 0;
+    QString offeredToken; ///< of the last file that was offered
     /// How many are open.
     int connections() const;
 

@@ -193,13 +193,17 @@ void TestPanelCertificates::aCertificateThatChangesMeanwhileIsRefused()
     timing.firstPause = 50;
     user.control().setTiming(timing);
     QVERIFY(user.connectTo(QStringLiteral("bench1")));
+    QVERIFY(user.awaitTitle(QStringLiteral("Ready")));
     printer->kill();
     QVERIFY(user.awaitLink(Link::Lost));
+    QVERIFY(!user.control().status().parameters.isEmpty());
     const PrinterProcess impostor(
         TlsIdentity::other().options()
         + QStringList{QStringLiteral("--port"), QString::number(url.port())});
     QVERIFY(user.awaitLink(Link::Closed));
     QVERIFY(user.notice().contains(QStringLiteral("has changed!")));
+    // Nobody speaks for the printer any more.
+    QVERIFY(user.control().status().parameters.isEmpty());
 }
 
 void TestPanelCertificates::onlyTheSavedAuthorityVouches()

@@ -35,8 +35,10 @@ private Q_SLOTS:
     void initTestCase();
 
     void sendsPrintsPausesAndStops();
+    void theQuestionWhetherToStopIsAboutOneJob();
     void aFileIsChosenInTheDialog();
     void parametersAreShownAndApplied();
+    void parametersThatWereNotTakenAreNotShown();
     void aPrinterIsSavedUnderAName();
     void cancelIsConfirmedFirst();
     void resumeIsOfferedAfterADrop();
@@ -110,6 +112,27 @@ void TestPanelClicks::sendsPrintsPausesAndStops()
     QVERIFY(user.find<QPushButton>("startPrint").isEnabled());
 }
 
+void TestPanelClicks::theQuestionWhetherToStopIsAboutOneJob()
+{
+    RestartablePrinter printer;
+    printer.status.filename = QStringLiteral("mine.zydlp");
+    printer.status.printStatus = 1; // printing
+    WindowDriver user;
+    QVERIFY(user.connectTo(printer.url().toString()));
+    const auto questions = [&user] { return user.window().findChildren<QMessageBox *>().size(); };
+    QVERIFY(user.click("stopPrint"));
+    QTRY_COMPARE(questions(), 1);
+    // Between two status requests the job has ended and another slicer's has begun.
+    printer.status.filename = QStringLiteral("yours.zydlp");
+    QTRY_COMPARE_WITH_TIMEOUT(questions(), 0, zytest::patience);
+
+    QVERIFY(user.click("stopPrint"));
+    QTRY_COMPARE(questions(), 1);
+    printer.stop(); // and nothing can be sent
+    QTRY_COMPARE_WITH_TIMEOUT(questions(), 0, zytest::patience);
+    QCOMPARE(user.control().link(), Link::Lost);
+}
+
 void TestPanelClicks::aFileIsChosenInTheDialog()
 {
     WindowDriver user;
@@ -155,6 +178,21 @@ void TestPanelClicks::parametersAreShownAndApplied()
     user.type("printExposure", QStringLiteral("28,5"));
     QVERIFY(user.click("applyParameters"));
     QTRY_COMPARE(exposure.text(), QStringLiteral("28.5"));
+}
+
+void TestPanelClicks::parametersThatWereNotTakenAreNotShown()
+{
+    RestartablePrinter printer;
+    WindowDriver user;
+    QVERIFY(user.connectTo(printer.url().toString()));
+    auto &exposure = user.find<QLineEdit>("printExposure");
+    QTRY_COMPARE_WITH_TIMEOUT(exposure.text(), QStringLiteral("2.5"), zytest::patience);
+    user.type("printExposure", QStringLiteral("5"));
+    QVERIFY(user.click("applyParameters"));
+    printer.stop();
+    QVERIFY(user.awaitLink(Link::Lost));
+    QTRY_COMPARE_WITH_TIMEOUT(exposure.text(), QStringLiteral("2.5"), zytest::patience);
+    QCOMPARE(printer.status.printExposure, QStringLiteral("2.5"));
 }
 
 void TestPanelClicks::aPrinterIsSavedUnderAName()

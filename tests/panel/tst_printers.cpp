@@ -35,12 +35,15 @@ private Q_SLOTS:
 
     void enterInTheAddressLeavesTheTokenAlone();
     void aTokenFollowedByAShortcutIsUsed();
+    void aTokenFollowedByAShortcutIsSentWithAFile();
     void aTokenIsNotForTheNextPrinter();
+    void aTokenCorrectedOnTheWayIsNotForTheNextPrinter();
     void aTokenIsSavedWithItsPrinter();
     void savingUnderATakenNameAsksFirst();
     void messagesUseTheSavedName();
     void nothingOfOnePrinterIsShownOfTheNext();
     void anInterruptedFileStaysWithItsPrinter();
+    void resumingGoesBackToTheFilesPrinter();
     void aResumedFileIsPrintedUnderItsFirstName();
 
 private:
@@ -86,6 +89,18 @@ void TestPanelPrinters::aTokenFollowedByAShortcutIsUsed()
     QVERIFY(user.awaitTitle(QStringLiteral("Ready")));
 }
 
+void TestPanelPrinters::aTokenFollowedByAShortcutIsSentWithAFile()
+{
+    RestartablePrinter printer;
+    WindowDriver user;
+    QVERIFY(user.connectTo(printer.url().toString()));
+    QVERIFY(user.drop(makeModel(m_directory.filePath(QStringLiteral("sphere.zydlp")))));
+    user.type("token", QStringLiteral("sesame"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_E, Qt::AltModifier);
+    QVERIFY(user.awaitUpload(State::Sent));
+    QCOMPARE(printer.offeredToken, QStringLiteral("sesame"));
+}
+
 void TestPanelPrinters::aTokenIsNotForTheNextPrinter()
 {
     const PrinterProcess printer({QStringLiteral("--token"), QStringLiteral("sesame")});
@@ -96,6 +111,21 @@ void TestPanelPrinters::aTokenIsNotForTheNextPrinter()
     QVERIFY(user.click("connect"));
     QVERIFY(user.awaitLink(Link::Closed));
     QCOMPARE(user.find<QLineEdit>("token").text(), QStringLiteral("sesame"));
+    user.type("address", QStringLiteral("10.0.0.1:8080"));
+    QCOMPARE(user.find<QLineEdit>("token").text(), QString());
+}
+
+void TestPanelPrinters::aTokenCorrectedOnTheWayIsNotForTheNextPrinter()
+{
+    const PrinterProcess printer({QStringLiteral("--token"), QStringLiteral("sesame")});
+    WindowDriver user;
+    QVERIFY(user.connectTo(printer.url().toString()));
+    QVERIFY(user.awaitTitle(QStringLiteral("Access token rejected")));
+    user.type("token", QStringLiteral("sesame"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QVERIFY(user.awaitTitle(QStringLiteral("Ready")));
+    QVERIFY(user.click("connect"));
+    QVERIFY(user.awaitLink(Link::Closed));
     user.type("address", QStringLiteral("10.0.0.1:8080"));
     QCOMPARE(user.find<QLineEdit>("token").text(), QString());
 }
@@ -205,6 +235,34 @@ void TestPanelPrinters::anInterruptedFileStaysWithItsPrinter()
     QVERIFY(user.connectTo(second.url().toString()));
     QVERIFY(!user.find<QWidget>("resume").isVisible());
     QCOMPARE(user.upload().state(), State::Idle);
+}
+
+void TestPanelPrinters::resumingGoesBackToTheFilesPrinter()
+{
+    RestartablePrinter printer;
+    zysession::SavedPrinters().save(
+        {QStringLiteral("other"), QUrl(QStringLiteral("ws://10.0.0.1:8080")), {}});
+    WindowDriver user;
+    user.type("token", QStringLiteral("mine"));
+    QVERIFY(user.connectTo(printer.url().toString()));
+    QVERIFY(user.drop(zytest::writeFile(m_directory.filePath(QStringLiteral("random.zydlp")),
+                                        zytest::randomBytes(4 * zytest::chunkBytes))));
+    const auto ending = connect(&user.upload(), &Upload::progressed, &user.upload(),
+                                [&] { user.upload().interrupt(); });
+    QVERIFY(user.click("send"));
+    QVERIFY(user.awaitUpload(State::Interrupted));
+    disconnect(ending);
+    QVERIFY(user.click("connect"));
+    QTRY_COMPARE_WITH_TIMEOUT(printer.connections(), 0, patience);
+
+    user.type("address", QStringLiteral("other"));
+    user.type("token", QStringLiteral("theirs"));
+    QVERIFY(user.click("resume"));
+    QVERIFY(user.awaitUpload(State::Sent));
+    QCOMPARE(printer.offeredToken, QStringLiteral("mine"));
+    QCOMPARE(user.textOf("printerTitle"), printer.url().toString());
+    QCOMPARE(user.find<QComboBox>("address").currentText(), printer.url().toString());
+    QCOMPARE(user.control().printer().token, QStringLiteral("mine"));
 }
 
 void TestPanelPrinters::aResumedFileIsPrintedUnderItsFirstName()

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void resumesAfterThePrinterWasGone();
     void aResumedFileKeepsItsFirstName();
     void endingItOnPurposeCanBeResumedToo();
+    void aResumedFileTakesTheNewToken();
     void refusalsAreExplained_data();
     void refusalsAreExplained();
     void aPrinterThatCannotStoreIsExplained_data();
@@ -149,14 +150,14 @@ void TestPanelUpload::resumesAfterThePrinterWasGone()
     disconnect(dropping);
 
     // Nobody there yet: still offered.
-    listener.upload.resume();
+    listener.upload.resume({});
     QCOMPARE(listener.upload.state(), State::Offered);
     QVERIFY(listener.awaitUpload(State::Interrupted));
 
     printer.start();
     qint64 held = 0;
     connect(&listener.upload, &Upload::resumed, &printer, [&](qint64 from) { held = from; });
-    listener.upload.resume();
+    listener.upload.resume({});
     QVERIFY(listener.awaitUpload(State::Sent));
     QVERIFY(held >= 3 * mebibyte);
     QVERIFY(readFile(printer.pathOf(name)) == m_content);
@@ -197,9 +198,37 @@ void TestPanelUpload::endingItOnPurposeCanBeResumedToo()
     QVERIFY(listener.awaitUpload(State::Interrupted));
     disconnect(leaving);
     QTRY_COMPARE_WITH_TIMEOUT(printer.connections(), 0, patience);
-    listener.upload.resume();
+    listener.upload.resume({});
     QVERIFY(listener.awaitUpload(State::Sent));
     QVERIFY(readFile(printer.pathOf(name)) == m_content);
+}
+
+void TestPanelUpload::aResumedFileTakesTheNewToken()
+{
+    RestartablePrinter printer;
+    Listener listener;
+    QVERIFY(listener.connectTo(printer.url()));
+    const auto leaving = connect(&listener.upload, &Upload::progressed, &listener.upload,
+                                 [&] { listener.upload.interrupt(); });
+    QVERIFY(listener.send(create(4 * mebibyte), name));
+    QVERIFY(listener.awaitUpload(State::Interrupted));
+    disconnect(leaving);
+    QCOMPARE(printer.offeredToken, QStringLiteral("secret"));
+    QTRY_COMPARE_WITH_TIMEOUT(printer.connections(), 1, patience);
+
+    // A wrong one may be corrected.
+    printer.mayReceive = -1;
+    listener.upload.resume(QStringLiteral("misspelt"));
+    QCOMPARE(listener.upload.state(), State::Offered);
+    QVERIFY(listener.awaitUpload(State::Interrupted));
+    QVERIFY(listener.said.last().contains(QStringLiteral("only with an access token")));
+    QCOMPARE(printer.offeredToken, QStringLiteral("misspelt"));
+    QTRY_COMPARE_WITH_TIMEOUT(printer.connections(), 1, patience);
+
+    printer.mayReceive = 1;
+    listener.upload.resume(QStringLiteral("right"));
+    QVERIFY(listener.awaitUpload(State::Sent));
+    QCOMPARE(printer.offeredToken, QStringLiteral("right"));
 }
 
 void TestPanelUpload::refusalsAreExplained_data()

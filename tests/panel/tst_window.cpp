@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The window itself: what it shows of long texts, small screens, drops, and what it tells outside.
 
+#include "elidedlabel.h"
 #include "eventlog.h"
 #include "printerpanel.h"
 #include "printerprocess.h"
@@ -17,6 +18,7 @@
 #include <QDBusConnection>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QHelpEvent>
 #include <QMimeData>
 #include <QProcess>
 #include <QScrollArea>
@@ -26,6 +28,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
+#include <QTextDocumentFragment>
+#include <QToolTip>
 
 using namespace zypanel;
 using zytest::patience;
@@ -64,6 +68,7 @@ private Q_SLOTS:
     void theLogFollowsItsEnd();
     void theLogLetsItsUserReadBack();
     void longNamesDoNotWidenTheWindow();
+    void aTooltipShowsALongNameAsItIs();
     void aFileDroppedOnAFieldIsOffered_data();
     void aFileDroppedOnAFieldIsOffered();
     void aSmallWindowScrollsToEveryButton_data();
@@ -163,6 +168,20 @@ void TestPanelWindow::longNamesDoNotWidenTheWindow()
     // In one row of columns, and in a window of 800 pixels.
     QVERIFY2(contentNow < 800, qPrintable(QString::number(contentNow)));
     QCOMPARE(user.window().width(), 1000);
+}
+
+void TestPanelWindow::aTooltipShowsALongNameAsItIs()
+{
+    const QString name = QString(100, QLatin1Char('x')) + QStringLiteral("R&D.zydlp");
+    ElidedLabel label;
+    label.resize(label.minimumSizeHint());
+    label.setText(name);
+    label.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&label));
+    QHelpEvent asking(QEvent::ToolTip, QPoint(), label.mapToGlobal(QPoint()));
+    QApplication::sendEvent(&label, &asking);
+    QVERIFY(Qt::mightBeRichText(QToolTip::text()));
+    QCOMPARE(QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText(), name);
 }
 
 void TestPanelWindow::aFileDroppedOnAFieldIsOffered_data()

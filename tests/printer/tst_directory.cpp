@@ -55,6 +55,7 @@ private Q_SLOTS:
     void keepsItsLockFileFromSlicers();
     void refusesALockFileThatIsNone();
     void refusesTransfersWhenItHasGone();
+    void leavesWhatACrashLeftAndCannotBeTakenOver();
     void leavesAModelAloneThatIsNoFile();
     void leavesAPictureAloneThatIsNoFile();
     void leavesAPictureAloneThatIsNoFileAnyMore();
@@ -217,10 +218,24 @@ void TestPrinterDirectory::refusesTransfersWhenItHasGone()
     const QDir directory = QFileInfo(m_printer->path(lockName)).dir();
     QVERIFY(QDir(directory).removeRecursively());
     QCOMPARE(m_slicer.send(m_local->filePath(model), model), -1001);
-    QVERIFY(m_printer->waitForOutput(" has gone"));
+    QVERIFY(m_printer->waitForOutput("refused a transfer: " + directory.path().toUtf8()
+                                     + " has gone\n"));
     QVERIFY(QDir().mkpath(directory.path()));
     QCOMPARE(m_slicer.send(m_local->filePath(model), model), 1);
     QVERIFY(QFile::exists(m_printer->path(model)));
+}
+
+void TestPrinterDirectory::leavesWhatACrashLeftAndCannotBeTakenOver()
+{
+    // Killed between the end of a transfer and its taking over; since then, its name was taken.
+    const QString received = m_printer->path(QStringLiteral(".incoming/") + model);
+    QVERIFY(QDir().mkdir(m_printer->path(QStringLiteral(".incoming"))));
+    writeFile(received, smallModel(5));
+    QVERIFY(QDir().mkdir(m_printer->path(model)));
+    QVERIFY(m_printer->start());
+    QVERIFY(m_printer->waitForOutput("left in .incoming: \"" + model.toUtf8()
+                                     + "\": what has that name cannot be replaced"));
+    QCOMPARE(readFile(received), smallModel(5));
 }
 
 void TestPrinterDirectory::leavesAModelAloneThatIsNoFile()

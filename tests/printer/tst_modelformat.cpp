@@ -23,6 +23,7 @@ private Q_SLOTS:
     void readsBackWhatWasWritten();
     void codesMasks_data();
     void codesMasks();
+    void codesTheLargestMaskInOneShade();
     void keepsTheDocumentedBytes();
     void refusesMoreLayersThanAnnounced();
     void refusesToFinishWithoutAllLayers();
@@ -108,6 +109,14 @@ void TestModelFormat::codesMasks()
     QByteArray decoded(mask.size(), 'x');
     QVERIFY(decodeMask(code, decoded));
     QCOMPARE(decoded, mask);
+}
+
+void TestModelFormat::codesTheLargestMaskInOneShade()
+{
+    constexpr int side = 16384;
+    const QByteArray code = encodeMask(QByteArray(side * side, '\0'));
+    QCOMPARE(code, QByteArray::fromHex("00ffffff7f0001"));
+    QVERIFY(isMaskCode(code, qint64(side) * side));
 }
 
 void TestModelFormat::keepsTheDocumentedBytes()

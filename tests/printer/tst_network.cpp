@@ -9,8 +9,13 @@
 #include "testprogram.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QTcpSocket>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 class TestPrinterNetwork : public QObject
 {
@@ -21,6 +26,7 @@ private Q_SLOTS:
     void refusesAnAddressThatIsNone();
     void saysThatAnAddressIsNotThisMachines();
     void namesTheFileAndThePeerInUtf8();
+    void outlivesTheReaderOfItsLog();
     void neitherEndLoadsTheTlsLibraryWithoutTls_data();
     void neitherEndLoadsTheTlsLibraryWithoutTls();
 };
@@ -70,6 +76,27 @@ void TestPrinterNetwork::namesTheFileAndThePeerInUtf8()
     QCOMPARE(slicer.send(path, QString::fromUtf8(name)), 1);
     QVERIFY(printer.waitForOutput("transfer accepted: \"" + name + "\" from 127.0.0.1:"));
     QVERIFY(printer.waitForOutput("received \"" + name + "\": "));
+}
+
+void TestPrinterNetwork::outlivesTheReaderOfItsLog()
+{
+    const QTemporaryDir directory;
+    const QString log = directory.filePath(QStringLiteral("log"));
+    const QByteArray path = QFile::encodeName(log);
+    QCOMPARE(::mkfifo(path.constData(), 0600), 0);
+    QFile reader;
+    QVERIFY(reader.open(::open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC),
+                        QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle));
+    QProcess printer;
+    printer.setStandardOutputFile(log);
+    printer.start(QStringLiteral(ZYPRINTER), {QStringLiteral("--dir"), directory.path()});
+    QVERIFY(zytest::waitUntil([&] { return reader.readLine().contains('\n'); }));
+    reader.close();
+    // A connection would have Qt ignore the signal of a broken pipe.
+    printer.terminate();
+    QVERIFY(printer.waitForFinished(zytest::patience));
+    QCOMPARE(printer.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(printer.exitCode(), 0);
 }
 
 void TestPrinterNetwork::neitherEndLoadsTheTlsLibraryWithoutTls_data()

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void init();
     void printsAModelToItsEnd();
     void reportsTheJobInItsOwnTime();
+    void logsTheTimeLeftWithTheLayerBeingExposed();
     void appliesPrintParameters();
     void pausesAndGoesOnWithTheSameJob();
     void stopsAPrint();
@@ -120,6 +121,16 @@ void TestPrinter::reportsTheJobInItsOwnTime()
     QCOMPARE(text(status, "printHeight"), QStringLiteral("5"));
     QCOMPARE(text(status, "eleSpeed"), QStringLiteral("120"));
     QCOMPARE(text(status, "bottomExposureNum"), QStringLiteral("2"));
+}
+
+void TestPrinter::logsTheTimeLeftWithTheLayerBeingExposed()
+{
+    QVERIFY(begin("--speed 50", 3));
+    QCOMPARE(m_slicer.print(model), checkedAndStarted);
+    // As above: 2 layers of 35.5 s, one of 8 s, and 10 s for the plate.
+    for (const char *line :
+         {"layer 1 of 3, 0:01:29 left", "layer 2 of 3, 0:00:54 left", "layer 3 of 3, 0:00:18 left"})
+        QVERIFY2(m_printer->waitForOutput(line), m_printer->output().constData());
 }
 
 void TestPrinter::appliesPrintParameters()

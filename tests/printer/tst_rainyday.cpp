@@ -299,10 +299,13 @@ void TestPrinterRainyDay::servesOthersDuringASlowCheck()
     QCOMPARE(other.print(model), busy);
     QCOMPARE(other.send(m_local->filePath(model), model), -1001);
     QCOMPARE(answers.size(), 1);
+    QVERIFY(QFile::remove(m_printer->path(model)));
     QCOMPARE(other.stop(), QStringLiteral("CMD_SUCCES"));
     QTRY_COMPARE_WITH_TIMEOUT(answers.size(), 2, 30000);
     QCOMPARE(answers.at(1).at(0).toInt(), 3);
     QCOMPARE(other.printStatus(), QStringLiteral("PRINT_END"));
+    // A check that was stopped reads no model.
+    QVERIFY2(!m_printer->output().contains("check of"), m_printer->output().constData());
 }
 
 void TestPrinterRainyDay::startsAfterASlowCheck()

@@ -52,6 +52,11 @@ void TestPrinterRefusedStart::rejectsItsCommandLine_data()
         << words("--dir /tmp --cert c") << QByteArray("--key");
     QTest::newRow("key without a certificate")
         << words("--dir /tmp --key k") << QByteArray("--cert");
+    for (const char *option : {"--cert", "--key", "--token", "--preview"}) {
+        QTest::newRow(qPrintable(QStringLiteral("empty %1").arg(QLatin1String(option))))
+            << words("--dir /tmp") + QStringList{QLatin1String(option), QString()}
+            << QByteArray(option) + ": is empty";
+    }
     QTest::newRow("both protected and not")
         << words("--dir /tmp --unprotected --silence 3") << QByteArray("--unprotected");
     QTest::newRow("slow check below zero")

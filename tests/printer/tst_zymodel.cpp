@@ -25,6 +25,7 @@ private Q_SLOTS:
     void writesASolid();
     void writesTheSameFileForTheSameOptions();
     void checksAModel();
+    void makesTheResinHarmless();
     void saysItsVersionAndItsHelp();
 
     void rejectsBadInput_data();
@@ -103,6 +104,17 @@ void TestZymodel::checksAModel()
     QCOMPARE(result.output,
              QByteArray("19 layers of 144x256 pixels, 349.2 um each, resin \"Standard Grey\": "
                         "valid\n"));
+}
+
+/// Its name comes with the model, and the output may go to a terminal.
+void TestZymodel::makesTheResinHarmless()
+{
+    const QString resin = QString::fromUtf8("Grau \xc2\xb5\n\x1b[2J\a");
+    QCOMPARE(generate(path("crafted"), {QStringLiteral("--resin"), resin}).exitCode, 0);
+    const RunResult result = runModel({QStringLiteral("--check"), path("crafted")});
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.output.endsWith("resin \"Grau \xc2\xb5??[2J?\": valid\n"),
+             result.output.constData());
 }
 
 void TestZymodel::saysItsVersionAndItsHelp()

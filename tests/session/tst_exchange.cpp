@@ -44,6 +44,7 @@ private Q_SLOTS:
     void saysThatThePrinterChecksFirst();
     void setsSomeParametersAndKeepsTheOthers();
     void saysWhichParametersAreNotTaken();
+    void setsWhatEitherOfTwoSetsNames();
     void sendsTheToken();
     void sharesALinkWithOtherExchanges();
 
@@ -166,6 +167,33 @@ void TestExchange::saysWhichParametersAreNotTaken()
     QCOMPARE(bench.endingOf([](Exchange &exchange) { exchange.askStatus(); }),
              Ending::TokenRejected);
     QCOMPARE(bench.printer.host().count("sigSetPrintPara"_s), 1);
+}
+
+void TestExchange::setsWhatEitherOfTwoSetsNames()
+{
+    Bench bench;
+    bench.printer.host().answers.status = record("60");
+    // The second while the first waits for the status, and again while it waits for its answer.
+    for (const QString &moment : {QString(), "sigSetPrintPara"_s}) {
+        bench.printer.host().takeCalls();
+        const auto setSecond = [&] { bench.exchange->set(Parameters{{"printHeight"_s, "7"_s}}); };
+        if (!moment.isEmpty())
+            bench.printer.host().during(moment, [&] {
+                bench.printer.host().during(moment, {});
+                setSecond();
+            });
+        const Exchange::Result result = bench.resultOf([&](Exchange &exchange) {
+            exchange.set(Parameters{{"eleSpeed"_s, "61"_s}, {"printHeight"_s, "6"_s}});
+            if (moment.isEmpty())
+                setSecond();
+        });
+        const QStringList calls = bench.printer.host().takeCalls().filter("sigSetPrintPara("_s);
+        QCOMPARE(calls.last(), "sigSetPrintPara(||||30|1|2.5|7|61|6|||0, )"_s);
+        QCOMPARE(result.kept, (QStringList{"eleSpeed"_s, "printHeight"_s}));
+    }
+    // A set after the end knows nothing of them.
+    const Exchange::Result later = bench.resultOf([](Exchange &exchange) { exchange.set({}); });
+    QCOMPARE(later.ending, Ending::Done);
 }
 
 void TestExchange::sendsTheToken()

@@ -115,6 +115,7 @@ void PrinterControl::onFailed()
     const bool isUnknown
         = link.isRefused() && m_printer.authorities.isEmpty() && m_printer.fingerprint.isEmpty();
     close();
+    setStatus({});
     setLink(Link::Closed);
     Q_EMIT noticed(notice);
     if (isUnknown)

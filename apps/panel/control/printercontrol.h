@@ -96,7 +96,7 @@ Q_SIGNALS:
     void linkChanged(zypanel::PrinterControl::Link link);
     void statusChanged(const zysession::PrinterStatus &status);
     void checkingChanged(bool isChecking);
-    /// Whether the printer took new parameters is known; these are its values now.
+    /// The printer has taken new parameters or not; these are its values, as last heard.
     void parametersSettled(const zysession::Parameters &current);
     void noticed(const zypanel::Notice &notice);
     /// There is no connection, because nothing here knows the printer's certificate.

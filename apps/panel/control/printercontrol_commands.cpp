@@ -70,8 +70,10 @@ void PrinterControl::onParametersEnded(const Result &result)
         kept.append(parameterTerms(key).title);
     const bool isSettled
         = result.ending == Exchange::Ending::Done || result.ending == Exchange::Ending::NotTaken;
-    if (isSettled)
-        Q_EMIT parametersSettled(zysession::PrinterStatus::fromReply(result.answer).parameters);
+    // Otherwise the values last heard, in the place of those that were entered.
+    Q_EMIT parametersSettled(isSettled
+                                 ? zysession::PrinterStatus::fromReply(result.answer).parameters
+                                 : m_status.parameters);
     report(PrinterCommand::SetParameters, result, kept.join(QStringLiteral(", ")));
 }
 

@@ -34,6 +34,7 @@ Upload::State stateAfter(const ZySendResult &result, bool isResuming)
         return Upload::State::Idle;
     case Ending::BusyReceiving:
     case Ending::BusyChecking:
+    case Ending::TokenRejected:
     case Ending::NoConnection:
         return isResuming ? Upload::State::Interrupted : Upload::State::Failed;
     default:
@@ -152,10 +153,11 @@ void Upload::interrupt()
     setState(m_state == State::Cancelling ? State::Cancelled : State::Interrupted);
 }
 
-void Upload::resume()
+void Upload::resume(const QString &token)
 {
     if (m_state != State::Interrupted)
         return;
+    m_job.printer.token = token;
     m_isResuming = true;
     start();
 }

@@ -71,8 +71,8 @@ public:
     void cancel();
     /// Ends the connection; what is under way can be resumed.
     void interrupt();
-    /// Goes on with an interrupted file.
-    void resume();
+    /// Goes on with an interrupted file. It stays interrupted when @p token is the wrong one.
+    void resume(const QString &token);
     /// Forgets what became of the last file; of an interrupted one the printer keeps what it has.
     void forget();
 

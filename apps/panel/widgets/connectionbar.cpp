@@ -5,11 +5,8 @@
 #include "connectionbar.h"
 
 #include "badge.h"
-#include "confirmation.h"
 #include "elidedlabel.h"
-#include "formatting.h"
 #include "printerchoice.h"
-#include "savedialog.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -17,13 +14,10 @@
 #include <QPushButton>
 #include <QSettings>
 
-#include <utility>
-
 namespace zypanel
 {
 
 using zysession::Printer;
-using zysession::SettingsFault;
 
 namespace
 {
@@ -31,15 +25,9 @@ namespace
 const QLatin1String lastUsedKey("printerPanel/lastPrinter");
 constexpr int searchTime = 5000; // ms
 
-QString keyOf(const QString &announcedName)
+QString keyOfName(const QString &announcedName)
 {
     return zydiscovery::addressByName(announcedName).toLower();
-}
-
-/// What a certificate is remembered by: a printer that was found may get another address.
-QString keyOf(const Printer &printer)
-{
-    return printer.announcedName.isEmpty() ? printer.url.toString() : keyOf(printer.announcedName);
 }
 
 } // namespace
@@ -56,7 +44,7 @@ ConnectionBar::ConnectionBar(QWidget *parent)
     layOut();
     refreshNames();
     m_address->setEditText(QSettings().value(lastUsedKey).toString());
-    showLink(Link::Closed);
+    showLink(Link::Closed, {});
 }
 
 void ConnectionBar::buildFields()
@@ -83,7 +71,8 @@ void ConnectionBar::buildFields()
             &ConnectionBar::onFoundChanged);
     connect(m_address, &QComboBox::editTextChanged, this, &ConnectionBar::onAddressChanged);
     connect(m_address->lineEdit(), &QLineEdit::returnPressed, this, &ConnectionBar::toggle);
-    connect(m_token, &QLineEdit::textEdited, this, [this] { m_isTokenUsed = false; });
+    connect(m_token, &QLineEdit::textEdited, this,
+            [this] { m_isTokenUsed = m_link != Link::Closed; });
     connect(m_token, &QLineEdit::editingFinished, this, [this] { Q_EMIT tokenChanged(token()); });
 }
 
@@ -138,6 +127,12 @@ QString ConnectionBar::address() const
     return m_address->currentText().trimmed();
 }
 
+QString ConnectionBar::keyOf(const Printer &printer)
+{
+    return printer.announcedName.isEmpty() ? printer.url.toString()
+                                           : keyOfName(printer.announcedName);
+}
+
 Printer ConnectionBar::printer() const
 {
     Printer printer = resolve(address());
@@ -182,7 +177,7 @@ void ConnectionBar::setCertificate(const QString &nameOrAddress, const QString &
 {
     // A printer on the network may not have been found yet.
     const QString announced = zydiscovery::nameInAddress(nameOrAddress);
-    m_certificates.insert(announced.isNull() ? keyOf(resolve(nameOrAddress)) : keyOf(announced),
+    m_certificates.insert(announced.isNull() ? keyOf(resolve(nameOrAddress)) : keyOfName(announced),
                           {authorities, fingerprint});
 }
 
@@ -204,6 +199,20 @@ void ConnectionBar::setAddress(const QString &nameOrAddress)
     m_address->setEditText(nameOrAddress);
 }
 
+void ConnectionBar::setPrinter(const Printer &printer)
+{
+    if (this->printer().url == printer.url)
+        return;
+    // The name may have been forgotten, or given to another printer.
+    if (m_saved.find(printer.name).url == printer.url)
+        setAddress(printer.name);
+    else if (!printer.announcedName.isEmpty())
+        setAddress(zydiscovery::addressByName(printer.announcedName));
+    else
+        setAddress(printer.url.toString());
+    setToken(printer.token == this->printer().token ? QString() : printer.token);
+}
+
 QString ConnectionBar::token() const
 {
     return m_token->text().isEmpty() ? printer().token : m_token->text();
@@ -212,14 +221,16 @@ QString ConnectionBar::token() const
 void ConnectionBar::setToken(const QString &token)
 {
     m_token->setText(token);
-    m_isTokenUsed = false;
+    m_isTokenUsed = m_link != Link::Closed;
 }
 
-void ConnectionBar::showLink(Link link)
+void ConnectionBar::showLink(Link link, const Printer &printer)
 {
     const Link before = m_link;
     const bool hadFocus = m_address->lineEdit()->hasFocus() || m_connect->hasFocus();
     m_link = link;
+    if (link != Link::Closed)
+        m_isTokenUsed = true;
     m_connect->setText(tr("Dis&connect"));
     switch (link) {
     case Link::Closed:
@@ -242,7 +253,7 @@ void ConnectionBar::showLink(Link link)
     }
     m_badge->setAccessibleName(tr("Connection: %1").arg(m_badge->text()));
     m_badge->updateGeometry();
-    m_name->setText(printer().description());
+    m_name->setText(printer.description());
     // The address leaves, and the focus must not go on to the token: what is typed next would
     // become one.
     if (hadFocus && link != Link::Closed)
@@ -281,7 +292,6 @@ void ConnectionBar::requestConnection()
         return;
     }
     QSettings().setValue(lastUsedKey, address());
-    m_isTokenUsed = true;
     Q_EMIT connectRequested(printer);
 }
 
@@ -338,63 +348,6 @@ void ConnectionBar::updateButtons()
     m_save->setEnabled(!printer.url.isEmpty());
     m_forget->setEnabled(!printer.name.isEmpty() && m_link == Link::Closed);
     m_token->setPlaceholderText(printer.token.isEmpty() ? tr("none") : tr("saved"));
-}
-
-void ConnectionBar::askForName()
-{
-    Printer printer = this->printer();
-    printer.token = token();
-    auto *dialog = new SaveDialog(printer, m_saved, this);
-    connect(dialog, &SaveDialog::saved, this, &ConnectionBar::save);
-    dialog->open();
-}
-
-void ConnectionBar::save(const Printer &printer)
-{
-    if (report(m_saved.save(printer)))
-        return;
-    const bool wasTokenUsed = std::exchange(m_isTokenUsed, false);
-    refreshNames();
-    m_address->setEditText(printer.name);
-    m_isTokenUsed = wasTokenUsed;
-    m_name->setText(printer.description());
-    Q_EMIT noticed({Severity::Info, Topic::SavedPrinters,
-                    tr("The printer is saved as %1.").arg(printer.name)});
-    Q_EMIT printerSaved(printer);
-}
-
-void ConnectionBar::askToForget()
-{
-    const Printer printer = this->printer();
-    confirm(this,
-            {tr("Forget the printer"), tr("Forget %1?").arg(printer.name),
-             tr("Its address %1 and its access token are removed from the saved printers.")
-                 .arg(shortened(printer.url.toString())),
-             tr("&Forget"), tr("&Keep it")},
-            [this, printer] { forget(printer); });
-}
-
-void ConnectionBar::forget(const Printer &printer)
-{
-    if (report(m_saved.remove(printer.name)))
-        return;
-    m_certificates.remove(keyOf(printer));
-    refreshNames();
-    m_address->setEditText(printer.url.toString());
-    Q_EMIT noticed({Severity::Info, Topic::SavedPrinters,
-                    tr("The printer %1 is no longer saved.").arg(printer.name)});
-}
-
-/// True when there is something to be said.
-bool ConnectionBar::report(SettingsFault fault)
-{
-    if (fault == SettingsFault::None)
-        return false;
-    const QString text = fault == SettingsFault::NotWritable
-        ? tr("The file of the saved printers cannot be written: %1")
-        : tr("The file of the saved printers cannot be read: %1");
-    Q_EMIT noticed({Severity::Error, Topic::SavedPrinters, text.arg(m_saved.file())});
-    return true;
 }
 
 } // namespace zypanel

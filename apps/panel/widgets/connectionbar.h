@@ -35,6 +35,8 @@ public:
 
     /// As if it was typed.
     void setAddress(const QString &nameOrAddress);
+    /// Address and token of @p printer, unless the address is that printer's already.
+    void setPrinter(const zysession::Printer &printer);
     void setToken(const QString &token);
     /// The typed token, or else the one saved with the printer.
     QString token() const;
@@ -48,7 +50,8 @@ public:
     void setNarrow(bool isNarrow);
     /// What it needs in one row.
     int wideWidth() const;
-    void showLink(PrinterControl::Link link);
+    /// @p printer is the one at the other end, whatever the address says by now.
+    void showLink(PrinterControl::Link link, const zysession::Printer &printer);
 
     /// Asks for a connection to the address, or says what is wrong with it.
     void requestConnection();
@@ -70,6 +73,8 @@ private:
     /// Of the address; its url is empty when it is none.
     zysession::Printer printer() const;
     zysession::Printer resolve(const QString &text) const;
+    /// What a certificate is remembered by: a printer that was found may get another address.
+    static QString keyOf(const zysession::Printer &printer);
     void onFoundChanged();
     void lookFor();
     void sayUnknown();
@@ -94,7 +99,7 @@ private:
     };
     /// Those that outweigh saved ones while the program runs; see keyOf().
     QMap<QString, Certificate> m_certificates;
-    bool m_isTokenUsed = false; ///< the typed token has gone to the printer of the address
+    bool m_isTokenUsed = false; ///< the typed token is of the printer that is or was connected
     QBoxLayout *m_rows;
     QBoxLayout *m_printerRow;
     QBoxLayout *m_buttonRow;

@@ -65,8 +65,10 @@ bool ElidedLabel::event(QEvent *event)
     if (event->type() == QEvent::ToolTip) {
         const bool isElided = shownLines().join(QString()).contains(QChar(0x2026))
             && !text().contains(QChar(0x2026));
+        // The tag has it read as what it is: escaped.
+        const QString whole = QStringLiteral("<p>%1</p>").arg(text().toHtmlEscaped());
         QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(),
-                           isElided ? text().toHtmlEscaped() : toolTip(), this);
+                           isElided ? whole : toolTip(), this);
         return true;
     }
     return QLabel::event(event);

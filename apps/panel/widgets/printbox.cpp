@@ -139,7 +139,9 @@ void PrintBox::refresh()
     updateJob();
     updatePlot();
     updateButtons();
-    if (m_question && !m_control.status().canStop())
+    const PrinterStatus &status = m_control.status();
+    const bool isAskable = m_control.isOpen() && status.canStop() && status.filename == m_asked;
+    if (m_question && !isAskable)
         m_question->close();
 }
 
@@ -286,12 +288,13 @@ void PrintBox::pauseOrContinue()
 
 void PrintBox::askToStop()
 {
-    m_question = confirm(
-        this,
-        {tr("Stop the print"), tr("Stop printing %1?").arg(shortened(m_control.status().filename)),
-         tr("A stopped print cannot be continued; what is on the build plate is lost."),
-         tr("&Stop the print"), tr("&Keep printing")},
-        [this] { Q_EMIT stopRequested(); });
+    m_asked = m_control.status().filename;
+    m_question
+        = confirm(this,
+                  {tr("Stop the print"), tr("Stop printing %1?").arg(shortened(m_asked)),
+                   tr("A stopped print cannot be continued; what is on the build plate is lost."),
+                   tr("&Stop the print"), tr("&Keep printing")},
+                  [this] { Q_EMIT stopRequested(); });
 }
 
 void PrintBox::changeEvent(QEvent *event)

@@ -84,6 +84,7 @@ private:
     QPushButton *m_pause;
     QPushButton *m_stop;
     QPointer<QMessageBox> m_question;
+    QString m_asked; ///< the job that the question is about
 };
 
 } // namespace zypanel

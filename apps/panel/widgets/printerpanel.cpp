@@ -158,6 +158,7 @@ void PrinterPanel::wireTransfer()
 {
     connect(m_transfer, &TransferBox::sendRequested, this,
             [this](const QString &path, const QString &name) {
+                commitToken();
                 m_upload->send(m_control->printer(), path, name);
             });
     connect(m_transfer, &TransferBox::cancelRequested, m_upload, &Upload::cancel);
@@ -224,7 +225,7 @@ void PrinterPanel::onLinkChanged()
 {
     if (m_trustQuestion)
         m_trustQuestion->close();
-    m_connection->showLink(m_control->link());
+    m_connection->showLink(m_control->link(), m_control->printer());
     m_transfer->setConnected(m_control->isOpen());
     m_parameters->setApplicable(m_control->isOpen());
     m_print->refresh();
@@ -247,9 +248,13 @@ void PrinterPanel::onUploadChanged()
 
 void PrinterPanel::resumeUpload()
 {
-    if (m_control->link() == PrinterControl::Link::Closed)
-        m_control->connectTo(m_upload->job().printer, m_connection->token());
-    m_upload->resume();
+    if (m_control->link() == PrinterControl::Link::Closed) {
+        const zysession::Printer printer = m_upload->job().printer;
+        m_connection->setPrinter(printer);
+        m_control->connectTo(printer, m_connection->token());
+    }
+    commitToken();
+    m_upload->resume(m_connection->token());
 }
 
 void PrinterPanel::connectTo(const QString &nameOrAddress)
