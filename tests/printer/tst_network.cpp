@@ -37,7 +37,8 @@ void TestPrinterNetwork::listensOnTheAddressThatItIsGiven()
     QVERIFY(printer.start({QStringLiteral("--bind"), QStringLiteral("127.0.0.2")}));
     QCOMPARE(printer.url().host(), QStringLiteral("127.0.0.2"));
     QTcpSocket socket;
-    socket.connectToHost(QStringLiteral("127.0.0.1"), quint16(printer.url().port()));
+    // Not 127.0.0.1, where another test's printer may have the same port.
+    socket.connectToHost(QStringLiteral("127.0.0.3"), quint16(printer.url().port()));
     QVERIFY(!socket.waitForConnected());
     Slicer slicer;
     QVERIFY(slicer.connectTo(printer.url()));
