@@ -28,8 +28,8 @@ static_assert(ZySslEchoClient::Adaptive == zyws::adaptiveLevel);
 namespace
 {
 
-/// Bytes of what the system has not taken yet. A printer that acknowledges what it has not read
-/// would otherwise have the whole file pile up in memory.
+/// Bytes that the system has not taken yet, where a window was asked for. A printer that
+/// acknowledges what it has not read would otherwise have the whole file pile up in memory.
 constexpr qint64 mostUnsent = Q_INT64_C(4) * zyws::chunkSize;
 
 } // namespace
@@ -143,8 +143,9 @@ void ZySslEchoClient::sendChunks(QFile &file, bool compress)
     auto *dispatcher = QAbstractEventDispatcher::instance();
     zyws::LookAhead ahead(file, compress, [dispatcher] { dispatcher->wakeUp(); });
     const auto hasTurn = [&] {
+        // Deliberate: without a window an acknowledgement alone counts, whatever is unsent.
         if (m_chunksUnderWay == 0)
-            return m_isCanceling || m_webSocket.bytesToWrite() <= mostUnsent;
+            return m_window == 1 || m_isCanceling || m_webSocket.bytesToWrite() <= mostUnsent;
         return m_chunksUnderWay < m_transferWindow && m_webSocket.bytesToWrite() == 0
             && ahead.isReady() && !ahead.isAtEnd();
     };

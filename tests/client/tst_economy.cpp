@@ -170,6 +170,7 @@ void TestEconomy::keepsLittleForAPrinterThatAcknowledgesWhatItDoesNotRead()
     constexpr int chunks = 48;
     zytest::TransferSession<RawPrinter> session;
     QVERIFY(session.open());
+    session.client.setWindow(2);
     QString key;
     int acknowledged = 0;
     qsizetype sent = 0;
