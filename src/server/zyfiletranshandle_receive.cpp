@@ -145,7 +145,8 @@ void ZyFileTransHandle::processBinary(QByteArray message)
         {keys::received, zyws::decimal(m_transOffset)},
     });
     // The peer need wait neither for the disk nor for a chunk that has arrived meanwhile.
-    m_socket->flush();
+    if (m_socket)
+        m_socket->flush();
     if (m_transOffset >= m_transFileSize)
         completeReception();
     else

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void countsNothingForDataThatDoesNotInflate();
     void reportsATemporaryFileThatCannotBeReopened();
     void countsDownByOneWhenAWriteFails();
+    void receivesThroughAHandleOutsideTheRegistry();
 };
 
 void TestOddReception::cutsDataBeyondTheAnnouncedSize()
@@ -164,6 +165,17 @@ void TestOddReception::countsDownByOneWhenAWriteFails()
     peer.sendChunk(randomBytes(chunkBytes));
     QCOMPARE(peer.take(), startData(2 * chunkBytes, -1));
     QVERIFY(peer.expectNothing());
+}
+
+void TestOddReception::receivesThroughAHandleOutsideTheRegistry()
+{
+    TestPrinter printer;
+    QDir::setCurrent(printer.dir()); // no server has told the handle where to
+    ZyFileTransHandle stray(printer.server(), nullptr);
+    stray.startFile(
+        json(R"({"cmd":"START_FILE","filename":"a.zydlp","size":"5","offset":"0","key":"6"})"));
+    stray.processBinary(qCompress("abcde"));
+    QCOMPARE(readFile(printer.path(modelName)), QByteArrayLiteral("abcde"));
 }
 
 ZY_TEST(TestOddReception)
