@@ -8,6 +8,7 @@
 #include "metrics.h"
 #include "mqtt/topics.h"
 
+#include <QDir>
 #include <QJsonArray>
 
 #include <utility>
@@ -84,6 +85,7 @@ QString Bridge::start()
 {
     for (const zysession::Printer &printer : m_configuration.printers)
         addStation(printer);
+    QDir().mkdir(m_configuration.stateDirectory);
     QString fault = m_jobs.start(m_configuration.stateDirectory + QLatin1String("/jobs.sqlite"));
     if (!fault.isEmpty())
         return fault;

@@ -76,6 +76,14 @@ public:
         return given.isEmpty() ? given : info.absoluteFilePath();
     }
 
+    /// The path of a directory that is there, or in one that is; empty when none is given.
+    QString directoryToBe(const QString &key)
+    {
+        const QFileInfo info(text(key));
+        const bool mayBeMade = !info.exists() && QFileInfo(info.absolutePath()).isDir();
+        return mayBeMade && !info.filePath().isEmpty() ? info.absoluteFilePath() : path(key, true);
+    }
+
     QString file() const
     {
         return m_settings.fileName();
@@ -285,7 +293,7 @@ QStringList Configuration::read(const QString &file)
         reader.fault(QStringLiteral("no possible name of a bridge"), name,
                      QStringLiteral("use letters, digits, '-' and '_'"));
     spool = reader.path(QStringLiteral("bridge/spool"), true);
-    stateDirectory = reader.path(QStringLiteral("bridge/state"), true);
+    stateDirectory = reader.directoryToBe(QStringLiteral("bridge/state"));
     if (stateDirectory.isEmpty())
         reader.fault(QStringLiteral("bridge/state is missing"), file,
                      QStringLiteral("name a directory of the bridge's own"));

@@ -26,7 +26,7 @@ class Files(unittest.TestCase):
                               capture_output=True, text=True, timeout=30)
 
     def test_a_good_file_is_called_good(self):
-        done = self.check(f"[bridge]\nname=hall\nstate={self.directory}\n"
+        done = self.check(f"[bridge]\nname=hall\nstate={self.directory}/made-at-the-start\n"
                           "[printers]\nbench=ws://127.0.0.1:1\nattic=\"dnssd:Bänch, 2\"\n"
                           "[tokens]\nbench=\"a,b; \\\"c\\\\\"\nattic=\"gr\\xf6\\xdf\"\n"
                           "[groups]\nresin=bench, attic\n")
@@ -39,6 +39,7 @@ class Files(unittest.TestCase):
         for text, part in [
                 (state, "no printers"),
                 (printers, "bridge/state is missing"),
+                ("[bridge]\nstate=/nowhere/at/all\n" + printers, "/nowhere/at/all"),
                 (state + "poll=fast\n" + printers, "bridge/poll"),
                 (state + "pol=500\n" + printers, "unknown key: bridge/pol"),
                 (state + printers + "[authorities]\nbenhc=/nowhere\n",

@@ -23,4 +23,6 @@ for program in "$prefix"/bin/*; do
     fi
 done
 test -f "$prefix/share/zyWebsocket/zyslicer-json.schema.json"
-grep -F "ExecStart=$prefix/bin/zyprinter " "$prefix/lib/systemd/system/zyprinter.service"
+for unit in "$prefix"/lib/systemd/system/*.service; do
+    grep -F "ExecStart=$prefix/bin/$(basename "$unit" .service) " "$unit"
+done
