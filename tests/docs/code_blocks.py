@@ -4,7 +4,7 @@
 
 C++ has to stand, but for its indentation, in a file of examples/ that this build compiles, CMake in
 the program that the test of the package builds. Shell commands have to name commands of ./dev and
-presets that there are.
+presets that there are. A test that a guide names beside its file has to stand there.
 
 Usage: code_blocks.py SOURCE_DIRECTORY BUILD_DIRECTORY
 """
@@ -37,6 +37,8 @@ def compiled_examples(root, build):
 
 class Checker:
     def __init__(self, root, build):
+        self.root = root
+        self.named = 0
         self.examples = compiled_examples(root, build)
         self.consumer = (root / CONSUMER).read_text()
         self.commands = set(re.findall(r"^command_(\w+)\(\)", (root / "dev").read_text(), re.M))
@@ -55,20 +57,31 @@ class Checker:
                 return f"names what is not there: {', '.join(sorted(unknown))}"
         return None
 
+    def missing_tests(self, guide):
+        """Of the form `file` `name`."""
+        for file, name in re.findall(r"`(tests/[\w/]+\.\w+)` \(?`(\w+)`", guide):
+            self.named += 1
+            if name not in (self.root / file).read_text():
+                yield f"{file} has no {name}"
+
 
 def main():
     root, build = map(pathlib.Path, sys.argv[1:])
     checker = Checker(root, build)
     checked, wrong = 0, 0
     for name in guides.names(root):
-        for language, block in markdown.parts((root / name).read_text()):
+        guide = (root / name).read_text()
+        for missing in checker.missing_tests(guide):
+            wrong += 1
+            print(f"{name}: {missing}")
+        for language, block in markdown.parts(guide):
             complaint = checker.complaint(language, block)
             checked += language in ("cpp", "cmake", "sh")
             if complaint:
                 wrong += 1
                 print(f"{name}: this {language} block {complaint}:\n{block}\n")
-    print(f"{checked} blocks compared, {wrong} wrong")
-    return wrong > 0 or checked == 0
+    print(f"{checked} blocks compared and {checker.named} tests found, {wrong} wrong")
+    return wrong > 0 or checked == 0 or checker.named == 0
 
 
 sys.exit(main())
