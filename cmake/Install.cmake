@@ -28,9 +28,6 @@ install(FILES
 set(pc_dir ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH pc_to_prefix ${pc_dir} ${CMAKE_INSTALL_PREFIX})
 file(RELATIVE_PATH pc_to_include ${pc_dir} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
-if(ZYWEBSOCKET_QT EQUAL 5) # whose headers insist on it
-    set(pc_flags " -fPIC")
-endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/zyWebsocket.pc.in
     ${CMAKE_CURRENT_BINARY_DIR}/${library_name}.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${library_name}.pc

@@ -48,7 +48,7 @@ use_library() {
     echo "== $2 through pkg-config"
     flags=$(pkg-config --cflags --libs "$2")
     # shellcheck disable=SC2086 # the flags are words
-    "$compiler" -std=c++17 "$source/tests/package/consumer/main.cpp" -o "$work/plain$1" $flags
+    "$compiler" -std=c++17 -fPIC "$source/tests/package/consumer/main.cpp" -o "$work/plain$1" $flags
     "$work/plain$1"
     uses_one_qt "$1" "$work/plain$1"
 
