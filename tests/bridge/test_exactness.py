@@ -32,6 +32,11 @@ class Restarts(jobworld.WithJobs):
     def prints(self, printer, job="careful"):
         return printer.log().count(f'printing "{job}.zydlp"')
 
+    def write_down(self, bridge, moment):
+        """When the printer was about to be asked."""
+        with sqlite3.connect(bridge.directory / "state" / "jobs.sqlite") as ledger:
+            ledger.execute("UPDATE jobs SET asked = ?", (moment.encode(),))
+
     def change(self, bridge, old, new):
         bridge.config.write_text(bridge.config.read_text().replace(old, new))
 
@@ -39,6 +44,7 @@ class Restarts(jobworld.WithJobs):
         printer, bridge = self.start_careful()
         bridge.kill()
         printer._process.kill()
+        self.write_down(bridge, "another-machine 0")
         again = self.printer()
         self.change(bridge, printer.url, again.url)
         bridge.start()
@@ -65,6 +71,9 @@ class Restarts(jobworld.WithJobs):
             broker.send_signal(signal.SIGSTOP)
             fleet.wait_for(is_starting, "the file at the printer")
             bridge.kill()
+            if number == 0:  # killed a moment later, that is, with a printer that knows no print yet
+                boot = pathlib.Path("/proc/sys/kernel/random/boot_id").read_text().strip()
+                self.write_down(bridge, f"{boot} {time.monotonic_ns() // 1_000_000}")
             broker.send_signal(signal.SIGCONT)
             self.assertEqual(len(farm.says("printing")), number)
             bridge.start()

@@ -35,7 +35,7 @@ struct Job {
     FileRequest file;
     int arrival = 0; ///< the first job has 1
     bool isOwn = false; ///< claimed by this bridge, and in its ledger
-    bool wasAsked = false; ///< its printer may have been asked to print it
+    QByteArray asked; ///< when its printer was about to be asked to print it; empty: never
     int suspicions = 0; ///< printers that refused it
     QElapsedTimer missing; ///< since its file could not be fetched for the first time
     int vainFetches = 0; ///< in a row

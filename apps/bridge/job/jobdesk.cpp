@@ -4,6 +4,7 @@
 
 #include "jobdesk.h"
 
+#include "moment.h"
 #include "mqtt/topics.h"
 #include "peers.h"
 
@@ -23,6 +24,8 @@ using State = JobRecord::State;
 
 constexpr int tickInterval = 1000; // ms
 constexpr int considerDelay = 20; // ms
+/// A bridge that is back so soon has crashed, and its printers have been on meanwhile.
+constexpr qint64 restartTime = 60000; // ms
 
 } // namespace
 
@@ -76,9 +79,9 @@ QString JobDesk::start(const QString &file)
         job.record = entry.record;
         job.arrival = ++m_arrivals;
         job.isOwn = true;
-        job.wasAsked = entry.wasAsked;
+        job.asked = entry.asked;
         // Nothing to find out: the file may as well go to another printer.
-        if (job.record.state == State::Starting && !job.wasAsked)
+        if (job.record.state == State::Starting && job.asked.isEmpty())
             job.record.state = State::Placing;
         if (job.record.state != State::Placing)
             resume(job);
@@ -104,7 +107,8 @@ void JobDesk::resume(Job &job)
     }
     begin(job, *station->second);
     if (job.record.state == State::Starting)
-        job.placement->findOut(job.record.file, job.record.before);
+        job.placement->findOut(job.record.file, job.record.before,
+                               isRecent(job.asked, restartTime));
     else
         job.placement->watch(job.record.file);
     station->second->topics().setJob(job.record.id);
@@ -222,7 +226,7 @@ void JobDesk::placeOn(Station &station, Job &job)
     if (!job.isOwn && claim)
         job.record.epoch = claim->epoch + 1;
     job.isOwn = true;
-    job.wasAsked = false;
+    job.asked.clear();
     job.record.bridge = m_bridge;
     job.record.printer = station.printer().name();
     job.record.state = State::Placing;

@@ -4,6 +4,7 @@
 
 #include "jobdesk.h"
 
+#include "moment.h"
 #include "mqtt/topics.h"
 #include "peers.h"
 
@@ -107,7 +108,7 @@ void JobDesk::follow(const JobRecord &record, bool counts, Job &job)
             giveUp(key);
     } else if (counts && state == State::Starting && record.step == job.record.step && placement
                && placement->isIdle()) {
-        job.wasAsked = true;
+        job.asked = presentMoment();
         if (writeDown(job))
             placement->start(job.record.file, job.record.before);
     }
@@ -217,7 +218,7 @@ bool JobDesk::record(Job &job)
 
 bool JobDesk::writeDown(const Job &job)
 {
-    const QString fault = m_ledger.write({job.record, job.request, job.wasAsked});
+    const QString fault = m_ledger.write({job.record, job.request, job.asked});
     if (!fault.isEmpty())
         Q_EMIT failed(fault);
     return fault.isEmpty();

@@ -26,7 +26,7 @@ JobLedger::Entry entryOf(const QSqlQuery &row)
     const QString group = row.value(0).toString().section(QLatin1Char('/'), 0, 0);
     const QJsonObject object = QJsonDocument::fromJson(row.value(1).toByteArray()).object();
     const auto record = JobRecord::fromJson(group, object);
-    return {record.value_or(JobRecord()), row.value(2).toByteArray(), row.value(3).toBool()};
+    return {record.value_or(JobRecord()), row.value(2).toByteArray(), row.value(3).toByteArray()};
 }
 
 } // namespace
@@ -46,7 +46,7 @@ QString JobLedger::open(const QString &file)
     for (const char *statement :
          {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = FULL",
           "CREATE TABLE IF NOT EXISTS jobs (key TEXT PRIMARY KEY, "
-          "record TEXT NOT NULL, request BLOB NOT NULL, wasAsked INTEGER NOT NULL, "
+          "record TEXT NOT NULL, request BLOB NOT NULL, asked BLOB, "
           "isOver INTEGER NOT NULL, "
           "isPublished INTEGER NOT NULL, changed INTEGER NOT NULL)",
           "CREATE INDEX IF NOT EXISTS unfinished ON jobs (isOver, isPublished)"}) {
@@ -67,7 +67,7 @@ QString JobLedger::write(const Entry &entry)
     query.addBindValue(entry.record.key());
     query.addBindValue(QJsonDocument(entry.record.toJson()).toJson(QJsonDocument::Compact));
     query.addBindValue(entry.request);
-    query.addBindValue(entry.wasAsked ? 1 : 0);
+    query.addBindValue(entry.asked);
     query.addBindValue(entry.record.isOver() ? 1 : 0);
     query.addBindValue(QDateTime::currentMSecsSinceEpoch());
     return query.exec() ? QString() : query.lastError().text();
@@ -110,7 +110,7 @@ QVector<JobLedger::Entry> JobLedger::select(const QString &condition, const QVar
 {
     QVector<Entry> entries;
     QSqlQuery query(m_database);
-    query.prepare(QStringLiteral("SELECT key, record, request, wasAsked FROM jobs WHERE ")
+    query.prepare(QStringLiteral("SELECT key, record, request, asked FROM jobs WHERE ")
                   + condition);
     query.addBindValue(value);
     query.exec();

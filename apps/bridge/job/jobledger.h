@@ -19,7 +19,7 @@ public:
     struct Entry {
         JobRecord record;
         QByteArray request; ///< the payload that asked for the job
-        bool wasAsked = false; ///< the printer has been, or was about to be, asked to print it
+        QByteArray asked; ///< when the printer was about to be asked to print it; empty: never
     };
 
     JobLedger() = default;

@@ -27,6 +27,8 @@ Placement::Placement(Station &station, FileStore &files, QObject *parent)
     : QObject(parent), m_station(station), m_files(files)
 {
     connect(&station.printer(), &PrinterBridge::statusHeard, this, &Placement::onStatusHeard);
+    connect(&station.printer(), &PrinterBridge::onlineChanged, this,
+            [this] { m_hasStayedOn = m_hasStayedOn && m_station.printer().isOnline(); });
 }
 
 void Placement::begin(const FileRequest &file, const QString &name)
@@ -116,15 +118,16 @@ void Placement::onStartAnswered(const PrinterBridge::Result &result)
     } else if (result.ending == Ending::NoAnswer || result.ending == Ending::ConnectionLost
                || (m_mayHaveStarted && isBusy)) {
         // Busy with the file itself, perhaps, since the first time.
-        findOut(m_storedName, m_before);
+        findOut(m_storedName, m_before, m_hasStayedOn && isBusy);
     } else {
         m_phase = Phase::Idle;
         Q_EMIT notStarted(failureOf(result), !isBusy);
     }
 }
 
-void Placement::findOut(const QString &storedName, const QString &before)
+void Placement::findOut(const QString &storedName, const QString &before, bool hasStayedOn)
 {
+    m_hasStayedOn = hasStayedOn;
     m_storedName = storedName;
     m_before = before;
     m_strangeAnswers = 0;
@@ -164,8 +167,9 @@ void Placement::lookWhetherStarted()
     }
     if (++m_strangeAnswers < strangeAnswersLimit)
         return;
-    // One that has been switched on since names no file, whatever it has begun to print.
-    if (status.filename == m_before && !m_before.isEmpty() && !wasLast) {
+    // One that has been switched on since names no file, whatever it has begun to print. One that
+    // checks the file names none yet, either: asked once more, it says that it is busy.
+    if (status.filename == m_before && (!m_before.isEmpty() || m_hasStayedOn) && !wasLast) {
         // Not at once: another bridge may have claimed the job meanwhile.
         m_phase = Phase::Idle;
         Q_EMIT isThere(m_storedName);

@@ -39,9 +39,9 @@ public:
     /// now.
     void start(const QString &storedName, const QString &before);
     /// The printer may have been asked to print it. Its status says whether it was: it names this
-    /// file then, and still the one before otherwise, unless there was none. Ends in started(),
-    /// isThere() or over().
-    void findOut(const QString &storedName, const QString &before);
+    /// file then, and still the one before otherwise; where there was none, that says something
+    /// only of a printer that @p hasStayedOn since. Ends in started(), isThere() or over().
+    void findOut(const QString &storedName, const QString &before, bool hasStayedOn);
     /// The print runs, as far as is known.
     void watch(const QString &storedName);
     /// Deletes the object, after a file on its way was cancelled.
@@ -78,6 +78,7 @@ private:
     QString m_storedName;
     QString m_before;
     bool m_mayHaveStarted = false; ///< it was asked before, perhaps
+    bool m_hasStayedOn = false; ///< since then
     QElapsedTimer m_sinceFindingOut;
     int m_strangeAnswers = 0; ///< in a row: the printer speaks of another print, or of none
 };
