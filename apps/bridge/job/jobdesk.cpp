@@ -184,7 +184,10 @@ QStringList JobDesk::keysByArrival() const
 void JobDesk::consider()
 {
     for (const QString &key : keysByArrival()) {
-        Job &job = m_jobs.at(key);
+        const auto found = m_jobs.find(key);
+        if (found == m_jobs.end())
+            continue;
+        Job &job = found->second;
         job.dropLostCopies();
         const auto claim = m_claims.find(key);
         if (!job.isOwn && claim && claim->isSettled())
