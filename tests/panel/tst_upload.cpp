@@ -58,6 +58,8 @@ private Q_SLOTS:
     void mayBeDeletedWhileSending();
 
 private:
+    /// Sends a file and interrupts it with the first part that arrives.
+    bool sendAPart(Listener &listener);
     QString create(qint64 size)
     {
         m_content = zytest::randomBytes(size);
@@ -163,16 +165,22 @@ void TestPanelUpload::resumesAfterThePrinterWasGone()
     QVERIFY(readFile(printer.pathOf(name)) == m_content);
 }
 
+bool TestPanelUpload::sendAPart(Listener &listener)
+{
+    const auto leaving = connect(&listener.upload, &Upload::progressed, &listener.upload,
+                                 [&] { listener.upload.interrupt(); });
+    const bool isInterrupted
+        = listener.send(create(4 * mebibyte), name) && listener.awaitUpload(State::Interrupted);
+    disconnect(leaving);
+    return isInterrupted;
+}
+
 void TestPanelUpload::aResumedFileKeepsItsFirstName()
 {
     RestartablePrinter printer;
     Listener listener;
     QVERIFY(listener.connectTo(printer.url()));
-    const auto leaving = connect(&listener.upload, &Upload::progressed, &listener.upload,
-                                 [&] { listener.upload.interrupt(); });
-    QVERIFY(listener.send(create(4 * mebibyte), name));
-    QVERIFY(listener.awaitUpload(State::Interrupted));
-    disconnect(leaving);
+    QVERIFY(sendAPart(listener));
     listener.upload.forget();
     QTRY_COMPARE_WITH_TIMEOUT(printer.connections(), 1, patience);
 
@@ -208,11 +216,7 @@ void TestPanelUpload::aResumedFileTakesTheNewToken()
     RestartablePrinter printer;
     Listener listener;
     QVERIFY(listener.connectTo(printer.url()));
-    const auto leaving = connect(&listener.upload, &Upload::progressed, &listener.upload,
-                                 [&] { listener.upload.interrupt(); });
-    QVERIFY(listener.send(create(4 * mebibyte), name));
-    QVERIFY(listener.awaitUpload(State::Interrupted));
-    disconnect(leaving);
+    QVERIFY(sendAPart(listener));
     QCOMPARE(printer.offeredToken, QStringLiteral("secret"));
     QTRY_COMPARE_WITH_TIMEOUT(printer.connections(), 1, patience);
 
