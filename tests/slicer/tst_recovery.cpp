@@ -1,13 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The libzyWebsocket authors
 // SPDX-License-Identifier: MIT
-// Connections that drop, stall or crawl, and users who interrupt: what arrives is whole.
+// Connections that drop, stall or crawl: what arrives is whole.
 
-#include "cuttingproxy.h"
+#include "bench.h"
 #include "modelfiles.h"
 #include "printerprocess.h"
 #include "rawpeer.h"
 #include "slicerprocess.h"
-#include "testprinter.h"
 #include "testprogram.h"
 #include "texts.h"
 #include "waiting.h"
@@ -21,29 +20,6 @@ using zytest::chunkBytes;
 using zytest::CuttingProxy;
 using zytest::RawPeer;
 using zytest::readFile;
-using zytest::TestPrinter;
-
-namespace
-{
-
-constexpr int chunks = 8;
-
-/// A printer behind a proxy.
-struct Bench {
-    TestPrinter printer;
-    CuttingProxy proxy{printer.port()};
-
-    QStringList send(const QString &file, const QStringList &more = {}) const
-    {
-        return QStringList{"send"_s,  file,        "--to"_s,       proxy.url().toString(),
-                           "--as"_s,  "a.zydlp"_s, "--back-off"_s, "0.05"_s,
-                           "--json"_s}
-        + more;
-    }
-    QByteArray stored() const { return readFile(printer.path("a.zydlp"_s)); }
-};
-
-} // namespace
 
 class TestRecovery : public QObject
 {
@@ -60,16 +36,8 @@ private Q_SLOTS:
     void sendsAgainWhenTheVerdictIsLost();
     void tellsThatARetryBeginsAnew();
     void tellsALostPrinterInItsOwnWords();
-    void cancelsOnThePrinterAtCtrlC();
-    void leavesWhenACancelIsNotAcknowledged();
-    void leavesAtCtrlCWhatThePrinterHoldsWhole();
-    void leavesAtOnceAtTheSecondCtrlC();
-    void leavesWhilePausingBeforeARetry();
     void followsAPrintOverACut();
     void countsAConnectionLostBeforeAnAnswerOnce();
-    void stopsFollowingAtCtrlC();
-    void tellsAtCtrlCWhatThePrinterWasAsked_data();
-    void tellsAtCtrlCWhatThePrinterWasAsked();
 
 private:
     QTemporaryDir m_directory;
@@ -231,85 +199,6 @@ void TestRecovery::tellsALostPrinterInItsOwnWords()
                 slicer.errors());
 }
 
-void TestRecovery::cancelsOnThePrinterAtCtrlC()
-{
-    Bench bench;
-    bench.proxy.setThroughput(4 * chunkBytes);
-    SlicerProcess slicer(bench.send(m_file));
-    QVERIFY(!slicer.waitForEvent("progress"_s).isEmpty());
-    slicer.interrupt();
-    slicer.terminate(); // timeout(1) signals its child by itself and with its group
-    QVERIFY(slicer.waitForExit());
-    QCOMPARE(slicer.exitCode(), 130);
-    VERIFY_TEXT(isOneErrorLine(slicer.errors(), "the printer has cancelled"), slicer.errors());
-    QCOMPARE(bench.printer.host().count("cancle"_s), 1);
-    QVERIFY(!QFile::exists(bench.printer.temporaryFile()));
-}
-
-void TestRecovery::leavesWhenACancelIsNotAcknowledged()
-{
-    Bench bench;
-    SlicerProcess slicer(bench.send(m_file, {"--stall"_s, "3600"_s, "--timeout"_s, "0.5"_s}));
-    QVERIFY(!slicer.waitForEvent("progress"_s).isEmpty());
-    bench.proxy.freeze();
-    slicer.terminate();
-    QVERIFY(slicer.waitForExit());
-    QCOMPARE(slicer.exitCode(), 130);
-    VERIFY_TEXT(isOneErrorLine(slicer.errors(), "did not acknowledge the cancel"), slicer.errors());
-}
-
-void TestRecovery::leavesAtCtrlCWhatThePrinterHoldsWhole()
-{
-    Bench bench;
-    // The printer has stored the file; whatever it answers does not get through.
-    bench.printer.host().during("finish"_s, [&] { bench.proxy.freeze(); });
-    SlicerProcess slicer(bench.send(m_file));
-    QVERIFY(zytest::waitUntil([&] { return bench.printer.host().count("finish"_s) == 1; }));
-    slicer.interrupt();
-    QVERIFY(slicer.waitForExit());
-    QCOMPARE(slicer.exitCode(), 130);
-    VERIFY_TEXT(isOneErrorLine(slicer.errors(), "the whole file"), slicer.errors());
-    QCOMPARE(bench.printer.host().count("cancle"_s), 0);
-    QVERIFY(bench.stored() == m_bytes);
-}
-
-void TestRecovery::leavesAtOnceAtTheSecondCtrlC()
-{
-    Bench bench;
-    SlicerProcess slicer(bench.send(m_file, {"--stall"_s, "3600"_s, "--verbose"_s}));
-    QVERIFY(!slicer.waitForEvent("progress"_s).isEmpty());
-    bench.proxy.freeze(); // nothing acknowledges the cancel
-    slicer.interrupt();
-    QVERIFY(zytest::waitUntil([&] { return slicer.errors().contains("cancelling"); }));
-    QTest::qWait(notOneInterruption);
-    slicer.interrupt();
-    QVERIFY(slicer.waitForExit());
-    QCOMPARE(slicer.exitCode(), 130);
-    VERIFY_TEXT(slicer.errors().contains("left without waiting"), slicer.errors());
-
-    bench.proxy.cut(CuttingProxy::Ending::Reset);
-    QVERIFY(bench.printer.waitForConnections(0));
-    bench.proxy.thaw();
-    const SlicerResult again = runSlicer(bench.send(m_file));
-    QCOMPARE(again.exitCode, 0);
-    QVERIFY(!eventsNamed("resumed"_s, again.output).isEmpty());
-    QVERIFY(bench.stored() == m_bytes);
-}
-
-void TestRecovery::leavesWhilePausingBeforeARetry()
-{
-    Bench bench;
-    bench.proxy.cutAfter(CuttingProxy::ToPrinter, chunkBytes * 2);
-    QStringList arguments = bench.send(m_file);
-    arguments[arguments.indexOf("--back-off"_s) + 1] = "20"_s;
-    SlicerProcess slicer(arguments);
-    QVERIFY(!slicer.waitForEvent("retrying"_s).isEmpty());
-    slicer.interrupt();
-    QVERIFY(slicer.waitForExit());
-    QCOMPARE(slicer.exitCode(), 130);
-    VERIFY_TEXT(isOneErrorLine(slicer.errors(), "nothing was being sent"), slicer.errors());
-}
-
 void TestRecovery::followsAPrintOverACut()
 {
     Bench bench;
@@ -349,58 +238,6 @@ void TestRecovery::countsAConnectionLostBeforeAnAnswerOnce()
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(eventsNamed("retrying"_s, result.output).size(), 1);
-}
-
-void TestRecovery::stopsFollowingAtCtrlC()
-{
-    Bench bench;
-    PrintStatusPara status;
-    status.printStatus = 1;
-    bench.printer.host().answers.status = status;
-    SlicerProcess slicer(
-        {"status"_s, "--to"_s, bench.proxy.url().toString(), "--watch"_s, "--json"_s});
-    QVERIFY(!slicer.waitForEvent("status"_s).isEmpty());
-    slicer.interrupt();
-    QVERIFY(slicer.waitForExit());
-    QCOMPARE(slicer.exitCode(), 130);
-    VERIFY_TEXT(isOneErrorLine(slicer.errors(), "the print goes on"), slicer.errors());
-    QCOMPARE(bench.printer.host().count("sigDoPrintStop"_s), 0);
-}
-
-void TestRecovery::tellsAtCtrlCWhatThePrinterWasAsked_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<bool>("isConnected");
-    QTest::addColumn<QByteArray>("part");
-    const QByteArray nothing = "has been asked nothing";
-    const QByteArray goesOn = "the printer goes on with what it was doing";
-    QTest::newRow("connecting, status") << QStringList("status"_s) << false << goesOn;
-    QTest::newRow("connecting, watch") << QStringList{"status"_s, "--watch"_s} << false << goesOn;
-    QTest::newRow("connecting, stop") << QStringList("stop"_s) << false << nothing;
-    QTest::newRow("connecting, print") << QStringList{"print"_s, "x"_s} << false << nothing;
-    QTest::newRow("unanswered, stop")
-        << QStringList("stop"_s) << true << QByteArray("may still do what it was asked");
-}
-
-void TestRecovery::tellsAtCtrlCWhatThePrinterWasAsked()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(bool, isConnected);
-    QFETCH(QByteArray, part);
-    Bench bench;
-    if (isConnected)
-        bench.printer.host().during("sigDoPrintStop"_s, [&] { bench.proxy.freeze(); });
-    else
-        bench.proxy.freeze();
-    SlicerProcess slicer(arguments + QStringList{"--to"_s, bench.proxy.url().toString()});
-    QVERIFY(zytest::waitUntil([&] {
-        return isConnected ? bench.printer.host().count("sigDoPrintStop"_s) == 1
-                           : bench.proxy.connectionCount() == 1;
-    }));
-    slicer.interrupt();
-    QVERIFY(slicer.waitForExit());
-    QCOMPARE(slicer.exitCode(), 130);
-    VERIFY_TEXT(isOneErrorLine(slicer.errors(), part), slicer.errors());
 }
 
 ZY_TEST(TestRecovery)
